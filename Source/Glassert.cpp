@@ -1,0 +1,39 @@
+// Glassert.cpp - the assertion reporter, the end of every failed check.
+#include "gldefs.h"
+
+#include <csignal>
+#include <cstdio>
+#include <unistd.h>
+
+namespace {
+
+// Linux has no message box: the default notice is the same text on the error
+// stream, under its title. A windowed host replaces it with a dialog.
+void StandardErrorNotice(const char* text, const char* title)
+{
+    std::fprintf(stderr, "%s\n%s", title, text);
+    std::fflush(stderr);
+}
+
+GLAssertNotice gNotice = StandardErrorNotice;
+
+} // namespace
+
+void GLSetAssertNotice(GLAssertNotice notice)
+{
+    gNotice = notice ? notice : StandardErrorNotice;
+}
+
+void GLAssertFailed(const char* file, int line, const char* expression)
+{
+    char buffer[256];
+    // snprintf cuts the text to the buffer and always terminates it.
+    std::snprintf(buffer, sizeof buffer, "Assertion failed in %s(%d): %s\n", file, line, expression);
+    gNotice(buffer, "Assert Failed!");
+
+    // The abnormal end: no destructors, no atexit handlers, no kernel calls.
+    std::fputs("abnormal program termination\n", stderr);
+    std::fflush(stderr);
+    std::raise(SIGABRT);
+    _exit(3);
+}

@@ -1,0 +1,305 @@
+// RecordingKernel.h - a kernel that performs nothing and records everything.
+//
+// Every operation appends one line to the call log, "Name(arg,arg,...)", and
+// answers from state that a test sets: the clocks, the event queue, the views'
+// loop and cel counts, now-seen rectangles, robot signals, samples, the message
+// store. Plane and screen item records are real records with real ids, memory
+// comes from the allocation ledger, so a test sees leaks and double releases.
+//
+// How arguments are written in the log:
+//   ints and unsigned values     in decimal
+//   a plane record pointer       plane:<id>          (null: null)
+//   a screen item record         item:<id>
+//   a point (pointer or value)   (x,y)
+//   a rectangle pointer          (left,top,right,bottom)
+//   a ScaleInfo                  [x,y,max,mode]
+//   a source descriptor          src:<kind>/<view>/<loop>/<cel>/<memId>
+//   a string                     "text"
+//   other pointers               ptr or null
+// AllocMemory and FreeMemory are not logged (they would drown the rest); the
+// ledger keeps them.
+#ifndef QUINDLE_RECORDING_KERNEL_H
+#define QUINDLE_RECORDING_KERNEL_H
+
+#include "kernel.h"
+
+#include "../ledger/AllocationLedger.h"
+
+#include <deque>
+#include <map>
+#include <string>
+#include <utility>
+#include <vector>
+
+class RecordingKernel : public KernelServices {
+public:
+    RecordingKernel();
+    ~RecordingKernel() override;
+
+    // ----- the call log -----
+    const std::vector<std::string>& Calls() const { return mCalls; }
+    // The calls whose name is `name`, in order.
+    std::vector<std::string> CallsNamed(const std::string& name) const;
+    // How many calls of that name were made.
+    int Count(const std::string& name) const;
+    // The calls since a mark taken with Mark().
+    std::size_t Mark() const { return mCalls.size(); }
+    std::vector<std::string> CallsSince(std::size_t mark) const;
+    // The names only, since a mark ("UpdatePlane", "AddPlane", ...).
+    std::vector<std::string> NamesSince(std::size_t mark) const;
+    void ClearCalls() { mCalls.clear(); }
+
+    // ----- clocks and random numbers -----
+    std::uint32_t ticks = 0;         // GetTicks
+    std::uint32_t seconds = 0;       // GetTime
+    std::uint32_t ticksPerFrame = 0; // added to ticks by every UpdateScreen
+    std::deque<std::uint32_t> randomAnswers; // answered first by Random, in order
+    std::uint32_t randomSeed = 1;    // state of the generator behind Random
+
+    // ----- input -----
+    // Queues an event; GetEvent hands them out in order and a null event (type
+    // 0, at the last pointer position) once the queue is empty.
+    void PushEvent(std::uint16_t type, std::uint32_t message = 0, std::uint16_t modifiers = 0, int x = 0, int y = 0,
+                   std::uint32_t extra = 0);
+    std::deque<KernelEventRecord> events;
+    ZOR_Point pointer{0, 0};
+
+    // ----- views -----
+    // Sets the cel count of each loop of a view.
+    void SetView(int view, const std::vector<int>& celsPerLoop) { views[view] = celsPerLoop; }
+    std::map<int, std::vector<int>> views;
+    int defaultLoops = 1; // for views that were never set
+    int defaultCels = 1;
+    // The size of every cel drawn; a screen item covers this many pixels from its position.
+    int celWidth = 10;
+    int celHeight = 10;
+    // Overrides what GetNowSeenRect reports for one screen item id.
+    std::map<std::int32_t, ZOR_Rect> nowSeen;
+
+    // ----- planes, screen items, polygons -----
+    KernelPlaneRecord* Plane(std::int32_t id) const;       // null when unknown
+    KernelScreenItemRecord* Item(std::int32_t id) const;   // null when unknown
+    bool ItemOnScreen(std::int32_t id) const;
+    std::size_t PlaneCount() const { return mPlanes.size(); }
+    std::size_t ItemCount() const { return mItems.size(); }
+    int topScreenItemPriority = 0;
+    struct Polygon {
+        std::int32_t plane;
+        std::vector<ZOR_Point> points;
+        int priority, color, style, pattern, thickness, closed;
+    };
+    std::map<std::int32_t, Polygon> polygons;
+    int showStylePercent = 100;
+    std::map<int, bool> validMemIds; // DLLCheckValid answers true for ids set here
+
+    // ----- robots -----
+    std::deque<std::uint32_t> robotSignals; // GetRobotSignal hands these out, then 0
+    int robotDone = 0;
+    int robotPlaying = 0;
+    int robotDoneAfterPolls = -1; // >= 0: IsRobotDone turns non-zero after this many polls
+
+    // ----- messages -----
+    struct Message {
+        int keys[4];
+        int sequence;
+        int talker;
+        std::string text;
+        int audioTicks; // length of its speech in ticks, 0 for none
+    };
+    void AddMessage(int k1, int k2, int k3, int k4, int sequence, int talker, const std::string& text,
+                    int audioTicks = 0);
+    std::vector<Message> messages;
+
+    // ----- sound -----
+    std::map<int, int> playingSamples; // sample -> volume
+    std::map<std::pair<int, int>, bool> resources; // (type, number) present
+    int audioInstalled = 1;
+    int globalVolume = 127;
+
+    // ----- movies -----
+    unsigned vmdStatus = 0;
+    std::map<int, unsigned> aviStatus;
+
+    // ----- memory -----
+    AllocationLedger& Ledger() { return mLedger; }
+    const AllocationLedger& Ledger() const { return mLedger; }
+
+    // ----- KernelServices -----
+    int GetActiveSampleCount() override;
+    int IsAudioInstalled() override;
+    int PreloadSample(int iSample) override;
+    void PlaySampleAlternate(int iSample, int iQualifier, int iVolume, int iTag) override;
+    int PlayMessageAudio(int k1, int k2, int k3, int k4, int iSequence, int a, int iVolume, int b) override;
+    void PlaySample(int iSample, int iQualifier, int iVolume, int iTag, int iUnused) override;
+    void StopAllSamples() override;
+    void StopMessageAudio(int k1, int k2, int k3, int k4, int iSequence) override;
+    void StopSample(int iSample, int iQualifier) override;
+    int PauseAllSamples() override;
+    int PauseSample(int iSample, int iQualifier) override;
+    int ResumeAllSamples() override;
+    int ResumeSample(int iSample, int iQualifier) override;
+    int GetGlobalDuration(int* piValue) override;
+    void GetSampleDuration(int iSample, int* piDuration, int iTag) override;
+    void SetSampleRate(int iRate) override;
+    void DefaultSampleRate() override;
+    int GetSampleRate() override;
+    void SetSampleBits(int iBits) override;
+    int GetSampleBits() override;
+    void SetChannelCount(int iChannels) override;
+    void DefaultChannelCount() override;
+    int GetChannelCount() override;
+    int GetAutoVolAdjust() override;
+    void SetAutoVolAdjust(int iValue) override;
+    void DistortAllSamples(int iValue) override;
+    void DistortSample(int iSample, int iValue1, int iValue2) override;
+    int GetGlobalVolume() override;
+    int IsMessageAudioPlaying(int k1, int k2, int k3, int k4, int iSequence, int* piUnused) override;
+    int GetSampleVolume(int iSample, int* piVolume, int iTag) override;
+    void SetGlobalVolume(int iVolume) override;
+    void SetSampleVolume(int iSample, int iVolume, int iValue) override;
+    int FadeSample(int iSample, int iTarget, int a, int b, int c, int iTag) override;
+    int CheckNoise() override;
+    void PanSample(int iSample, int iPan, int iValue) override;
+    void StopPanSample(int iSample, int iValue) override;
+    int GetDACCritical() override;
+    void SetDACCritical(int iValue) override;
+    void LoadResource(int iType, int* piNumber, int iValue) override;
+    void LockResource(int iType, int iNumber) override;
+    void UnlockResource(int iType, int iNumber) override;
+    int ResourceExists(int iType, int iNumber) override;
+    int GetNowSeenRect(std::int32_t lPlaneId, std::int32_t lItemId, ZOR_Rect* pRect) override;
+    int NumLoops(int iView) override;
+    int NumCels(std::uint32_t uView, int iLoop) override;
+    int TopPlanePriority() override;
+    int TopScreenItemPriority(std::int32_t lPlaneId) override;
+    int ScreenItemOnPoint(ZOR_Point* pPoint, std::int32_t lPlaneId, std::int32_t lItemId, int fCheckSkip) override;
+    void AddScreenItem(KernelScreenItemRecord* pRecord) override;
+    void DeleteScreenItem(KernelScreenItemRecord* pRecord) override;
+    void UpdateScreenItem(KernelScreenItemRecord* pRecord) override;
+    std::int32_t AddPolygon(std::int32_t lPlaneId, ZOR_Point* pPoints, int iCount, int iPriority, int iColor,
+                            int iStyle, int iPattern, int iThickness, int fClosed) override;
+    void DeletePolygon(std::int32_t lPlaneId, std::int32_t lPolygonId) override;
+    void UpdatePolygon(std::int32_t lPlaneId, std::int32_t lPolygonId, ZOR_Point* pPoints, int iCount, int iPriority,
+                       int iColor, int iStyle, int iPattern, int iThickness, int fClosed) override;
+    void UpdateScreen(int fFlag) override;
+    void AddPlane(KernelPlaneRecord* pRecord) override;
+    void DeletePlane(std::int32_t lPlaneId) override;
+    void UpdatePlane(KernelPlaneRecord* pRecord) override;
+    void AddPicAt(std::int32_t lPlaneId, int iPicture, int x, int y, int fMirror, int fDeleteCopy) override;
+    void SetShowStyle(std::int32_t lPlaneId, int iStyle, int iSpeed, int iColor, int fAnimate, int fUseReferenceFrame,
+                      int iToFrom, int* piArray, int iArraySize, int iDivisions) override;
+    int ShowStylePercentComplete(std::int32_t lPlaneId) override;
+    void SetScroll(std::int32_t lPlaneId, int iStepX, int iStepY, int iPicture, int fAnimate, int iTicks,
+                   int fMirror) override;
+    void MovePlaneItems(std::int32_t lPlaneId, int iDeltaX, int iDeltaY, int fMovePictures) override;
+    void InitRobot(std::uint32_t uRobot, std::int32_t lPlaneId, int iPriority, int x, int y, int iValue) override;
+    void PrepareRobot(int a, int b, int c, int d) override;
+    void PlayRobot() override;
+    void PauseRobot() override;
+    void SetRobotPriority(int iPriority) override;
+    int IsRobotDone() override;
+    int IsRobotPlaying() override;
+    void TerminateRobot() override;
+    std::uint32_t GetRobotSignal() override;
+    int GetMessage(int k1, int k2, int k3, int k4, int iSequence, char* pBuffer, int iBufferSize) override;
+    int GetNextMessage(char* pBuffer, int iBufferSize) override;
+    int GetMessageSize(int k1, int k2, int k3, int k4, int iSequence, int* piSize) override;
+    int GetNextMessageSize(int* piSize) override;
+    void GetLastMessageKeys(int* piKeys) override;
+    void GetEvent(std::uint32_t uMask, KernelEventRecord* pRecord) override;
+    void PlaneToLocal(std::int32_t lPlaneId, ZOR_Point* pPoint) override;
+    void PlaneToGlobal(std::int32_t lPlaneId, ZOR_Point* pPoint) override;
+    void ShowCursor() override;
+    void HideCursor() override;
+    void SetCursorPos(ZOR_Point* pPoint) override;
+    void SetCursorView(std::uint32_t uView, int iLoop, int iCel) override;
+    std::uint32_t Random(std::uint32_t uLow, std::uint32_t uHigh) override;
+    void SeedRandom(std::uint32_t uSeed) override;
+    std::uint32_t GetTime(int iSelector) override;
+    std::uint32_t GetTicks() override;
+    unsigned OpenVmd(const char* pFileName, int iCacheSize, int iOpenArgument) override;
+    void SetVmdPlacement(int x, int y, int iFlags, int iRed, int iGreen, int iBlue) override;
+    unsigned PlayVmd(int iEventFlags, int iEventValue1, int iEventValue2) override;
+    unsigned StopVmd() override;
+    unsigned ResumeVmd() override;
+    unsigned CloseVmd() override;
+    unsigned GetVmdLength() override;
+    unsigned GetVmdStatus() override;
+    unsigned GetVmdFramesSkipped() override;
+    void SetVmdPalette() override;
+    void RestrictVmdPalette(int a, int b) override;
+    void ShowVmdCursor(int fShow) override;
+    void InitVmdBlobs() override;
+    void StopVmdBlobs() override;
+    int AddVmdBlob(int a, int b, int c, int d, int e) override;
+    void DeleteVmdBlob(int iBlob) override;
+    void BlackOutVmd(int a, int b, int c, int d) override;
+    unsigned GetVmdWidth() override;
+    unsigned GetVmdHeight() override;
+    int PointInPolygon(int x, int y, ZOR_Point* pPoints, int iCount) override;
+    void* AllocMemory(std::uint32_t uSize, const char* pFile, int iLine) override;
+    void FreeMemory(void* pBlock) override;
+    KernelPlaneRecord* NewPlane(int iType, int iColor, ZOR_Rect* pRect, int iWindowIndex, int iPriority,
+                                ZOR_Point* pVanishingPoint, int iPicture, int fMirror) override;
+    void PlaneRectChanged(KernelPlaneRecord* pRecord) override;
+    KernelScreenItemRecord* NewScreenItem(std::int32_t lPlaneId, KernelScreenItemSource* pSource, ZOR_Point pos,
+                                          ScaleInfo scale) override;
+    void DisposeScreenItem(KernelScreenItemRecord* pRecord) override;
+    int DLLCheckValid(int iMemId) override;
+    void PlaneCreated(KernelPlaneRecord* pRecord) override;
+    unsigned OpenAvi(int iMovie, const char* pFileName) override;
+    unsigned CloseAvi(int iMovie) override;
+    void SetAviRect(int iMovie, int x, int y, int iWidth, int iHeight) override;
+    void SetAviPos(int iMovie, int x, int y) override;
+    unsigned PlayAvi(int iMovie, int a, int b, int iPlayType, int d) override;
+    unsigned StopAvi(int iMovie) override;
+    unsigned PauseAvi(int iMovie) override;
+    unsigned CueAvi(int iMovie, int iFrame) override;
+    unsigned SeekAvi(int iMovie, int iFrame) override;
+    unsigned ResumeAvi(int iMovie) override;
+    void SetAviPalette(int iMovie) override;
+    unsigned GetAviLength(int iMovie) override;
+    unsigned GetAviFrameNum(int iMovie) override;
+    unsigned GetAviStatus(int iMovie) override;
+    unsigned SetAviEvent(int iEventFlags) override;
+
+    // Writes one argument into a log line; see the table at the top.
+    static std::string Arg(long long value) { return std::to_string(value); }
+    static std::string Arg(const ZOR_Point& point);
+    static std::string Arg(const ZOR_Point* point);
+    static std::string Arg(const ZOR_Rect* rect);
+    static std::string Arg(const ScaleInfo& scale);
+    static std::string Arg(const KernelPlaneRecord* record);
+    static std::string Arg(const KernelScreenItemRecord* record);
+    static std::string Arg(const KernelScreenItemSource* source);
+    static std::string Arg(const char* text);
+    static std::string Arg(const void* pointer) { return pointer ? "ptr" : "null"; }
+
+private:
+    template <typename... Args>
+    void Log(const char* name, const Args&... args)
+    {
+        std::string line(name);
+        line += '(';
+        bool first = true;
+        ((line += (first ? "" : ","), line += Arg(args), first = false), ...);
+        line += ')';
+        mCalls.push_back(std::move(line));
+    }
+    void Log(const char* name) { mCalls.push_back(std::string(name) + "()"); }
+    const Message* FindMessage(int k1, int k2, int k3, int k4, int sequence) const;
+
+    std::vector<std::string> mCalls;
+    AllocationLedger mLedger;
+    std::map<std::int32_t, KernelPlaneRecord*> mPlanes;
+    std::map<std::int32_t, KernelScreenItemRecord*> mItems;
+    std::map<std::int32_t, bool> mOnScreen;
+    std::int32_t mNextPlaneId = 20000;
+    std::int32_t mNextItemId = 1;
+    std::int32_t mNextPolygonId = 0;
+    const Message* mLastMessage = nullptr;
+    std::map<int, std::uint32_t> mSpeechEnds; // message index -> tick its speech ends
+    int mRobotPolls = 0;
+};
+
+#endif

@@ -1,0 +1,43 @@
+// QuindleTest.h - what every library test stands on: a recording kernel handed
+// to the library before the test and checked for leaked blocks after it, and a
+// one-line check of an assertion's exact report.
+#ifndef QUINDLE_TEST_H
+#define QUINDLE_TEST_H
+
+#include "RecordingKernel.h"
+#include "gldll.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+namespace quindle_test {
+
+// The exact report of a failed check, as a regular expression: the notice's
+// title, then "Assertion failed in <file>(<line>): <condition>". A line of -1
+// accepts any line.
+std::string AssertPattern(const std::string& file, const std::string& expression, int line = -1);
+
+// Holds the kernel and, when it goes, checks that every block the library took
+// was given back. It is the fixture's first base, so it outlives every member
+// of the fixture and every local of the test.
+class KernelHolder {
+public:
+    KernelHolder();
+    virtual ~KernelHolder();
+    RecordingKernel k;
+};
+
+} // namespace quindle_test
+
+// The fixture of library tests: DLLInit has run with `k`; theGame is null.
+class QuindleTest : public quindle_test::KernelHolder, public ::testing::Test {
+};
+
+// The statement must end the process with exactly this report.
+#define EXPECT_GL_ASSERT(statement, file, expression) \
+    EXPECT_DEATH(statement, quindle_test::AssertPattern(file, expression))
+#define EXPECT_GL_ASSERT_AT(statement, file, line, expression) \
+    EXPECT_DEATH(statement, quindle_test::AssertPattern(file, expression, line))
+
+#endif
