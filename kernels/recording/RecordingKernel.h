@@ -48,6 +48,9 @@ public:
     // The names only, since a mark ("UpdatePlane", "AddPlane", ...).
     std::vector<std::string> NamesSince(std::size_t mark) const;
     void ClearCalls() { mCalls.clear(); }
+    // With recording off the kernel still answers from its state but logs
+    // nothing: a kernel whose calls cost next to nothing, for benchmarks.
+    bool recording = true;
 
     // ----- clocks and random numbers -----
     std::uint32_t ticks = 0;         // GetTicks
@@ -279,6 +282,8 @@ private:
     template <typename... Args>
     void Log(const char* name, const Args&... args)
     {
+        if (!recording)
+            return;
         std::string line(name);
         line += '(';
         bool first = true;
@@ -286,7 +291,11 @@ private:
         line += ')';
         mCalls.push_back(std::move(line));
     }
-    void Log(const char* name) { mCalls.push_back(std::string(name) + "()"); }
+    void Log(const char* name)
+    {
+        if (recording)
+            mCalls.push_back(std::string(name) + "()");
+    }
     const Message* FindMessage(int k1, int k2, int k3, int k4, int sequence) const;
 
     std::vector<std::string> mCalls;
