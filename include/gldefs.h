@@ -62,13 +62,15 @@ QUINDLE_API void GLFreeMemory(void* pointer);
 // allocated and released through the kernel whoever writes the new or the
 // delete, without replacing the process's global operators. Library code writes
 // GL_NEW so that the block carries its own file and line; a plain new from game
-// code is recorded under the name of the class's header.
+// code is recorded under the name of the class's header. The allocation
+// functions are noexcept so that a null block from the kernel skips the
+// constructor and reaches the caller's own check of the pointer.
 #define GL_DECLARE_ALLOCATION(header)                                                     \
-    static void* operator new(std::size_t size)                                          \
+    static void* operator new(std::size_t size) noexcept                                 \
     {                                                                                     \
         return GLAllocMemory(static_cast<std::uint32_t>(size), header, 1);               \
     }                                                                                     \
-    static void* operator new(std::size_t size, const char* file, int line)              \
+    static void* operator new(std::size_t size, const char* file, int line) noexcept     \
     {                                                                                     \
         return GLAllocMemory(static_cast<std::uint32_t>(size), file, line);              \
     }                                                                                     \
