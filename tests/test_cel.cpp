@@ -1,0 +1,341 @@
+// Features and cels: rectangles, event sets, a cel's two object parts, its
+// clickable area following what the kernel drew, and moving between planes.
+#include "QuindleTest.h"
+#include "glcast.h"
+#include "glcel.h"
+#include "glevent.h"
+#include "glfeatur.h"
+#include "glplane.h"
+
+#include <string>
+#include <vector>
+
+namespace {
+
+const ScaleInfo kScale = {128, 128, 100, 0};
+
+// Counts the selections made through the select function.
+int gSelected = 0;
+GLObject* gLastSelected = nullptr;
+void CountSelection(GLEvent*, GLObject* pObject)
+{
+    ++gSelected;
+    gLastSelected = pObject;
+}
+
+class CelTest : public QuindleTest {
+protected:
+    CelTest()
+    {
+        gSelected = 0;
+        gLastSelected = nullptr;
+    }
+
+    GLColoredPlane plane{ZOR_Rect(0, 0, 639, 479), 0, 1, 0, ZOR_Point(0, 0)};
+    GLColoredPlane other{ZOR_Rect(0, 0, 319, 239), 3, 2, 0, ZOR_Point(0, 0)};
+
+    // A click (type 1) at a point in the plane's coordinates, offered to the
+    // plane's cast as the plane manager would after localising it.
+    int ClickOn(AbsGLPlane& target, int x, int y)
+    {
+        GLEvent event;
+        event.type = 1;
+        event.where.SetPoint(x, y);
+        event.claimed = FALSE;
+        return target.GetCast()->HandleEvent(&event);
+    }
+
+    static GLTarget* FeaturePart(GLCel& cel) { return static_cast<GLFeature*>(&cel); }
+    static GLObject* FeatureObject(GLCel& cel) { return static_cast<GLFeature*>(&cel); }
+    static GLScreenItem* ItemPart(GLCel& cel) { return &cel; }
+    static GLObject* ItemObject(GLCel& cel) { return static_cast<GLScreenItem*>(&cel); }
+    static void ExpectRect(const GLRect& rect, int left, int top, int right, int bottom)
+    {
+        EXPECT_EQ(rect.left, left);
+        EXPECT_EQ(rect.top, top);
+        EXPECT_EQ(rect.right, right);
+        EXPECT_EQ(rect.bottom, bottom);
+    }
+};
+
+TEST_F(CelTest, FeatureRectanglesCountTheirEdges)
+{
+    GLFeature point(&plane);
+    ExpectRect(point.GetRect(), 0, 0, 0, 0);
+    EXPECT_EQ(point.OnMe(GLPoint(0, 0)), 1);
+    EXPECT_EQ(point.OnMe(GLPoint(1, 0)), 0);
+    EXPECT_EQ(point.GetPlane(), &plane);
+
+    GLFeature box(&plane, 10, 10, 20, 20);
+    for (const auto& p : std::vector<std::pair<int, int>>{{10, 15}, {20, 15}, {15, 10}, {15, 20}, {10, 10}})
+        EXPECT_EQ(box.OnMe(GLPoint(p.first, p.second)), 1) << p.first << "," << p.second;
+    for (const auto& p : std::vector<std::pair<int, int>>{{9, 15}, {21, 15}, {15, 9}, {15, 21}})
+        EXPECT_EQ(box.OnMe(GLPoint(p.first, p.second)), 0) << p.first << "," << p.second;
+
+    GLRect wide;
+    wide.SetRect(-5, -5, 5, 5);
+    GLFeature fromRect(&plane, wide);
+    EXPECT_EQ(fromRect.OnMe(GLPoint(-5, 5)), 1);
+    box.SetRect(wide);
+    ExpectRect(box.GetRect(), -5, -5, 5, 5);
+    box.SetRect(1, 2, 3, 4);
+    ExpectRect(box.GetRect(), 1, 2, 3, 4);
+
+    box.SetSelectFunction(CountSelection);
+    GLFeature copy(box);
+    ExpectRect(copy.GetRect(), 1, 2, 3, 4);
+    EXPECT_EQ(copy.GetPlane(), &plane);
+    EXPECT_EQ(copy.GetSelectFunction(), &CountSelection);
+    point = box;
+    ExpectRect(point.GetRect(), 1, 2, 3, 4);
+    EXPECT_EQ(point.GetSelectFunction(), &CountSelection);
+}
+
+TEST_F(CelTest, AFeatureTakesInputOnlyOnceEnteredAndOnItsOwnPlane)
+{
+    GLFeature* feature = new GLFeature(&plane, 10, 10, 20, 20);
+    feature->SetSelectFunction(CountSelection);
+    GLCast* cast = plane.GetCast();
+    EXPECT_FALSE(cast->IsInEventSet(feature));
+    EXPECT_EQ(feature->NeedsEvent(), 0);
+    EXPECT_EQ(ClickOn(plane, 15, 15), FALSE);
+
+    feature->Init();
+    EXPECT_TRUE(cast->IsInEventSet(feature));
+    EXPECT_EQ(feature->NeedsEvent(), 4);
+    EXPECT_EQ(ClickOn(plane, 15, 15), TRUE);
+    EXPECT_EQ(ClickOn(plane, 25, 15), FALSE);
+    EXPECT_EQ(gSelected, 1);
+    EXPECT_GL_ASSERT(feature->Init(), "Source/Glcast.cpp", "!(m_pHandleEventSet->IsInList((GLTarget *) pGLObject))");
+
+    // Moving it takes it out of the old plane's events and into the new one's.
+    feature->SetPlane(&other);
+    EXPECT_FALSE(cast->IsInEventSet(feature));
+    EXPECT_TRUE(other.GetCast()->IsInEventSet(feature));
+    EXPECT_EQ(ClickOn(plane, 15, 15), FALSE);
+    EXPECT_EQ(ClickOn(other, 15, 15), TRUE);
+
+    // A feature that took no input on the old plane takes it on the new one.
+    GLFeature idle(&plane, 0, 0, 5, 5);
+    idle.SetPlane(&other);
+    EXPECT_TRUE(other.GetCast()->IsInEventSet(&idle));
+
+    // Init with a rectangle sets it first; destruction leaves the event set.
+    GLFeature later(&plane);
+    GLRect area;
+    area.SetRect(30, 30, 40, 40);
+    later.Init(area);
+    ExpectRect(later.GetRect(), 30, 30, 40, 40);
+    EXPECT_TRUE(cast->IsInEventSet(&later));
+    delete feature;
+    EXPECT_FALSE(other.GetCast()->IsInEventSet(feature));
+    EXPECT_TRUE(other.GetCast()->IsInEventSet(&idle));
+
+    GLFeature edges(&plane);
+    edges.Init(50, 50, 60, 60);
+    ExpectRect(edges.GetRect(), 50, 50, 60, 60);
+    EXPECT_GL_ASSERT(GLFeature(nullptr), "Source/Glfeatur.cpp", "pPlane");
+    EXPECT_GL_ASSERT(GLFeature(nullptr, 0, 0, 1, 1), "Source/Glfeatur.cpp", "pPlane");
+    EXPECT_GL_ASSERT(later.SetPlane(nullptr), "include/gltarget.h", "pPlane");
+}
+
+TEST_F(CelTest, ANewCelHasTwoPartsInTheRightSetsOfItsCast)
+{
+    GLCel cel(&plane, 5, 0, 0, GLPoint(100, 100), 2, kScale);
+    GLCast* cast = plane.GetCast();
+    EXPECT_EQ(cel.GetCycleSpeed(), 6);
+    EXPECT_EQ(cel.GetMoveSpeed(), 6);
+    EXPECT_EQ(cel.GetStepSize().GetX(), 3);
+    EXPECT_EQ(cel.GetStepSize().GetY(), 3);
+    EXPECT_EQ(cel.GetCycler(), nullptr);
+    EXPECT_EQ(cel.GetMover(), nullptr);
+    EXPECT_EQ(cel.IsVisible(), FALSE);
+    EXPECT_EQ(cel.GetPlane(), &plane);
+    ExpectRect(cel.GetRect(), 0, 0, 0, 0); // never drawn yet
+
+    // The screen item part draws and works every frame; the feature part takes input.
+    EXPECT_TRUE(cast->IsInScreenItemSet(ItemPart(cel)));
+    EXPECT_TRUE(cast->IsInDoItSet(ItemObject(cel)));
+    EXPECT_TRUE(cast->IsInEventSet(FeaturePart(cel)));
+    EXPECT_FALSE(cast->IsInDoItSet(FeatureObject(cel)));
+    ASSERT_EQ(cast->GetEventSet()->NumElements(), 1);
+    EXPECT_EQ(cast->GetEventSet()->At(0), FeaturePart(cel));
+    EXPECT_NE(static_cast<void*>(FeatureObject(cel)), static_cast<void*>(ItemObject(cel)));
+
+    // Each part has its own registration flags.
+    EXPECT_EQ(ItemObject(cel)->IsScreenItem(), 1);
+    EXPECT_EQ(ItemObject(cel)->NeedsDoIt(), 2);
+    EXPECT_EQ(ItemObject(cel)->NeedsEvent(), 0);
+    EXPECT_EQ(FeatureObject(cel)->IsScreenItem(), 1);
+    EXPECT_EQ(FeatureObject(cel)->NeedsDoIt(), 2);
+    EXPECT_EQ(FeatureObject(cel)->NeedsEvent(), 4);
+
+    // Per-frame work through the cast reaches the screen item part harmlessly.
+    cast->DoIt();
+
+    cel.SetCycleSpeed(2);
+    cel.SetMoveSpeed(0xFFFFFFFFu); // set as unsigned, read as signed
+    cel.SetStepSize(GLPoint(5, 1));
+    EXPECT_EQ(cel.GetCycleSpeed(), 2);
+    EXPECT_EQ(cel.GetMoveSpeed(), -1);
+    EXPECT_EQ(cel.GetStepSize().GetX(), 5);
+}
+
+TEST_F(CelTest, TheClickableAreaFollowsWhatTheKernelDrewAfterEachUpdate)
+{
+    GLCel cel(&plane, 5, 0, 0, GLPoint(100, 100), 2, kScale);
+    cel.SetSelectFunction(CountSelection);
+    const std::int32_t id = cel.GetId();
+    k.nowSeen[id] = ZOR_Rect(100, 90, 119, 109);
+
+    // Hidden, the kernel reports nothing: the area stays where it was.
+    EXPECT_EQ(ClickOn(plane, 110, 100), FALSE);
+    cel.Show();
+    cel.Update(); // no change pending, yet the area is asked for afresh
+    ExpectRect(cel.GetRect(), 100, 90, 119, 109);
+    EXPECT_EQ(ClickOn(plane, 110, 100), TRUE);
+    EXPECT_EQ(gSelected, 1);
+    EXPECT_EQ(gLastSelected, FeatureObject(cel));
+
+    // Moved with an update: the area is what the kernel reports now.
+    k.nowSeen[id] = ZOR_Rect(200, 190, 219, 209);
+    cel.SetPos(GLPoint(200, 200), TRUE);
+    ExpectRect(cel.GetRect(), 200, 190, 219, 209);
+    EXPECT_EQ(ClickOn(plane, 110, 100), FALSE);
+    EXPECT_EQ(ClickOn(plane, 219, 209), TRUE);
+
+    // Moved without an update: the kernel still shows the old place.
+    k.nowSeen[id] = ZOR_Rect(300, 300, 310, 310);
+    cel.SetPos(GLPoint(300, 300), FALSE);
+    ExpectRect(cel.GetRect(), 200, 190, 219, 209);
+    cel.Update();
+    ExpectRect(cel.GetRect(), 300, 300, 310, 310);
+
+    // Without a set answer the recording kernel reports a cel-sized box at
+    // the position: the area follows that too.
+    k.nowSeen.erase(id);
+    cel.SetPos(GLPoint(40, 50), TRUE);
+    ExpectRect(cel.GetRect(), 40, 50, 40 + k.celWidth - 1, 50 + k.celHeight - 1);
+}
+
+TEST_F(CelTest, AHiddenCelTakesNoClicksAndAShownOneDoes)
+{
+    GLCel cel(&plane, 5, 0, 0, GLPoint(10, 10), 2, kScale);
+    cel.SetSelectFunction(CountSelection);
+    GLCast* cast = plane.GetCast();
+    cel.Show();
+    cel.ForceUpdate(); // Show alone does not ask the kernel what it drew
+    EXPECT_EQ(ClickOn(plane, 12, 12), TRUE);
+
+    const std::string before = "item:" + std::to_string(cel.GetId());
+    std::size_t mark = k.Mark();
+    cel.Hide();
+    const std::string after = "item:" + std::to_string(cel.GetId());
+    EXPECT_EQ(k.CallsSince(mark), (std::vector<std::string>{"NewScreenItem(20000,src:0/5/0/0/0,(10,10),[128,128,100,0])",
+                                                            "DeleteScreenItem(" + before + ")"}));
+    EXPECT_FALSE(cast->IsInEventSet(FeaturePart(cel)));
+    EXPECT_EQ(ClickOn(plane, 12, 12), FALSE);
+    EXPECT_EQ(gSelected, 1);
+    cel.Hide(); // hidden already: still out, no kernel call
+    EXPECT_EQ(k.Count("DeleteScreenItem"), 1);
+
+    mark = k.Mark();
+    cel.Show();
+    EXPECT_EQ(k.CallsSince(mark), (std::vector<std::string>{"AddScreenItem(" + after + ")"}));
+    cel.Show();
+    EXPECT_TRUE(cast->IsInEventSet(FeaturePart(cel)));
+    EXPECT_EQ(cast->GetEventSet()->NumElements(), 1);
+    EXPECT_EQ(ClickOn(plane, 12, 12), TRUE);
+    EXPECT_EQ(gSelected, 2);
+    EXPECT_EQ(cel.GetPos().GetX(), 10);
+    EXPECT_EQ(cel.GetPri(), 2);
+}
+
+TEST_F(CelTest, MovingACelToAnotherPlaneMovesBothParts)
+{
+    GLCel cel(&plane, 5, 0, 0, GLPoint(10, 10), 2, kScale);
+    cel.SetSelectFunction(CountSelection);
+    cel.Show();
+    cel.ForceUpdate();
+    ASSERT_EQ(ClickOn(plane, 12, 12), TRUE);
+
+    cel.SetPlane(&other, TRUE);
+    EXPECT_EQ(cel.GetPlane(), &other);
+    EXPECT_EQ(FeaturePart(cel)->GetPlane(), &other);
+    EXPECT_EQ(cel.GetPlaneId(), 20001);
+    EXPECT_EQ(cel.IsVisible(), TRUE);
+    EXPECT_TRUE(k.ItemOnScreen(cel.GetId()));
+    EXPECT_FALSE(plane.GetCast()->IsInCast(ItemObject(cel)));
+    EXPECT_FALSE(plane.GetCast()->IsInEventSet(FeaturePart(cel)));
+    EXPECT_TRUE(other.GetCast()->IsInScreenItemSet(ItemPart(cel)));
+    EXPECT_TRUE(other.GetCast()->IsInDoItSet(ItemObject(cel)));
+    EXPECT_TRUE(other.GetCast()->IsInEventSet(FeaturePart(cel)));
+    EXPECT_EQ(ClickOn(plane, 12, 12), FALSE);
+    EXPECT_EQ(ClickOn(other, 12, 12), TRUE);
+
+    // A hidden cel that moves takes input on its new plane.
+    cel.Hide();
+    cel.SetPlane(&plane, FALSE);
+    EXPECT_TRUE(plane.GetCast()->IsInEventSet(FeaturePart(cel)));
+    EXPECT_EQ(cel.IsVisible(), FALSE);
+    cel.Show();
+    EXPECT_EQ(cel.IsVisible(), TRUE);
+}
+
+TEST_F(CelTest, LastLoopAndLastCelComeFromTheKernelsCounts)
+{
+    k.SetView(7, {8, 3, 0});
+    GLCel cel(&plane, 7, 1, 0, GLPoint(0, 0), 0, kScale);
+    EXPECT_EQ(cel.LastLoop(), 2);
+    EXPECT_EQ(cel.LastCel(), 2);
+    cel.SetLoop(0, FALSE);
+    EXPECT_EQ(cel.LastCel(), 7);
+    EXPECT_EQ(k.CallsNamed("NumCels").back(), "NumCels(7,0)");
+    // An empty loop wraps to the largest 16-bit index.
+    cel.SetLoop(2, FALSE);
+    EXPECT_EQ(cel.LastCel(), 0xFFFF);
+
+    std::uint16_t memId = 3;
+    KernelMemBitmap bitmap(&memId);
+    k.validMemIds[3] = true;
+    GLCel drawn(&plane, &bitmap, GLPoint(1, 2), 0, kScale);
+    EXPECT_TRUE(plane.GetCast()->IsInEventSet(FeaturePart(drawn)));
+    EXPECT_EQ(drawn.GetPos().GetY(), 2);
+    EXPECT_GL_ASSERT(drawn.LastCel(), "Source/Glsi.cpp", "m_pKernelMemBitmap == 0");
+    EXPECT_GL_ASSERT(drawn.LastLoop(), "Source/Glsi.cpp", "m_pKernelMemBitmap == 0");
+}
+
+TEST_F(CelTest, ACelComesAndGoesThroughTheKernel)
+{
+    std::size_t mark = k.Mark();
+    GLCel* cel = new GLCel(&plane, 5, 1, 2, GLPoint(3, 4), 6, kScale);
+    const std::string self = std::to_string(cel->GetId());
+    EXPECT_EQ(k.CallsSince(mark), (std::vector<std::string>{"NewScreenItem(20000,src:0/5/1/2/0,(3,4),[128,128,100,0])",
+                                                           "GetNowSeenRect(20000," + self + ")"}));
+    // The object itself is one block of the kernel's, named after its header.
+    bool found = false;
+    for (const auto& block : k.Ledger().LiveBlocks())
+        found = found || (block.file == "include/glcel.h" && block.size == sizeof(GLCel));
+    EXPECT_TRUE(found);
+
+    cel->Show();
+    mark = k.Mark();
+    GLObject* item = ItemObject(*cel);
+    GLTarget* feature = FeaturePart(*cel);
+    delete cel;
+    EXPECT_EQ(k.CallsSince(mark), (std::vector<std::string>{"DeleteScreenItem(item:" + self + ")"}));
+    EXPECT_FALSE(plane.GetCast()->IsInCast(item));
+    EXPECT_FALSE(plane.GetCast()->IsInEventSet(feature));
+    EXPECT_EQ(k.ItemCount(), 0u);
+
+    // Through a base pointer the whole cel goes, hidden or not.
+    GLScreenItem* asItem = GL_NEW GLCel(&plane, 5, 0, 0, GLPoint(0, 0), 0, kScale);
+    delete asItem;
+    GLFeature* asFeature = GL_NEW GLCel(&plane, 5, 0, 0, GLPoint(0, 0), 0, kScale);
+    delete asFeature;
+    EXPECT_EQ(k.ItemCount(), 0u);
+    EXPECT_EQ(plane.GetCast()->GetEventSet()->NumElements(), 0);
+    EXPECT_GL_ASSERT(GLCel(&plane, 5, -1, 0, GLPoint(0, 0), 0, kScale), "Source/Glsi.cpp", "iLoop >= 0");
+}
+
+} // namespace
