@@ -58,85 +58,51 @@ protected:
     }
 };
 
-TEST_F(CelTest, FeatureRectanglesCountTheirEdges)
+TEST_F(CelTest, AFeatureTakesInputInItsRectangleOnceEnteredOnItsPlane)
 {
     GLFeature point(&plane);
     ExpectRect(point.GetRect(), 0, 0, 0, 0);
     EXPECT_EQ(point.OnMe(GLPoint(0, 0)), 1);
     EXPECT_EQ(point.OnMe(GLPoint(1, 0)), 0);
-    EXPECT_EQ(point.GetPlane(), &plane);
 
-    GLFeature box(&plane, 10, 10, 20, 20);
-    for (const auto& p : std::vector<std::pair<int, int>>{{10, 15}, {20, 15}, {15, 10}, {15, 20}, {10, 10}})
-        EXPECT_EQ(box.OnMe(GLPoint(p.first, p.second)), 1) << p.first << "," << p.second;
-    for (const auto& p : std::vector<std::pair<int, int>>{{9, 15}, {21, 15}, {15, 9}, {15, 21}})
-        EXPECT_EQ(box.OnMe(GLPoint(p.first, p.second)), 0) << p.first << "," << p.second;
-
-    GLRect wide;
-    wide.SetRect(-5, -5, 5, 5);
-    GLFeature fromRect(&plane, wide);
-    EXPECT_EQ(fromRect.OnMe(GLPoint(-5, 5)), 1);
-    box.SetRect(wide);
-    ExpectRect(box.GetRect(), -5, -5, 5, 5);
-    box.SetRect(1, 2, 3, 4);
-    ExpectRect(box.GetRect(), 1, 2, 3, 4);
-
-    box.SetSelectFunction(CountSelection);
-    GLFeature copy(box);
-    ExpectRect(copy.GetRect(), 1, 2, 3, 4);
-    EXPECT_EQ(copy.GetPlane(), &plane);
-    EXPECT_EQ(copy.GetSelectFunction(), &CountSelection);
-    point = box;
-    ExpectRect(point.GetRect(), 1, 2, 3, 4);
-    EXPECT_EQ(point.GetSelectFunction(), &CountSelection);
-}
-
-TEST_F(CelTest, AFeatureTakesInputOnlyOnceEnteredAndOnItsOwnPlane)
-{
     GLFeature* feature = new GLFeature(&plane, 10, 10, 20, 20);
+    for (const auto& p : std::vector<std::pair<int, int>>{{10, 15}, {20, 15}, {15, 10}, {15, 20}})
+        EXPECT_EQ(feature->OnMe(GLPoint(p.first, p.second)), 1) << p.first << "," << p.second;
+    EXPECT_EQ(feature->OnMe(GLPoint(21, 15)), 0);
+    EXPECT_EQ(feature->OnMe(GLPoint(15, 9)), 0);
+
+    // Not offered input until entered.
     feature->SetSelectFunction(CountSelection);
     GLCast* cast = plane.GetCast();
-    EXPECT_FALSE(cast->IsInEventSet(feature));
-    EXPECT_EQ(feature->NeedsEvent(), 0);
     EXPECT_EQ(ClickOn(plane, 15, 15), FALSE);
-
     feature->Init();
-    EXPECT_TRUE(cast->IsInEventSet(feature));
     EXPECT_EQ(feature->NeedsEvent(), 4);
     EXPECT_EQ(ClickOn(plane, 15, 15), TRUE);
     EXPECT_EQ(ClickOn(plane, 25, 15), FALSE);
     EXPECT_EQ(gSelected, 1);
     EXPECT_GL_ASSERT(feature->Init(), "Source/Glcast.cpp", "!(m_pHandleEventSet->IsInList((GLTarget *) pGLObject))");
 
-    // Moving it takes it out of the old plane's events and into the new one's.
+    // Moving takes it out of the old plane's events and into the new one's,
+    // also for a feature that took no input before.
     feature->SetPlane(&other);
-    EXPECT_FALSE(cast->IsInEventSet(feature));
-    EXPECT_TRUE(other.GetCast()->IsInEventSet(feature));
     EXPECT_EQ(ClickOn(plane, 15, 15), FALSE);
     EXPECT_EQ(ClickOn(other, 15, 15), TRUE);
-
-    // A feature that took no input on the old plane takes it on the new one.
     GLFeature idle(&plane, 0, 0, 5, 5);
     idle.SetPlane(&other);
     EXPECT_TRUE(other.GetCast()->IsInEventSet(&idle));
 
     // Init with a rectangle sets it first; destruction leaves the event set.
-    GLFeature later(&plane);
     GLRect area;
     area.SetRect(30, 30, 40, 40);
-    later.Init(area);
-    ExpectRect(later.GetRect(), 30, 30, 40, 40);
-    EXPECT_TRUE(cast->IsInEventSet(&later));
+    point.Init(area);
+    ExpectRect(point.GetRect(), 30, 30, 40, 40);
+    EXPECT_TRUE(cast->IsInEventSet(&point));
     delete feature;
     EXPECT_FALSE(other.GetCast()->IsInEventSet(feature));
     EXPECT_TRUE(other.GetCast()->IsInEventSet(&idle));
 
-    GLFeature edges(&plane);
-    edges.Init(50, 50, 60, 60);
-    ExpectRect(edges.GetRect(), 50, 50, 60, 60);
     EXPECT_GL_ASSERT(GLFeature(nullptr), "Source/Glfeatur.cpp", "pPlane");
-    EXPECT_GL_ASSERT(GLFeature(nullptr, 0, 0, 1, 1), "Source/Glfeatur.cpp", "pPlane");
-    EXPECT_GL_ASSERT(later.SetPlane(nullptr), "include/gltarget.h", "pPlane");
+    EXPECT_GL_ASSERT(idle.SetPlane(nullptr), "include/gltarget.h", "pPlane");
 }
 
 TEST_F(CelTest, ANewCelHasTwoPartsInTheRightSetsOfItsCast)
@@ -148,9 +114,7 @@ TEST_F(CelTest, ANewCelHasTwoPartsInTheRightSetsOfItsCast)
     EXPECT_EQ(cel.GetStepSize().GetX(), 3);
     EXPECT_EQ(cel.GetStepSize().GetY(), 3);
     EXPECT_EQ(cel.GetCycler(), nullptr);
-    EXPECT_EQ(cel.GetMover(), nullptr);
     EXPECT_EQ(cel.IsVisible(), FALSE);
-    EXPECT_EQ(cel.GetPlane(), &plane);
     ExpectRect(cel.GetRect(), 0, 0, 0, 0); // never drawn yet
 
     // The screen item part draws and works every frame; the feature part takes input.
@@ -172,13 +136,8 @@ TEST_F(CelTest, ANewCelHasTwoPartsInTheRightSetsOfItsCast)
 
     // Per-frame work through the cast reaches the screen item part harmlessly.
     cast->DoIt();
-
-    cel.SetCycleSpeed(2);
     cel.SetMoveSpeed(0xFFFFFFFFu); // set as unsigned, read as signed
-    cel.SetStepSize(GLPoint(5, 1));
-    EXPECT_EQ(cel.GetCycleSpeed(), 2);
     EXPECT_EQ(cel.GetMoveSpeed(), -1);
-    EXPECT_EQ(cel.GetStepSize().GetX(), 5);
 }
 
 TEST_F(CelTest, TheClickableAreaFollowsWhatTheKernelDrewAfterEachUpdate)
@@ -227,22 +186,16 @@ TEST_F(CelTest, AHiddenCelTakesNoClicksAndAShownOneDoes)
     cel.ForceUpdate(); // Show alone does not ask the kernel what it drew
     EXPECT_EQ(ClickOn(plane, 12, 12), TRUE);
 
-    const std::string before = "item:" + std::to_string(cel.GetId());
-    std::size_t mark = k.Mark();
     cel.Hide();
-    const std::string after = "item:" + std::to_string(cel.GetId());
-    EXPECT_EQ(k.CallsSince(mark), (std::vector<std::string>{"NewScreenItem(20000,src:0/5/0/0/0,(10,10),[128,128,100,0])",
-                                                            "DeleteScreenItem(" + before + ")"}));
+    EXPECT_FALSE(k.ItemOnScreen(cel.GetId()));
     EXPECT_FALSE(cast->IsInEventSet(FeaturePart(cel)));
     EXPECT_EQ(ClickOn(plane, 12, 12), FALSE);
     EXPECT_EQ(gSelected, 1);
-    cel.Hide(); // hidden already: still out, no kernel call
-    EXPECT_EQ(k.Count("DeleteScreenItem"), 1);
+    cel.Hide(); // hidden already: still out
 
-    mark = k.Mark();
     cel.Show();
-    EXPECT_EQ(k.CallsSince(mark), (std::vector<std::string>{"AddScreenItem(" + after + ")"}));
     cel.Show();
+    EXPECT_TRUE(k.ItemOnScreen(cel.GetId()));
     EXPECT_TRUE(cast->IsInEventSet(FeaturePart(cel)));
     EXPECT_EQ(cast->GetEventSet()->NumElements(), 1);
     EXPECT_EQ(ClickOn(plane, 12, 12), TRUE);
@@ -300,9 +253,7 @@ TEST_F(CelTest, LastLoopAndLastCelComeFromTheKernelsCounts)
     k.validMemIds[3] = true;
     GLCel drawn(&plane, &bitmap, GLPoint(1, 2), 0, kScale);
     EXPECT_TRUE(plane.GetCast()->IsInEventSet(FeaturePart(drawn)));
-    EXPECT_EQ(drawn.GetPos().GetY(), 2);
     EXPECT_GL_ASSERT(drawn.LastCel(), "Source/Glsi.cpp", "m_pKernelMemBitmap == 0");
-    EXPECT_GL_ASSERT(drawn.LastLoop(), "Source/Glsi.cpp", "m_pKernelMemBitmap == 0");
 }
 
 TEST_F(CelTest, ACelComesAndGoesThroughTheKernel)
