@@ -11,16 +11,16 @@
 
 GLCel::GLCel(AbsGLPlane* pPlane, std::uint32_t view, short loop, short cel, GLPoint pos, int iPriority,
              const ScaleInfo& scale)
-    : GLScreenItem(pPlane, static_cast<int>(view), loop, cel, pos, iPriority, scale), GLFeature(pPlane),
-      mCycleSpeed(6), mMoveSpeed(6), mpCycler(0), mpMover(0), mStepSize(0, 0)
+    : GLScreenItem(pPlane, static_cast<int>(view), loop, cel, pos, iPriority, scale), GLFeature(pPlane), mCycleSpeed(6),
+      mMoveSpeed(6), mpCycler(0), mpMover(0), mStepSize(0, 0)
 {
     CommonMemberInit();
 }
 
 GLCel::GLCel(AbsGLPlane* pPlane, const KernelMemBitmap* pKernelMemBitmap, GLPoint pos, int iPriority,
              const ScaleInfo& scale)
-    : GLScreenItem(pPlane, pKernelMemBitmap, pos, iPriority, scale), GLFeature(pPlane), mCycleSpeed(6),
-      mMoveSpeed(6), mpCycler(0), mpMover(0), mStepSize(0, 0)
+    : GLScreenItem(pPlane, pKernelMemBitmap, pos, iPriority, scale), GLFeature(pPlane), mCycleSpeed(6), mMoveSpeed(6),
+      mpCycler(0), mpMover(0), mStepSize(0, 0)
 {
     CommonMemberInit();
 }

@@ -124,8 +124,8 @@ void GLScreenItem::Init(AbsGLPlane* pPlane, int iView, int iLoop, int iCel, cons
     pPlane->GetCast()->Add(this);
 }
 
-void GLScreenItem::Init(AbsGLPlane* pPlane, const KernelMemBitmap* pKernelMemBitmap, const GLPoint& pos,
-                        int iPriority, const ScaleInfo& scale)
+void GLScreenItem::Init(AbsGLPlane* pPlane, const KernelMemBitmap* pKernelMemBitmap, const GLPoint& pos, int iPriority,
+                        const ScaleInfo& scale)
 {
     GL_ASSERT(iPriority == -9999 || iPriority >= -1);
     GL_ASSERT(pPlane != NULL);
@@ -394,7 +394,10 @@ int GLScreenItem::GetView() const
 {
     GL_ASSERT(m_pScreenItem != 0);
     GL_ASSERT(m_pKernelMemBitmap == 0);
+    // The check's text is reported as written, spacing included.
+    // clang-format off
     GL_ASSERT(m_iView !=-1 && m_iLoop != -1 && m_iCel != -1);
+    // clang-format on
     return m_iView;
 }
 
@@ -402,7 +405,10 @@ int GLScreenItem::GetLoop() const
 {
     GL_ASSERT(m_pScreenItem != 0);
     GL_ASSERT(m_pKernelMemBitmap == 0);
+    // The check's text is reported as written, spacing included.
+    // clang-format off
     GL_ASSERT(m_iView !=-1 && m_iLoop != -1 && m_iCel != -1);
+    // clang-format on
     return m_iLoop;
 }
 
@@ -410,7 +416,10 @@ int GLScreenItem::GetCel() const
 {
     GL_ASSERT(m_pScreenItem != 0);
     GL_ASSERT(m_pKernelMemBitmap == 0);
+    // The check's text is reported as written, spacing included.
+    // clang-format off
     GL_ASSERT(m_iView !=-1 && m_iLoop != -1 && m_iCel != -1);
+    // clang-format on
     return m_iCel;
 }
 

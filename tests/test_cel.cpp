@@ -262,7 +262,7 @@ TEST_F(CelTest, ACelComesAndGoesThroughTheKernel)
     GLCel* cel = new GLCel(&plane, 5, 1, 2, GLPoint(3, 4), 6, kScale);
     const std::string self = std::to_string(cel->GetId());
     EXPECT_EQ(k.CallsSince(mark), (std::vector<std::string>{"NewScreenItem(20000,src:0/5/1/2/0,(3,4),[128,128,100,0])",
-                                                           "GetNowSeenRect(20000," + self + ")"}));
+                                                            "GetNowSeenRect(20000," + self + ")"}));
     // The object itself is one block of the kernel's, named after its header.
     bool found = false;
     for (const auto& block : k.Ledger().LiveBlocks())

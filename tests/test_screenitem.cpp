@@ -42,10 +42,9 @@ TEST_F(ScreenItemTest, CreateShowUpdateHideShowDestroyIsThisExactKernelConversat
     item->Hide(); // hidden already: nothing
     const std::string second = Self(*item);
     item->Show();
-    EXPECT_EQ(k.CallsSince(mark),
-              Lines({"AddScreenItem(" + first + ")", "UpdateScreenItem(" + first + ")",
-                     "NewScreenItem(20000,src:0/5/1/2/0,(30,40),[128,128,100,0])", "DeleteScreenItem(" + first + ")",
-                     "AddScreenItem(" + second + ")"}));
+    EXPECT_EQ(k.CallsSince(mark), Lines({"AddScreenItem(" + first + ")", "UpdateScreenItem(" + first + ")",
+                                         "NewScreenItem(20000,src:0/5/1/2/0,(30,40),[128,128,100,0])",
+                                         "DeleteScreenItem(" + first + ")", "AddScreenItem(" + second + ")"}));
 
     // A visible item is taken off the screen; a hidden one is only disposed of.
     mark = k.Mark();
@@ -212,9 +211,9 @@ TEST_F(ScreenItemTest, SetPlaneMovesRecordAndCastAndShowsTheItemThere)
     std::size_t mark = k.Mark();
     item.SetPlane(&other, TRUE);
     const std::string moved = Self(item);
-    EXPECT_EQ(k.CallsSince(mark), Lines({"NewScreenItem(20001,src:0/1/0/0/0,(5,5),[128,128,100,0])",
-                                         "DeleteScreenItem(" + old + ")", "AddScreenItem(" + moved + ")",
-                                         "UpdateScreenItem(" + moved + ")"}));
+    EXPECT_EQ(k.CallsSince(mark),
+              Lines({"NewScreenItem(20001,src:0/1/0/0/0,(5,5),[128,128,100,0])", "DeleteScreenItem(" + old + ")",
+                     "AddScreenItem(" + moved + ")", "UpdateScreenItem(" + moved + ")"}));
     EXPECT_EQ(item.GetPlane(), &other);
     EXPECT_EQ(item.GetPlaneId(), 20001);
     EXPECT_TRUE(k.ItemOnScreen(item.GetId()));
@@ -251,8 +250,8 @@ TEST_F(ScreenItemTest, NowSeenAndOnPointAskTheKernelOnlyForAVisibleItem)
     EXPECT_EQ(rect.right, 29);
     EXPECT_EQ(item.OnPoint(GLPoint(29, 39), TRUE), 1);
     EXPECT_EQ(item.OnPoint(GLPoint(30, 39), FALSE), 0);
-    EXPECT_EQ(k.CallsNamed("ScreenItemOnPoint").front(), "ScreenItemOnPoint((29,39),20000," +
-                                                             std::to_string(item.GetId()) + ",1)");
+    EXPECT_EQ(k.CallsNamed("ScreenItemOnPoint").front(),
+              "ScreenItemOnPoint((29,39),20000," + std::to_string(item.GetId()) + ",1)");
 }
 
 TEST_F(ScreenItemTest, MisuseEndsWithTheExactReport)
