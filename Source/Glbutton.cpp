@@ -3,6 +3,7 @@
 
 #include "glevent.h"
 #include "glgame.h"
+#include "gldll.h"
 #include "gluser.h"
 
 namespace {

@@ -3,6 +3,7 @@
 
 #include "glcel.h"
 #include "glgame.h"
+#include "gldll.h"
 #include "gltimer.h"
 
 // The rules check "lastCel >= 0" on an unsigned 16-bit value: the check always

@@ -3,6 +3,7 @@
 
 #include "glcel.h"
 #include "glgame.h"
+#include "gldll.h"
 #include "gltimer.h"
 
 GLMover::GLMover(GLCel* pActor)
