@@ -90,21 +90,30 @@ void GLScript::ChangeState(int iState)
 
 void GLScript::SetCycles(std::uint32_t cycles)
 {
+    // The check's text is reported as written, spacing included.
+    // clang-format off
     GL_ASSERT(mType==UnsetTimer && cycles);
+    // clang-format on
     mType = CyclesTimer;
     mCycles = cycles;
 }
 
 void GLScript::SetSeconds(std::uint32_t secs)
 {
+    // The check's text is reported as written, spacing included.
+    // clang-format off
     GL_ASSERT(mType==UnsetTimer && secs);
+    // clang-format on
     mType = SecondsTimer;
     mSecondsEnd = kernel->GetTime(1) + secs;
 }
 
 void GLScript::SetTicks(std::uint32_t ticks)
 {
+    // The check's text is reported as written, spacing included.
+    // clang-format off
     GL_ASSERT(mType==UnsetTimer && ticks);
+    // clang-format on
     mType = TicksTimer;
     mTicksEnd = theGame->mGameTicks + ticks;
 }

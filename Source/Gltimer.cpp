@@ -124,7 +124,10 @@ void GLTimer::Init(TimerType type, std::uint32_t count)
 
 int GLTimer::Check()
 {
+    // The check's text is reported as written, spacing included.
+    // clang-format off
     GL_ASSERT(mType!=UnsetTimer);
+    // clang-format on
     int fDue = FALSE;
     switch (mType) {
     case CyclesTimer:

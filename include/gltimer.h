@@ -70,10 +70,10 @@ public:
     // The kinds of wait. A timer of kind UnsetTimer has no wait running and
     // must not be checked: it may not stay in the game's object set.
     enum TimerType {
-        UnsetTimer = 0,   // no wait
-        CyclesTimer = 1,  // a number of frames of the main loop
-        TicksTimer = 2,   // until the game's tick count reaches a value
-        SecondsTimer = 3  // until the kernel's seconds clock reaches a value
+        UnsetTimer = 0,  // no wait
+        CyclesTimer = 1, // a number of frames of the main loop
+        TicksTimer = 2,  // until the game's tick count reaches a value
+        SecondsTimer = 3 // until the kernel's seconds clock reaches a value
     };
 
     // A timer that cues whoToCue (with a null cuer) once a wait of the given
