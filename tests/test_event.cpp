@@ -1,0 +1,240 @@
+// The input event (refresh, localisation through planes, copies) and sets of
+// event handlers.
+#include "QuindleTest.h"
+#include "glevent.h"
+#include "glplane.h"
+#include "gltarget.h"
+
+#include <cstring>
+#include <string>
+#include <vector>
+
+namespace {
+
+using EventTest = QuindleTest;
+
+const ZOR_Point kNoVanish(0, 0);
+
+std::string At(const GLEvent& event)
+{
+    return "(" + std::to_string(event.where.GetX()) + "," + std::to_string(event.where.GetY()) + ")";
+}
+
+// A handler that writes what it was offered into a shared log and answers as
+// told: claim or decline, and optionally localise the event first.
+class Handler : public GLTarget {
+public:
+    Handler(std::vector<std::string>* log, const char* name) : mLog(log), mName(name) { NeedsEvent(TRUE); }
+    int HandleEvent(GLEvent* pEvent) override
+    {
+        mLog->push_back(mName + At(*pEvent) + (pEvent->plane ? "local" : "global"));
+        if (mLocalizeTo)
+            pEvent->Localize(mLocalizeTo);
+        if (mClaims)
+            pEvent->claimed = TRUE;
+        return mClaims;
+    }
+    std::vector<std::string>* mLog;
+    std::string mName;
+    int mClaims = FALSE;
+    AbsGLPlane* mLocalizeTo = nullptr;
+};
+
+TEST_F(EventTest, ANewEventIsUnclaimedAtTheOriginWithTheLibrarysPartOfTheRecordSet)
+{
+    GLEvent event;
+    EXPECT_EQ(event.claimed, FALSE);
+    EXPECT_EQ(At(event), "(0,0)");
+    EXPECT_EQ(event.plane, nullptr);
+    EXPECT_EQ(event.type, 0);
+    ASSERT_NE(event.kernelEvent, nullptr);
+    // The point at 16 is in the kernel point's "not yet set" state, the word at 24 is 0.
+    const unsigned char* bytes = reinterpret_cast<const unsigned char*>(event.kernelEvent);
+    std::uint32_t x, y, extra;
+    std::memcpy(&x, bytes + 16, 4);
+    std::memcpy(&y, bytes + 20, 4);
+    std::memcpy(&extra, bytes + 24, 4);
+    EXPECT_EQ(x, 0x89abcdefu);
+    EXPECT_EQ(y, 0x89abcdefu);
+    EXPECT_EQ(extra, 0u);
+    // The record and the position are two blocks of the library's own.
+    EXPECT_EQ(k.Ledger().LiveCount(), 2u);
+}
+
+TEST_F(EventTest, RefreshReadsTheRecordAndMakesTheEventGlobalAndUnclaimedAgain)
+{
+    GLColoredPlane plane(100, 50, 399, 249, 0, 1, 0, kNoVanish);
+    GLEvent event;
+    k.PushEvent(1, 0x12345, 4, 150, 70, 99);
+    k.PushEvent(8, 27, 1, 5, 6, 7);
+    const std::size_t mark = k.Mark();
+    event.Refresh();
+    EXPECT_EQ(k.CallsSince(mark), std::vector<std::string>{"GetEvent(32767)"});
+    EXPECT_EQ(event.type, 1);
+    EXPECT_EQ(event.message, 0x2345); // the low half of the message word
+    EXPECT_EQ(event.modifiers, 4);
+    EXPECT_EQ(event.extra, 99u);
+    EXPECT_EQ(At(event), "(150,70)");
+
+    event.Localize(&plane);
+    event.claimed = TRUE;
+    EXPECT_EQ(At(event), "(50,20)");
+
+    event.Refresh(8);
+    EXPECT_EQ(k.CallsNamed("GetEvent").back(), "GetEvent(8)");
+    EXPECT_EQ(event.type, 8);
+    EXPECT_EQ(event.message, 27);
+    EXPECT_EQ(event.claimed, FALSE);
+    EXPECT_EQ(event.plane, nullptr);
+    EXPECT_EQ(At(event), "(5,6)");
+    EXPECT_EQ(event.extra, 7u);
+}
+
+TEST_F(EventTest, LocalisingGoesThroughTheScreenFromPlaneToPlane)
+{
+    GLColoredPlane a(100, 50, 399, 249, 0, 1, 0, kNoVanish);
+    GLColoredPlane b(10, 20, 299, 199, 0, 2, 0, kNoVanish);
+    GLEvent event;
+    k.PushEvent(1, 0, 0, 150, 70);
+    event.Refresh();
+
+    // Globalising a global event changes nothing and asks the kernel nothing.
+    std::size_t mark = k.Mark();
+    event.Globalize();
+    EXPECT_TRUE(k.CallsSince(mark).empty());
+    EXPECT_EQ(At(event), "(150,70)");
+
+    mark = k.Mark();
+    const std::size_t blocks = k.Ledger().LiveCount();
+    event.Localize(&a);
+    EXPECT_EQ(event.plane, &a);
+    EXPECT_EQ(At(event), "(50,20)");
+    event.Localize(&b);
+    EXPECT_EQ(event.plane, &b);
+    EXPECT_EQ(At(event), "(140,50)"); // as if localised to b from the screen
+    EXPECT_EQ(k.CallsSince(mark),
+              (std::vector<std::string>{"PlaneToLocal(20000,(150,70))", "PlaneToGlobal(20000,(50,20))",
+                                        "PlaneToLocal(20001,(150,70))"}));
+
+    event.Globalize();
+    EXPECT_EQ(event.plane, nullptr);
+    EXPECT_EQ(At(event), "(150,70)");
+    // The temporaries of the conversions were all given back.
+    EXPECT_EQ(k.Ledger().LiveCount(), blocks);
+}
+
+TEST_F(EventTest, CopiesHaveTheirOwnRecordAndPosition)
+{
+    GLColoredPlane plane(100, 50, 399, 249, 0, 1, 0, kNoVanish);
+    GLEvent event;
+    k.PushEvent(2, 3, 4, 120, 60, 5);
+    event.Refresh();
+    event.Localize(&plane);
+
+    GLEvent copy(event);
+    EXPECT_NE(copy.kernelEvent, event.kernelEvent);
+    EXPECT_EQ(std::memcmp(copy.kernelEvent, event.kernelEvent, sizeof(KernelEventRecord)), 0);
+    EXPECT_EQ(copy.type, 2);
+    EXPECT_EQ(copy.plane, &plane);
+    EXPECT_EQ(At(copy), "(20,10)");
+    copy.where.SetPoint(1, 1);
+    EXPECT_EQ(At(event), "(20,10)");
+
+    GLEvent assigned;
+    assigned = event;
+    EXPECT_NE(assigned.kernelEvent, event.kernelEvent);
+    EXPECT_EQ(assigned.kernelEvent->where.x, 120);
+    EXPECT_EQ(assigned.extra, 5u);
+    assigned = assigned;
+    EXPECT_EQ(At(assigned), "(20,10)");
+    // Each of the three releases only its own blocks (the ledger reports a
+    // double release or a leak).
+}
+
+TEST_F(EventTest, HandlerSetStopsAtTheFirstClaimInSetOrder)
+{
+    std::vector<std::string> log;
+    Handler a(&log, "a"), b(&log, "b"), c(&log, "c");
+    b.mClaims = TRUE;
+    GLEventHandlerSet set(10, 10);
+    set.AddToEnd(&b);
+    set.AddToFront(&a);
+    set.AddToEnd(&c);
+    GLEvent event;
+    k.PushEvent(1, 0, 0, 3, 4);
+    event.Refresh();
+    EXPECT_EQ(set.HandleEvent(&event), TRUE);
+    EXPECT_EQ(log, (std::vector<std::string>{"a(3,4)global", "b(3,4)global"}));
+    EXPECT_EQ(event.claimed, TRUE);
+}
+
+TEST_F(EventTest, HandlerSetGlobalisesAfterEveryHandlerThatDeclines)
+{
+    GLColoredPlane plane(100, 50, 399, 249, 0, 1, 0, kNoVanish);
+    std::vector<std::string> log;
+    Handler a(&log, "a"), b(&log, "b"), c(&log, "c");
+    a.mLocalizeTo = &plane;
+    b.mLocalizeTo = &plane;
+    GLEventHandlerSet set(10, 10);
+    set.AddToEnd(&a);
+    set.AddToEnd(&b);
+    set.AddToEnd(&c);
+    GLEvent event;
+    k.PushEvent(1, 0, 0, 150, 70);
+    event.Refresh();
+    EXPECT_EQ(set.HandleEvent(&event), FALSE);
+    EXPECT_EQ(log, (std::vector<std::string>{"a(150,70)global", "b(150,70)global", "c(150,70)global"}));
+    EXPECT_EQ(event.plane, nullptr);
+    EXPECT_EQ(event.claimed, FALSE);
+    EXPECT_EQ(At(event), "(150,70)");
+
+    // A claim wins even after a localisation: the event is left as the
+    // claiming handler made it.
+    c.mLocalizeTo = &plane;
+    c.mClaims = TRUE;
+    log.clear();
+    EXPECT_EQ(set.HandleEvent(&event), TRUE);
+    EXPECT_EQ(event.plane, &plane);
+    EXPECT_EQ(At(event), "(50,20)");
+}
+
+// A handler that joins the set while it is offered an event at its end is
+// offered the same event; an empty set declines.
+class Recruiter : public Handler {
+public:
+    using Handler::Handler;
+    int HandleEvent(GLEvent* pEvent) override
+    {
+        if (!mSet->IsInList(mRecruit))
+            mSet->AddToEnd(mRecruit);
+        return Handler::HandleEvent(pEvent);
+    }
+    GLEventHandlerSet* mSet = nullptr;
+    GLObject* mRecruit = nullptr;
+};
+
+TEST_F(EventTest, HandlerSetRereadsItsCountAtEveryStep)
+{
+    std::vector<std::string> log;
+    GLEventHandlerSet set(10, 10);
+    GLEvent event;
+    event.Refresh();
+    EXPECT_EQ(set.HandleEvent(&event), FALSE);
+
+    Recruiter a(&log, "a");
+    Handler late(&log, "late");
+    a.mSet = &set;
+    a.mRecruit = &late;
+    set.AddToEnd(&a);
+    EXPECT_EQ(set.HandleEvent(&event), FALSE);
+    EXPECT_EQ(log, (std::vector<std::string>{"a(0,0)global", "late(0,0)global"}));
+}
+
+TEST_F(EventTest, AnUninitialisedHandlerSetReportsTheListInvariant)
+{
+    GLEventHandlerSet set;
+    GLEvent event;
+    EXPECT_GL_ASSERT(set.HandleEvent(&event), "include/klist.h", "Assert()");
+}
+
+} // namespace
