@@ -79,7 +79,8 @@ void GLCast::DeleteSets()
 void GLCast::Add(GLObject* pGLObject)
 {
     GL_ASSERT(pGLObject != 0);
-    GL_ASSERT(pGLObject->IsScreenItem() != FALSE || pGLObject->NeedsDoIt() != FALSE || pGLObject->NeedsEvent() != FALSE);
+    GL_ASSERT(pGLObject->IsScreenItem() != FALSE || pGLObject->NeedsDoIt() != FALSE ||
+              pGLObject->NeedsEvent() != FALSE);
     GL_ASSERT(m_pScreenItemSet != 0);
     GL_ASSERT(m_pDoItSet != 0);
     GL_ASSERT(m_pHandleEventSet != 0);
@@ -95,7 +96,8 @@ void GLCast::Add(GLObject* pGLObject)
 void GLCast::Remove(GLObject* pGLObject)
 {
     GL_ASSERT(pGLObject != 0);
-    GL_ASSERT(pGLObject->IsScreenItem() != FALSE || pGLObject->NeedsDoIt() != FALSE || pGLObject->NeedsEvent() != FALSE);
+    GL_ASSERT(pGLObject->IsScreenItem() != FALSE || pGLObject->NeedsDoIt() != FALSE ||
+              pGLObject->NeedsEvent() != FALSE);
     GL_ASSERT(m_pScreenItemSet != 0);
     GL_ASSERT(m_pDoItSet != 0);
     GL_ASSERT(m_pHandleEventSet != 0);
@@ -142,14 +144,20 @@ int GLCast::HandleEvent(GLEvent* pGLEvent)
 
 void GLCast::AddToEvents(GLObject* pGLObject)
 {
+    // The check's text is reported as written, spacing included.
+    // clang-format off
     GL_ASSERT(!(m_pHandleEventSet->IsInList((GLTarget *) pGLObject)));
+    // clang-format on
     pGLObject->NeedsEvent(TRUE);
     m_pHandleEventSet->AddToEnd(AsTarget(pGLObject));
 }
 
 void GLCast::RemoveFromEvents(GLObject* pGLObject)
 {
+    // The check's text is reported as written, spacing included.
+    // clang-format off
     GL_ASSERT(m_pHandleEventSet->IsInList((GLTarget *) pGLObject));
+    // clang-format on
     pGLObject->NeedsEvent(FALSE);
     m_pHandleEventSet->Remove(AsTarget(pGLObject));
 }

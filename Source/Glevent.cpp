@@ -17,8 +17,7 @@ static void InitKernelEvent(KernelEventRecord* pRecord)
     pRecord->extra = 0;
 }
 
-GLEvent::GLEvent()
-    : type(0), message(0), modifiers(0), claimed(FALSE), extra(0), where(), plane(0), kernelEvent(0)
+GLEvent::GLEvent() : type(0), message(0), modifiers(0), claimed(FALSE), extra(0), where(), plane(0), kernelEvent(0)
 {
     kernelEvent = static_cast<KernelEventRecord*>(GL_ALLOC(sizeof(KernelEventRecord)));
     InitKernelEvent(kernelEvent);
@@ -27,8 +26,8 @@ GLEvent::GLEvent()
 // A copy gets a record of its own with the same bytes, so that each event
 // releases only its own record.
 GLEvent::GLEvent(const GLEvent& event)
-    : type(event.type), message(event.message), modifiers(event.modifiers), claimed(event.claimed),
-      extra(event.extra), where(event.where), plane(event.plane), kernelEvent(0)
+    : type(event.type), message(event.message), modifiers(event.modifiers), claimed(event.claimed), extra(event.extra),
+      where(event.where), plane(event.plane), kernelEvent(0)
 {
     kernelEvent = static_cast<KernelEventRecord*>(GL_ALLOC(sizeof(KernelEventRecord)));
     if (kernelEvent && event.kernelEvent)

@@ -18,7 +18,10 @@ AbsGLPlane::AbsGLPlane(PlaneType planeType, const ZOR_Rect& ZOR_RectPlane, int i
     GL_ASSERT(!ZOR_RectPlane.IsEmpty());
     GL_ASSERT(fMirror == True || fMirror == False);
     GL_ASSERT((iPicture == 0 && fMirror == False) || iPicture > 0);
+    // The check's text is reported as written, spacing included.
+    // clang-format off
     GL_ASSERT(iColor >=0 && iColor <= 255);
+    // clang-format on
     GL_ASSERT(iPriority == -9999 || iPriority >= -1);
     GL_ASSERT(0 <= iWindowIndex && iWindowIndex < MaxGameWindowCount);
 
@@ -38,7 +41,10 @@ void AbsGLPlane::Init(PlaneType planeType, const ZOR_Rect& ZOR_RectPlane, int iP
     GL_ASSERT(fMirror == True || fMirror == False);
     GL_ASSERT((iPicture == 0 && fMirror == False) || iPicture > 0);
     GL_ASSERT(iPriority == -9999 || iPriority >= -1);
+    // The check's text is reported as written, spacing included.
+    // clang-format off
     GL_ASSERT(iColor >=0 && iColor <= 255);
+    // clang-format on
     GL_ASSERT(0 <= iWindowIndex && iWindowIndex < MaxGameWindowCount);
 
     int iType = -1;
@@ -177,7 +183,10 @@ void AbsGLPlane::SetBackColor(int iColor, int fDoUpdate)
 {
     GL_ASSERT(m_pPlane != 0);
     GL_ASSERT(m_pCast != 0);
+    // The check's text is reported as written, spacing included.
+    // clang-format off
     GL_ASSERT(iColor >=0 && iColor <= 255);
+    // clang-format on
     GL_ASSERT(m_pPlane->type != -2);
     m_pPlane->color = iColor;
     Changed(fDoUpdate);
@@ -208,7 +217,10 @@ void AbsGLPlane::SetRect(int iLeft, int iTop, int iRight, int iBottom, int fDoUp
 {
     GL_ASSERT(m_pPlane != 0);
     GL_ASSERT(m_pCast != 0);
+    // The check's text is reported as written, spacing included.
+    // clang-format off
     GL_ASSERT(!(ZOR_Rect(iLeft,iTop,iRight,iBottom)).IsEmpty());
+    // clang-format on
     GL_ASSERT(fDoUpdate == True || fDoUpdate == False);
     m_pPlane->rect = ZOR_Rect(iLeft, iTop, iRight, iBottom);
     kernel->PlaneRectChanged(m_pPlane);
@@ -245,7 +257,10 @@ void AbsGLPlane::SetShowStyle(ShowStyle style, int iSpeed, int iColor, int, int 
     GL_ASSERT(fAnimateFlag == True || fAnimateFlag == False);
     GL_ASSERT(fUseReferenceFrame == True || fUseReferenceFrame == False);
     GL_ASSERT(0 <= iToFrom && 2 >= iToFrom);
+    // The check's text is reported as written, spacing included.
+    // clang-format off
     GL_ASSERT((intArray == 0 && iArraySize == 0) || (intArray !=0 && iArraySize > 0));
+    // clang-format on
     GL_ASSERT(iDivisionCount == -1 || iDivisionCount > 0);
 
     // The enumeration has a fixed underlying type, so any int can arrive here.
@@ -306,8 +321,7 @@ void GLColoredPlane::Init(int iLeft, int iTop, int iRight, int iBottom, int iCol
                           const ZOR_Point& vanishPt)
 {
     GL_ASSERT(m_pPlane == 0);
-    AbsGLPlane::Init(colored, ZOR_Rect(iLeft, iTop, iRight, iBottom), iPriority, iWindowIndex, vanishPt, iColor, 0,
-                     0);
+    AbsGLPlane::Init(colored, ZOR_Rect(iLeft, iTop, iRight, iBottom), iPriority, iWindowIndex, vanishPt, iColor, 0, 0);
     GL_ASSERT(m_pPlane != 0);
     GL_ASSERT(m_pCast != 0);
     GL_ASSERT(m_fChangedValue == False);
@@ -352,8 +366,8 @@ void GLPicturePlane::Init(int iLeft, int iTop, int iRight, int iBottom, int iPic
                           int fMirror, const ZOR_Point& vanishPt)
 {
     GL_ASSERT(m_pPlane == 0);
-    AbsGLPlane::Init(picture, ZOR_Rect(iLeft, iTop, iRight, iBottom), iPriority, iWindowIndex, vanishPt, 0,
-                     iPicture, fMirror);
+    AbsGLPlane::Init(picture, ZOR_Rect(iLeft, iTop, iRight, iBottom), iPriority, iWindowIndex, vanishPt, 0, iPicture,
+                     fMirror);
     GL_ASSERT(m_pPlane != 0);
     GL_ASSERT(m_pCast != 0);
     GL_ASSERT(m_fChangedValue == False);
@@ -445,8 +459,7 @@ GLTransparentPlane::GLTransparentPlane(int iLeft, int iTop, int iRight, int iBot
 
 GLTransparentPlane::~GLTransparentPlane() {}
 
-void GLTransparentPlane::Init(const ZOR_Rect& ZOR_RectPlane, int iPriority, int iWindowIndex,
-                              const ZOR_Point& vanishPt)
+void GLTransparentPlane::Init(const ZOR_Rect& ZOR_RectPlane, int iPriority, int iWindowIndex, const ZOR_Point& vanishPt)
 {
     GL_ASSERT(m_pPlane == 0);
     AbsGLPlane::Init(transparent, ZOR_RectPlane, iPriority, iWindowIndex, vanishPt, 0, 0, 0);
@@ -459,8 +472,7 @@ void GLTransparentPlane::Init(int iLeft, int iTop, int iRight, int iBottom, int 
                               const ZOR_Point& vanishPt)
 {
     GL_ASSERT(m_pPlane == 0);
-    AbsGLPlane::Init(transparent, ZOR_Rect(iLeft, iTop, iRight, iBottom), iPriority, iWindowIndex, vanishPt, 0, 0,
-                     0);
+    AbsGLPlane::Init(transparent, ZOR_Rect(iLeft, iTop, iRight, iBottom), iPriority, iWindowIndex, vanishPt, 0, 0, 0);
     GL_ASSERT(m_pPlane != 0);
     GL_ASSERT(m_pCast != 0);
     GL_ASSERT(m_fChangedValue == False);
@@ -474,8 +486,8 @@ GLOpaquePlane::GLOpaquePlane(const ZOR_Rect& ZOR_RectPlane, int iColor, int iPri
 {
 }
 
-GLOpaquePlane::GLOpaquePlane(int iLeft, int iTop, int iRight, int iBottom, int iColor, int iPriority,
-                             int iWindowIndex, const ZOR_Point& vanishPt)
+GLOpaquePlane::GLOpaquePlane(int iLeft, int iTop, int iRight, int iBottom, int iColor, int iPriority, int iWindowIndex,
+                             const ZOR_Point& vanishPt)
     : AbsGLPlane(opaque, ZOR_Rect(iLeft, iTop, iRight, iBottom), iPriority, iWindowIndex, vanishPt, iColor, 0, 0)
 {
 }
@@ -496,8 +508,7 @@ void GLOpaquePlane::Init(int iLeft, int iTop, int iRight, int iBottom, int iColo
                          const ZOR_Point& vanishPt)
 {
     GL_ASSERT(m_pPlane == 0);
-    AbsGLPlane::Init(opaque, ZOR_Rect(iLeft, iTop, iRight, iBottom), iPriority, iWindowIndex, vanishPt, iColor, 0,
-                     0);
+    AbsGLPlane::Init(opaque, ZOR_Rect(iLeft, iTop, iRight, iBottom), iPriority, iWindowIndex, vanishPt, iColor, 0, 0);
     GL_ASSERT(m_pPlane != 0);
     GL_ASSERT(m_pCast != 0);
     GL_ASSERT(m_fChangedValue == False);

@@ -38,13 +38,13 @@ public:
     // Expresses the position in screen coordinates again and forgets the plane.
     void Globalize();
 
-    std::uint16_t type;      // 0: no event; each type is one bit
-    std::uint16_t message;   // key or message code
-    std::uint16_t modifiers; // modifier bits as the kernel reports them
-    std::int32_t claimed;    // TRUE once a handler has consumed the event
-    std::uint32_t extra;     // the record's word after the position
-    GLPoint where;           // global when plane is null, else local to plane
-    AbsGLPlane* plane;       // not owned
+    std::uint16_t type;             // 0: no event; each type is one bit
+    std::uint16_t message;          // key or message code
+    std::uint16_t modifiers;        // modifier bits as the kernel reports them
+    std::int32_t claimed;           // TRUE once a handler has consumed the event
+    std::uint32_t extra;            // the record's word after the position
+    GLPoint where;                  // global when plane is null, else local to plane
+    AbsGLPlane* plane;              // not owned
     KernelEventRecord* kernelEvent; // owned; filled by the kernel
 };
 

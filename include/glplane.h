@@ -180,8 +180,8 @@ public:
 
     void Init(const ZOR_Rect& ZOR_RectPlane, int iPicture, int iPriority, int iWindowIndex, int fMirror,
               const ZOR_Point& vanishPt);
-    void Init(int iLeft, int iTop, int iRight, int iBottom, int iPicture, int iPriority, int iWindowIndex,
-              int fMirror, const ZOR_Point& vanishPt);
+    void Init(int iLeft, int iTop, int iRight, int iBottom, int iPicture, int iPriority, int iWindowIndex, int fMirror,
+              const ZOR_Point& vanishPt);
     // Not implemented: reports "Not yet implemented".
     void Init(int iPicture, int iPriority, int iWindowIndex, int fMirror, const ZOR_Point& vanishPt);
 
@@ -212,8 +212,7 @@ public:
     virtual ~GLTransparentPlane();
 
     void Init(const ZOR_Rect& ZOR_RectPlane, int iPriority, int iWindowIndex, const ZOR_Point& vanishPt);
-    void Init(int iLeft, int iTop, int iRight, int iBottom, int iPriority, int iWindowIndex,
-              const ZOR_Point& vanishPt);
+    void Init(int iLeft, int iTop, int iRight, int iBottom, int iPriority, int iWindowIndex, const ZOR_Point& vanishPt);
 };
 
 // An opaque plane.

@@ -30,10 +30,10 @@ TEST_F(PlaneTest, EveryKindAndFormMakesItsKernelPlaneTheSameWay)
     GLPicturePlane picture(10, 20, 309, 219, 120, 2, 4, TRUE, kVanish);
     GLTransparentPlane transparent(ZOR_Rect(1, 2, 3, 4), 0, 2, kVanish);
     GLOpaquePlane opaque(5, 6, 7, 8, 255, -1, 3, kVanish);
-    EXPECT_EQ(k.CallsNamed("NewPlane"), (Calls{"NewPlane(-1,5,(0,0,639,479),1,3,(320,100),0,0)",
-                                               "NewPlane(-4,0,(10,20,309,219),4,2,(320,100),120,1)",
-                                               "NewPlane(-2,0,(1,2,3,4),2,0,(320,100),0,0)",
-                                               "NewPlane(-3,255,(5,6,7,8),3,-1,(320,100),0,0)"}));
+    EXPECT_EQ(
+        k.CallsNamed("NewPlane"),
+        (Calls{"NewPlane(-1,5,(0,0,639,479),1,3,(320,100),0,0)", "NewPlane(-4,0,(10,20,309,219),4,2,(320,100),120,1)",
+               "NewPlane(-2,0,(1,2,3,4),2,0,(320,100),0,0)", "NewPlane(-3,255,(5,6,7,8),3,-1,(320,100),0,0)"}));
     EXPECT_EQ(k.Count("AddPlane"), 4);
     EXPECT_EQ(k.Count("PlaneCreated"), 4);
     EXPECT_EQ(k.Count("UpdatePlane"), 0);
@@ -63,14 +63,11 @@ TEST_F(PlaneTest, InitFormsTakeTheirArgumentsInTheirOwnOrder)
     GLOpaquePlane opaque, opaqueEdges;
     opaque.Init(ZOR_Rect(0, 0, 99, 99), 7, 9, 2, kVanish);
     opaqueEdges.Init(0, 0, 99, 99, 7, 9, 2, kVanish);
-    EXPECT_EQ(k.CallsNamed("NewPlane"), (Calls{"NewPlane(-1,7,(0,0,99,99),2,9,(320,100),0,0)",
-                                               "NewPlane(-1,7,(0,0,99,99),2,9,(320,100),0,0)",
-                                               "NewPlane(-4,0,(0,0,99,99),2,9,(320,100),30,0)",
-                                               "NewPlane(-4,0,(0,0,99,99),2,9,(320,100),31,1)",
-                                               "NewPlane(-2,0,(0,0,99,99),2,9,(320,100),0,0)",
-                                               "NewPlane(-2,0,(0,0,99,99),2,9,(320,100),0,0)",
-                                               "NewPlane(-3,7,(0,0,99,99),2,9,(320,100),0,0)",
-                                               "NewPlane(-3,7,(0,0,99,99),2,9,(320,100),0,0)"}));
+    EXPECT_EQ(k.CallsNamed("NewPlane"),
+              (Calls{"NewPlane(-1,7,(0,0,99,99),2,9,(320,100),0,0)", "NewPlane(-1,7,(0,0,99,99),2,9,(320,100),0,0)",
+                     "NewPlane(-4,0,(0,0,99,99),2,9,(320,100),30,0)", "NewPlane(-4,0,(0,0,99,99),2,9,(320,100),31,1)",
+                     "NewPlane(-2,0,(0,0,99,99),2,9,(320,100),0,0)", "NewPlane(-2,0,(0,0,99,99),2,9,(320,100),0,0)",
+                     "NewPlane(-3,7,(0,0,99,99),2,9,(320,100),0,0)", "NewPlane(-3,7,(0,0,99,99),2,9,(320,100),0,0)"}));
     EXPECT_NE(byRect.GetCast(), nullptr);
 }
 
@@ -161,11 +158,11 @@ TEST_F(PlaneTest, QueriesAndDirectKernelOperations)
     plane.SetScroll(-4, 0, 0, FALSE, 3, TRUE);
     plane.SetShowStyle(AbsGLPlane::showStyle15, 2, -1, 12345, TRUE, FALSE, 2, styles, 3, -1);
     plane.SetShowStyle(AbsGLPlane::showStyle0, 1, 255, 0, FALSE, TRUE, 0, nullptr, 0, 4);
-    EXPECT_EQ(k.CallsSince(mark), (Calls{"MovePlaneItems(20000,-1200,800,1)", "MovePlaneItems(20000,1200,-800,0)",
-                                         "AddPicAt(20000,0,0,0,0,1)", "AddPicAt(20000,7,1200,800,1,0)",
-                                         "SetScroll(20000,0,4,9,1,-1,0)", "SetScroll(20000,-4,0,0,0,3,1)",
-                                         "SetShowStyle(20000,15,2,-1,1,0,2,ptr,3,-1)",
-                                         "SetShowStyle(20000,0,1,255,0,1,0,null,0,4)"}));
+    EXPECT_EQ(
+        k.CallsSince(mark),
+        (Calls{"MovePlaneItems(20000,-1200,800,1)", "MovePlaneItems(20000,1200,-800,0)", "AddPicAt(20000,0,0,0,0,1)",
+               "AddPicAt(20000,7,1200,800,1,0)", "SetScroll(20000,0,4,9,1,-1,0)", "SetScroll(20000,-4,0,0,0,3,1)",
+               "SetShowStyle(20000,15,2,-1,1,0,2,ptr,3,-1)", "SetShowStyle(20000,0,1,255,0,1,0,null,0,4)"}));
     // None of them leaves a change pending: the plane can go.
 }
 
@@ -265,9 +262,9 @@ TEST_F(PlaneTest, MisuseOfAPlaneEndsWithTheExactReport)
                      "(intArray == 0 && iArraySize == 0) || (intArray !=0 && iArraySize > 0)");
     EXPECT_GL_ASSERT(picture.SetShowStyle(style, 1, 0, 0, TRUE, TRUE, 0, nullptr, 0, 0), kFile,
                      "iDivisionCount == -1 || iDivisionCount > 0");
-    EXPECT_GL_ASSERT(picture.SetShowStyle(static_cast<AbsGLPlane::ShowStyle>(16), 1, 0, 0, TRUE, TRUE, 0, nullptr, 0,
-                                          -1),
-                     kFile, "!\"Unexpected ShowStyle specified\"");
+    EXPECT_GL_ASSERT(
+        picture.SetShowStyle(static_cast<AbsGLPlane::ShowStyle>(16), 1, 0, 0, TRUE, TRUE, 0, nullptr, 0, -1), kFile,
+        "!\"Unexpected ShowStyle specified\"");
 }
 
 TEST_F(PlaneTest, APlaneWithoutItsKernelPlaneRefusesEverythingButInit)
