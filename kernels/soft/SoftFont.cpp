@@ -1,0 +1,160 @@
+// SoftFont.cpp - text into memory bitmaps, with FreeType and a TrueType font.
+#include "SoftKernelParts.h"
+
+#include <ft2build.h>
+#include FT_FREETYPE_H
+
+#include <algorithm>
+
+SoftKernel::Font::~Font()
+{
+    if (face)
+        FT_Done_Face(static_cast<FT_Face>(face));
+    if (library)
+        FT_Done_FreeType(static_cast<FT_Library>(library));
+}
+
+namespace {
+
+// Decodes one UTF-8 character; a broken sequence yields '?' and moves on by one byte.
+std::uint32_t NextChar(const char*& p)
+{
+    const auto* s = reinterpret_cast<const unsigned char*>(p);
+    std::uint32_t c = s[0];
+    int extra = c < 0x80 ? 0 : (c >> 5) == 6 ? 1 : (c >> 4) == 14 ? 2 : (c >> 3) == 30 ? 3 : -1;
+    if (extra < 0) {
+        p++;
+        return '?';
+    }
+    c &= extra == 0 ? 0x7F : extra == 1 ? 0x1F : extra == 2 ? 0x0F : 0x07;
+    for (int i = 1; i <= extra; i++) {
+        if ((s[i] & 0xC0) != 0x80) {
+            p++;
+            return '?';
+        }
+        c = (c << 6) | (s[i] & 0x3F);
+    }
+    p += extra + 1;
+    return c;
+}
+
+int Advance(FT_Face face, std::uint32_t c)
+{
+    if (FT_Load_Char(face, c, FT_LOAD_DEFAULT) != 0)
+        return 0;
+    return static_cast<int>(face->glyph->advance.x >> 6);
+}
+
+int LineWidth(FT_Face face, const std::string& line)
+{
+    int w = 0;
+    const char* p = line.c_str();
+    while (*p)
+        w += Advance(face, NextChar(p));
+    return w;
+}
+
+} // namespace
+
+void SoftKernel::SetFontPath(const std::string& path)
+{
+    mFontPath = path;
+    mFont.reset();
+}
+
+int SoftKernel::TextWidth(const char* text, int pixelSize)
+{
+    if (!text)
+        return 0;
+    if (!mFont) {
+        mFont = std::make_unique<Font>();
+        FT_Library library = nullptr;
+        FT_Face face = nullptr;
+        const bool ok = FT_Init_FreeType(&library) == 0 && FT_New_Face(library, mFontPath.c_str(), 0, &face) == 0;
+        mFont->library = library;
+        mFont->face = face;
+        if (!ok) {
+            mFont->failed = true;
+            Report(mFontPath + ": cannot read the font");
+        }
+    }
+    if (mFont->failed)
+        return 0;
+    FT_Set_Pixel_Sizes(static_cast<FT_Face>(mFont->face), 0, static_cast<FT_UInt>(std::max(6, std::min(96, pixelSize))));
+    return LineWidth(static_cast<FT_Face>(mFont->face), text);
+}
+
+int SoftKernel::DrawText(std::uint16_t memId, int x, int y, const char* text, int color, int pixelSize, int maxWidth)
+{
+    auto found = mMemBitmaps.find(memId);
+    if (found == mMemBitmaps.end() || !text || color < 0 || color > 255)
+        return -1;
+    TextWidth("", pixelSize); // opens the font and sets the size
+    if (mFont->failed)
+        return -1;
+    FT_Face face = static_cast<FT_Face>(mFont->face);
+    FT_Set_Pixel_Sizes(face, 0, static_cast<FT_UInt>(std::max(6, std::min(96, pixelSize))));
+    SoftBitmap& bmp = found->second.bitmap;
+    const int skip = found->second.skip;
+
+    // Break into lines: at '\n', and between words when a line would be too wide.
+    std::vector<std::string> lines;
+    std::string para;
+    std::string all(text);
+    all += '\n';
+    for (char ch : all) {
+        if (ch != '\n') {
+            para += ch;
+            continue;
+        }
+        std::string line;
+        std::size_t i = 0;
+        while (i <= para.size()) {
+            std::size_t j = para.find(' ', i);
+            if (j == std::string::npos)
+                j = para.size();
+            const std::string word = para.substr(i, j - i);
+            const std::string candidate = line.empty() ? word : line + " " + word;
+            if (maxWidth > 0 && !line.empty() && LineWidth(face, candidate) > maxWidth) {
+                lines.push_back(line);
+                line = word;
+            } else {
+                line = candidate;
+            }
+            i = j + 1;
+        }
+        lines.push_back(line);
+        para.clear();
+    }
+
+    const int lineHeight = static_cast<int>(face->size->metrics.height >> 6);
+    const int ascender = static_cast<int>(face->size->metrics.ascender >> 6);
+    int baseline = y + ascender;
+    for (const auto& line : lines) {
+        int penX = x;
+        const char* p = line.c_str();
+        while (*p) {
+            const std::uint32_t c = NextChar(p);
+            if (FT_Load_Char(face, c, FT_LOAD_RENDER) != 0)
+                continue;
+            const FT_GlyphSlot g = face->glyph;
+            const FT_Bitmap& gb = g->bitmap;
+            for (unsigned gy = 0; gy < gb.rows; gy++) {
+                for (unsigned gx = 0; gx < gb.width; gx++) {
+                    if (gb.buffer[gy * static_cast<unsigned>(std::abs(gb.pitch)) + gx] < 128)
+                        continue;
+                    const int bx = penX + g->bitmap_left + static_cast<int>(gx);
+                    const int by = baseline - g->bitmap_top + static_cast<int>(gy);
+                    if (bx < 0 || by < 0 || bx >= bmp.width || by >= bmp.height)
+                        continue;
+                    const std::size_t i = static_cast<std::size_t>(by) * bmp.width + bx;
+                    bmp.pixels[i] = static_cast<std::uint8_t>(color);
+                    bmp.opaque[i] = color == skip ? 0 : 1;
+                }
+            }
+            penX += static_cast<int>(g->advance.x >> 6);
+        }
+        baseline += lineHeight;
+    }
+    return static_cast<int>(lines.size()) * lineHeight;
+}

@@ -1,0 +1,1336 @@
+// SoftKernel.cpp - the soft kernel's planes, screen items, polygons, frame
+// composition, clock, input, memory, messages and robots. Sound lives in
+// SoftSound.cpp, movies in SoftMovies.cpp, text in SoftFont.cpp.
+#include "SoftKernelParts.h"
+
+#include <algorithm>
+#include <chrono>
+#include <cstring>
+
+namespace {
+
+const ZOR_Rect kScreen(0, 0, SoftKernel::kWidth - 1, SoftKernel::kHeight - 1);
+
+ZOR_Rect Intersect(const ZOR_Rect& a, const ZOR_Rect& b)
+{
+    return ZOR_Rect(std::max(a.left, b.left), std::max(a.top, b.top), std::min(a.right, b.right),
+                    std::min(a.bottom, b.bottom));
+}
+
+// Scaled length of `n` pixels at scale s/128; never below one pixel.
+int Scaled(int n, int s)
+{
+    const long long v = static_cast<long long>(n) * s / 128;
+    return v < 1 ? 1 : static_cast<int>(v);
+}
+
+int ClampScale(int s)
+{
+    return s <= 0 ? 128 : (s > 128 * 16 ? 128 * 16 : s);
+}
+
+std::uint64_t RealMillis()
+{
+    using namespace std::chrono;
+    return static_cast<std::uint64_t>(duration_cast<milliseconds>(steady_clock::now().time_since_epoch()).count());
+}
+
+} // namespace
+
+SoftKernel::SoftKernel()
+    : mPalette(SoftPalette::Default()), mFrame(static_cast<std::size_t>(kWidth) * kHeight, 0),
+      mFontPath("/usr/share/fonts/truetype/dejavu/DejaVuSans.ttf")
+{
+    mResources.SetPaletteForImages(mPalette);
+}
+
+SoftKernel::~SoftKernel()
+{
+    // Records the library never gave back belong to the kernel still.
+    for (auto& entry : mItems)
+        delete entry.first;
+    for (auto& entry : mPlanes)
+        delete entry.first;
+}
+
+void SoftKernel::Report(const std::string& fault)
+{
+    if (mFault.empty())
+        mFault = fault;
+}
+
+bool SoftKernel::SetGameFolder(const std::string& folder)
+{
+    mResources.SetFolder(folder);
+    SoftPalette palette;
+    std::string error;
+    if (!mResources.LoadPalette(&palette, &error)) {
+        Report(error);
+        return false;
+    }
+    SetPalette(palette);
+    return true;
+}
+
+void SoftKernel::SetPalette(const SoftPalette& palette)
+{
+    mPalette = palette;
+    mResources.SetPaletteForImages(palette);
+}
+
+void SoftKernel::SetScript(const std::vector<SoftInputEvent>& events)
+{
+    mInput.assign(events.begin(), events.end());
+}
+
+void SoftKernel::PushInput(const SoftInputEvent& event)
+{
+    SoftInputEvent e = event;
+    e.tick = Now();
+    mInput.push_back(e);
+}
+
+void SoftKernel::UseRealClock(bool real)
+{
+    if (real && !mRealClock)
+        mRealStart = RealMillis() - static_cast<std::uint64_t>(mTicks) * 1000 / 60;
+    mRealClock = real;
+}
+
+std::uint32_t SoftKernel::Now() const
+{
+    if (mRealClock)
+        return static_cast<std::uint32_t>((RealMillis() - mRealStart) * 60 / 1000);
+    return mTicks;
+}
+
+void SoftKernel::AdvanceClock()
+{
+    if (!mRealClock)
+        mTicks += mTicksPerFrame;
+}
+
+// ----- memory -----
+
+void* SoftKernel::AllocMemory(std::uint32_t uSize, const char* pFile, int iLine)
+{
+    return mLedger.Allocate(uSize, pFile, iLine);
+}
+
+void SoftKernel::FreeMemory(void* pBlock)
+{
+    mLedger.Release(pBlock);
+}
+
+int SoftKernel::DLLCheckValid(int iMemId)
+{
+    if (iMemId <= 0 || iMemId > 0xFFFF)
+        return 0;
+    return mMemBitmaps.count(static_cast<std::uint16_t>(iMemId)) ? 1 : 0;
+}
+
+std::uint16_t SoftKernel::CreateMemBitmap(int width, int height, int fillColor, int skipColor)
+{
+    if (width < 1 || width > kWidth || height < 1 || height > kHeight || fillColor < 0 || fillColor > 255 ||
+        skipColor < -1 || skipColor > 255)
+        return 0;
+    if (mMemBitmaps.size() >= 0xFFFF)
+        return 0;
+    while (mNextMemId == 0 || mMemBitmaps.count(mNextMemId))
+        mNextMemId++;
+    const std::uint16_t id = mNextMemId++;
+    MemBitmap& m = mMemBitmaps[id];
+    m.bitmap.Resize(width, height, static_cast<std::uint8_t>(fillColor), fillColor == skipColor ? 0 : 1);
+    m.skip = skipColor;
+    return id;
+}
+
+void SoftKernel::FreeMemBitmap(std::uint16_t memId)
+{
+    mMemBitmaps.erase(memId);
+}
+
+void SoftKernel::FillMemBitmap(std::uint16_t memId, int left, int top, int right, int bottom, int color)
+{
+    auto found = mMemBitmaps.find(memId);
+    if (found == mMemBitmaps.end() || color < 0 || color > 255)
+        return;
+    MemBitmap& m = found->second;
+    const ZOR_Rect r = Intersect(ZOR_Rect(left, top, right, bottom),
+                                 ZOR_Rect(0, 0, m.bitmap.width - 1, m.bitmap.height - 1));
+    for (int y = r.top; y <= r.bottom; y++) {
+        for (int x = r.left; x <= r.right; x++) {
+            const std::size_t i = static_cast<std::size_t>(y) * m.bitmap.width + x;
+            m.bitmap.pixels[i] = static_cast<std::uint8_t>(color);
+            m.bitmap.opaque[i] = color == m.skip ? 0 : 1;
+        }
+    }
+}
+
+// ----- planes -----
+
+KernelPlaneRecord* SoftKernel::NewPlane(int iType, int iColor, ZOR_Rect* pRect, int /*iWindowIndex*/,
+                                        int iPriority, ZOR_Point* pVanishingPoint, int iPicture, int fMirror)
+{
+    auto* record = new KernelPlaneRecord();
+    std::memset(static_cast<void*>(record), 0, sizeof *record);
+    record->id = mNextPlaneId++;
+    record->type = iType;
+    record->color = iColor;
+    record->rect = pRect ? *pRect : kScreen;
+    record->mirror = fMirror;
+    record->picture = iPicture;
+    record->priority = iPriority;
+    record->vanishingPoint = pVanishingPoint ? *pVanishingPoint : ZOR_Point(0, 0);
+    auto plane = std::make_unique<Plane>();
+    plane->record = record;
+    plane->serial = ++mSerial;
+    TakeOver(*plane);
+    mPlanes[record] = std::move(plane);
+    return record;
+}
+
+void SoftKernel::TakeOver(Plane& plane)
+{
+    KernelPlaneRecord* r = plane.record;
+    const bool newPicture = r->pictureChanged != 0 || r->picture != plane.picture;
+    plane.id = r->id;
+    plane.type = r->type;
+    plane.color = r->color;
+    plane.rect = r->rect;
+    plane.mirror = r->mirror;
+    plane.priority = r->priority;
+    plane.vanishingPoint = r->vanishingPoint;
+    if (newPicture) {
+        // A new picture replaces the pictures added to the old one.
+        plane.picture = r->picture;
+        plane.extraPics.clear();
+        plane.scrolling = false;
+        r->pictureChanged = 0;
+    }
+}
+
+SoftKernel::Plane* SoftKernel::FindPlane(std::int32_t id)
+{
+    for (auto& entry : mPlanes)
+        if (entry.second->id == id)
+            return entry.second.get();
+    return nullptr;
+}
+
+void SoftKernel::AddPlane(KernelPlaneRecord* pRecord)
+{
+    auto found = mPlanes.find(pRecord);
+    if (found == mPlanes.end()) {
+        Report("AddPlane: a plane record this kernel did not make");
+        return;
+    }
+    TakeOver(*found->second);
+    found->second->added = true;
+}
+
+void SoftKernel::PlaneCreated(KernelPlaneRecord* pRecord)
+{
+    if (!mPlanes.count(pRecord))
+        Report("PlaneCreated: a plane record this kernel did not make");
+}
+
+void SoftKernel::PlaneRectChanged(KernelPlaneRecord* pRecord)
+{
+    auto found = mPlanes.find(pRecord);
+    if (found == mPlanes.end()) {
+        Report("PlaneRectChanged: a plane record this kernel did not make");
+        return;
+    }
+    if (pRecord->rect.IsEmpty())
+        Report("PlaneRectChanged: plane " + std::to_string(pRecord->id) + " was given an empty rectangle");
+}
+
+void SoftKernel::UpdatePlane(KernelPlaneRecord* pRecord)
+{
+    auto found = mPlanes.find(pRecord);
+    if (found == mPlanes.end()) {
+        Report("UpdatePlane: a plane record this kernel did not make");
+        return;
+    }
+    TakeOver(*found->second);
+}
+
+void SoftKernel::DeletePlane(std::int32_t lPlaneId)
+{
+    for (auto it = mPlanes.begin(); it != mPlanes.end(); ++it) {
+        if (it->second->id != lPlaneId)
+            continue;
+        // Items still on the plane leave the screen with it; their records stay
+        // the library's until it gives them back.
+        for (auto& item : mItems)
+            if (item.second->planeId == lPlaneId)
+                item.second->onScreen = false;
+        if (mRobot && mRobot->planeId == lPlaneId)
+            mRobot->terminated = true;
+        delete it->first;
+        mPlanes.erase(it);
+        return;
+    }
+}
+
+int SoftKernel::TopPlanePriority()
+{
+    int top = -1;
+    for (auto& entry : mPlanes)
+        if (entry.second->added)
+            top = std::max(top, entry.second->priority);
+    return top;
+}
+
+void SoftKernel::AddPicAt(std::int32_t lPlaneId, int iPicture, int x, int y, int fMirror, int /*fDeleteCopy*/)
+{
+    Plane* plane = FindPlane(lPlaneId);
+    if (!plane)
+        return;
+    std::string error;
+    if (!mResources.Picture(iPicture, &error)) {
+        Report(error);
+        return;
+    }
+    plane->extraPics.push_back(Plane::Pic{iPicture, x, y, fMirror});
+}
+
+void SoftKernel::SetShowStyle(std::int32_t lPlaneId, int iStyle, int iSpeed, int iColor, int /*fAnimate*/,
+                              int /*fUseReferenceFrame*/, int iToFrom, int* /*piArray*/, int /*iArraySize*/,
+                              int iDivisions)
+{
+    Plane* plane = FindPlane(lPlaneId);
+    if (!plane)
+        return;
+    plane->style = iStyle < 0 || iStyle > 15 ? 0 : iStyle;
+    plane->styleSpeed = iSpeed > 0 ? iSpeed : 1;
+    plane->styleColor = iColor >= 0 && iColor <= 255 ? iColor : -1;
+    plane->styleToFrom = iToFrom;
+    plane->styleDivisions = iDivisions > 0 ? iDivisions : 10;
+    plane->styleStart = Now();
+    plane->styleActive = true;
+    plane->hidden = false;
+}
+
+int SoftKernel::ShowStylePercent(const Plane& plane) const
+{
+    if (!plane.styleActive || plane.style == 0)
+        return 100;
+    const std::uint32_t elapsed = Now() - plane.styleStart;
+    const std::uint64_t steps = elapsed / static_cast<std::uint32_t>(plane.styleSpeed);
+    if (steps >= static_cast<std::uint64_t>(plane.styleDivisions))
+        return 100;
+    return static_cast<int>(steps * 100 / plane.styleDivisions);
+}
+
+int SoftKernel::ShowStylePercentComplete(std::int32_t lPlaneId)
+{
+    Plane* plane = FindPlane(lPlaneId);
+    return plane ? ShowStylePercent(*plane) : 100;
+}
+
+void SoftKernel::SetScroll(std::int32_t lPlaneId, int iStepX, int iStepY, int iPicture, int /*fAnimate*/,
+                           int iTicks, int fMirror)
+{
+    Plane* plane = FindPlane(lPlaneId);
+    if (!plane)
+        return;
+    std::string error;
+    if (!mResources.Picture(iPicture, &error)) {
+        Report(error);
+        return;
+    }
+    if (iStepX == 0 && iStepY == 0)
+        return;
+    plane->scrolling = true;
+    plane->scrollStepX = iStepX;
+    plane->scrollStepY = iStepY;
+    plane->scrollPicture = iPicture;
+    plane->scrollMirror = fMirror;
+    plane->scrollTicks = iTicks > 0 ? iTicks : 1;
+    plane->scrollStart = Now();
+}
+
+void SoftKernel::FinishScroll(Plane& plane)
+{
+    plane.scrolling = false;
+    plane.picture = plane.scrollPicture;
+    plane.mirror = plane.scrollMirror;
+    plane.extraPics.clear();
+    plane.record->picture = plane.picture;
+    plane.record->mirror = plane.mirror;
+}
+
+void SoftKernel::MovePlaneItems(std::int32_t lPlaneId, int iDeltaX, int iDeltaY, int fMovePictures)
+{
+    Plane* plane = FindPlane(lPlaneId);
+    if (!plane)
+        return;
+    // The kernel owns the records, so it moves both its copy and the record:
+    // the library reads positions back from the record.
+    for (auto& entry : mItems) {
+        Item& item = *entry.second;
+        if (item.planeId != lPlaneId)
+            continue;
+        item.pos.x += iDeltaX;
+        item.pos.y += iDeltaY;
+        item.record->pos.x += iDeltaX;
+        item.record->pos.y += iDeltaY;
+    }
+    for (auto& poly : plane->polygons) {
+        for (auto& p : poly.points) {
+            p.x += iDeltaX;
+            p.y += iDeltaY;
+        }
+    }
+    if (mRobot && mRobot->planeId == lPlaneId) {
+        mRobot->x += iDeltaX;
+        mRobot->y += iDeltaY;
+    }
+    if (fMovePictures) {
+        plane->picOffsetX += iDeltaX;
+        plane->picOffsetY += iDeltaY;
+    }
+}
+
+void SoftKernel::PlaneToLocal(std::int32_t lPlaneId, ZOR_Point* pPoint)
+{
+    Plane* plane = FindPlane(lPlaneId);
+    if (!plane || !pPoint)
+        return;
+    pPoint->x -= plane->rect.left;
+    pPoint->y -= plane->rect.top;
+}
+
+void SoftKernel::PlaneToGlobal(std::int32_t lPlaneId, ZOR_Point* pPoint)
+{
+    Plane* plane = FindPlane(lPlaneId);
+    if (!plane || !pPoint)
+        return;
+    pPoint->x += plane->rect.left;
+    pPoint->y += plane->rect.top;
+}
+
+// ----- screen items -----
+
+KernelScreenItemRecord* SoftKernel::NewScreenItem(std::int32_t lPlaneId, KernelScreenItemSource* pSource,
+                                                  ZOR_Point pos, ScaleInfo scale)
+{
+    auto* record = new KernelScreenItemRecord();
+    std::memset(static_cast<void*>(record), 0, sizeof *record);
+    if (pSource)
+        record->source = *pSource;
+    record->pos = pos;
+    record->scale = scale;
+    record->id = mNextItemId++;
+    record->planeId = lPlaneId;
+    record->priority = 0;
+    record->fixedPriority = 0; // the kernel's own choice: floating by position
+    record->insetRect = ZOR_Rect(0, 0, 0, 0);
+    auto item = std::make_unique<Item>();
+    item->record = record;
+    item->serial = ++mSerial;
+    TakeOver(*item);
+    mItems[record] = std::move(item);
+    return record;
+}
+
+void SoftKernel::TakeOver(Item& item)
+{
+    const KernelScreenItemRecord* r = item.record;
+    item.id = r->id;
+    item.planeId = r->planeId;
+    item.source = r->source;
+    item.pos = r->pos;
+    item.scale = r->scale;
+    item.z = r->z;
+    item.priority = r->priority;
+    item.fixedPriority = r->fixedPriority;
+    item.useInsetRect = r->useInsetRect;
+    item.insetRect = r->insetRect;
+}
+
+SoftKernel::Item* SoftKernel::FindItem(std::int32_t planeId, std::int32_t itemId)
+{
+    for (auto& entry : mItems)
+        if (entry.second->id == itemId && entry.second->planeId == planeId)
+            return entry.second.get();
+    return nullptr;
+}
+
+void SoftKernel::AddScreenItem(KernelScreenItemRecord* pRecord)
+{
+    auto found = mItems.find(pRecord);
+    if (found == mItems.end()) {
+        Report("AddScreenItem: a screen item record this kernel did not make");
+        return;
+    }
+    Item& item = *found->second;
+    TakeOver(item);
+    if (!FindPlane(item.planeId)) {
+        Report("AddScreenItem: screen item " + std::to_string(item.id) + " names plane " +
+               std::to_string(item.planeId) + ", which does not exist");
+        return;
+    }
+    item.onScreen = true;
+    item.serial = ++mSerial; // the newest item on a plane is drawn over older ones of its priority
+}
+
+void SoftKernel::UpdateScreenItem(KernelScreenItemRecord* pRecord)
+{
+    auto found = mItems.find(pRecord);
+    if (found == mItems.end()) {
+        Report("UpdateScreenItem: a screen item record this kernel did not make");
+        return;
+    }
+    TakeOver(*found->second);
+}
+
+void SoftKernel::DeleteScreenItem(KernelScreenItemRecord* pRecord)
+{
+    auto found = mItems.find(pRecord);
+    if (found == mItems.end()) {
+        Report("DeleteScreenItem: a screen item record this kernel did not make");
+        return;
+    }
+    mItems.erase(found);
+    delete pRecord;
+}
+
+void SoftKernel::DisposeScreenItem(KernelScreenItemRecord* pRecord)
+{
+    auto found = mItems.find(pRecord);
+    if (found == mItems.end()) {
+        Report("DisposeScreenItem: a screen item record this kernel did not make");
+        return;
+    }
+    mItems.erase(found);
+    delete pRecord;
+}
+
+const SoftBitmap* SoftKernel::ItemBitmap(const Item& item)
+{
+    std::string error;
+    if (item.source.kind == 2) {
+        auto found = mMemBitmaps.find(item.source.memId);
+        if (found == mMemBitmaps.end()) {
+            error = "screen item " + std::to_string(item.id) + ": memory bitmap " +
+                    std::to_string(item.source.memId) + " does not exist";
+            Report(error);
+            return nullptr;
+        }
+        return &found->second.bitmap;
+    }
+    if (item.source.kind != 0) {
+        Report("screen item " + std::to_string(item.id) + ": unknown source kind " +
+               std::to_string(item.source.kind));
+        return nullptr;
+    }
+    const SoftView* view = mResources.View(item.source.view, &error);
+    if (!view) {
+        Report(error);
+        return nullptr;
+    }
+    const int loop = item.source.loop, cel = item.source.cel;
+    if (loop < 0 || loop >= static_cast<int>(view->loops.size()) || cel < 0 ||
+        cel >= static_cast<int>(view->loops[loop].size())) {
+        Report(mResources.PathOf("views/" + std::to_string(item.source.view) + ".txt") + ": has no loop " +
+               std::to_string(loop) + " cel " + std::to_string(cel) + " (asked for by screen item " +
+               std::to_string(item.id) + ")");
+        return nullptr;
+    }
+    return &view->loops[loop][cel];
+}
+
+// The rectangle the item covers, in its plane's coordinates.
+bool SoftKernel::ItemRect(Item& item, ZOR_Rect* rect)
+{
+    const SoftBitmap* bmp = ItemBitmap(item);
+    if (!bmp)
+        return false;
+    const int sx = ClampScale(item.scale.scaleX), sy = ClampScale(item.scale.scaleY);
+    const int left = item.pos.x - static_cast<int>(static_cast<long long>(bmp->originX) * sx / 128);
+    const int top = item.pos.y - static_cast<int>(static_cast<long long>(bmp->originY) * sy / 128);
+    int x0 = 0, y0 = 0, x1 = bmp->width - 1, y1 = bmp->height - 1;
+    if (item.useInsetRect) {
+        x0 = std::max(x0, item.insetRect.left);
+        y0 = std::max(y0, item.insetRect.top);
+        x1 = std::min(x1, item.insetRect.right);
+        y1 = std::min(y1, item.insetRect.bottom);
+        if (x1 < x0 || y1 < y0)
+            return false;
+    }
+    // Scaled cel pixel x covers [x*s/128, (x+1)*s/128).
+    rect->left = left + static_cast<int>(static_cast<long long>(x0) * sx / 128);
+    rect->top = top + static_cast<int>(static_cast<long long>(y0) * sy / 128);
+    rect->right = left + std::max(static_cast<int>(static_cast<long long>(x1 + 1) * sx / 128),
+                                  static_cast<int>(static_cast<long long>(x0) * sx / 128) + 1) - 1;
+    rect->bottom = top + std::max(static_cast<int>(static_cast<long long>(y1 + 1) * sy / 128),
+                                  static_cast<int>(static_cast<long long>(y0) * sy / 128) + 1) - 1;
+    return true;
+}
+
+int SoftKernel::EffectivePriority(const Item& item) const
+{
+    return item.fixedPriority ? item.priority : item.pos.y + item.z;
+}
+
+int SoftKernel::GetNowSeenRect(std::int32_t lPlaneId, std::int32_t lScreenItemId, ZOR_Rect* pRect)
+{
+    Item* item = FindItem(lPlaneId, lScreenItemId);
+    if (!item || !item->onScreen || !pRect)
+        return 0;
+    ZOR_Rect r;
+    if (!ItemRect(*item, &r))
+        return 0;
+    *pRect = r;
+    return 1;
+}
+
+int SoftKernel::ScreenItemOnPoint(ZOR_Point* pPoint, std::int32_t lPlaneId, std::int32_t lScreenItemId,
+                                  int fCheckSkip)
+{
+    Item* item = FindItem(lPlaneId, lScreenItemId);
+    if (!item || !item->onScreen || !pPoint)
+        return 0;
+    ZOR_Rect r;
+    if (!ItemRect(*item, &r))
+        return 0;
+    const int x = pPoint->x, y = pPoint->y;
+    if (x < r.left || x > r.right || y < r.top || y > r.bottom)
+        return 0;
+    if (!fCheckSkip)
+        return 1;
+    const SoftBitmap* bmp = ItemBitmap(*item);
+    const int sx = ClampScale(item->scale.scaleX), sy = ClampScale(item->scale.scaleY);
+    const int left = item->pos.x - static_cast<int>(static_cast<long long>(bmp->originX) * sx / 128);
+    const int top = item->pos.y - static_cast<int>(static_cast<long long>(bmp->originY) * sy / 128);
+    const int cx = std::min(bmp->width - 1, static_cast<int>(static_cast<long long>(x - left) * 128 / sx));
+    const int cy = std::min(bmp->height - 1, static_cast<int>(static_cast<long long>(y - top) * 128 / sy));
+    if (cx < 0 || cy < 0)
+        return 0;
+    return bmp->OpaqueAt(cx, cy) ? 1 : 0;
+}
+
+int SoftKernel::TopScreenItemPriority(std::int32_t lPlaneId)
+{
+    int top = -1;
+    for (auto& entry : mItems)
+        if (entry.second->onScreen && entry.second->planeId == lPlaneId)
+            top = std::max(top, EffectivePriority(*entry.second));
+    return top;
+}
+
+int SoftKernel::NumLoops(int iView)
+{
+    std::string error;
+    const SoftView* view = mResources.View(iView, &error);
+    if (!view) {
+        Report(error);
+        return 0;
+    }
+    return static_cast<int>(view->loops.size());
+}
+
+int SoftKernel::NumCels(std::uint32_t uView, int iLoop)
+{
+    std::string error;
+    const SoftView* view = mResources.View(static_cast<int>(uView), &error);
+    if (!view) {
+        Report(error);
+        return 0;
+    }
+    if (iLoop < 0 || iLoop >= static_cast<int>(view->loops.size())) {
+        Report(mResources.PathOf("views/" + std::to_string(uView) + ".txt") + ": has no loop " +
+               std::to_string(iLoop));
+        return 0;
+    }
+    return static_cast<int>(view->loops[iLoop].size());
+}
+
+// ----- polygons -----
+
+std::int32_t SoftKernel::AddPolygon(std::int32_t lPlaneId, ZOR_Point* pPoints, int iCount, int iPriority, int iColor,
+                                    int iStyle, int iPattern, int iThickness, int fClosed)
+{
+    Plane* plane = FindPlane(lPlaneId);
+    if (!plane) {
+        Report("AddPolygon: plane " + std::to_string(lPlaneId) + " does not exist");
+        return mNextPolygonId++;
+    }
+    Polygon poly;
+    poly.id = mNextPolygonId++;
+    poly.serial = ++mSerial;
+    plane->polygons.push_back(poly);
+    UpdatePolygon(lPlaneId, poly.id, pPoints, iCount, iPriority, iColor, iStyle, iPattern, iThickness, fClosed);
+    return poly.id;
+}
+
+void SoftKernel::UpdatePolygon(std::int32_t lPlaneId, std::int32_t lPolygonId, ZOR_Point* pPoints, int iCount,
+                               int iPriority, int iColor, int iStyle, int iPattern, int iThickness, int fClosed)
+{
+    Plane* plane = FindPlane(lPlaneId);
+    if (!plane)
+        return;
+    for (auto& poly : plane->polygons) {
+        if (poly.id != lPolygonId)
+            continue;
+        if (pPoints && iCount > 0)
+            poly.points.assign(pPoints, pPoints + iCount);
+        // -9999 asks for a place above every item of the plane, decided when drawn.
+        poly.priority = iPriority;
+        poly.color = iColor;
+        poly.style = iStyle;
+        poly.pattern = iPattern;
+        poly.thickness = iThickness > 0 ? std::min(iThickness, 64) : 1;
+        poly.closed = fClosed;
+        return;
+    }
+}
+
+void SoftKernel::DeletePolygon(std::int32_t lPlaneId, std::int32_t lPolygonId)
+{
+    Plane* plane = FindPlane(lPlaneId);
+    if (!plane)
+        return;
+    for (std::size_t i = 0; i < plane->polygons.size(); i++) {
+        if (plane->polygons[i].id == lPolygonId) {
+            plane->polygons.erase(plane->polygons.begin() + static_cast<std::ptrdiff_t>(i));
+            return;
+        }
+    }
+}
+
+int SoftKernel::PointInPolygon(int x, int y, ZOR_Point* pPoints, int iCount)
+{
+    if (!pPoints || iCount < 1)
+        return 0;
+    // On an edge (or a vertex) counts as inside.
+    for (int i = 0; i < iCount; i++) {
+        const ZOR_Point& a = pPoints[i];
+        const ZOR_Point& b = pPoints[(i + 1) % iCount];
+        const long long cross = static_cast<long long>(b.x - a.x) * (y - a.y) - static_cast<long long>(b.y - a.y) * (x - a.x);
+        if (cross == 0 && x >= std::min(a.x, b.x) && x <= std::max(a.x, b.x) && y >= std::min(a.y, b.y) &&
+            y <= std::max(a.y, b.y))
+            return 1;
+    }
+    bool inside = false;
+    for (int i = 0, j = iCount - 1; i < iCount; j = i++) {
+        const ZOR_Point& a = pPoints[i];
+        const ZOR_Point& b = pPoints[j];
+        if ((a.y > y) != (b.y > y)) {
+            // x of the edge at height y, compared without division.
+            const long long lhs = static_cast<long long>(x - a.x) * (b.y - a.y);
+            const long long rhs = static_cast<long long>(b.x - a.x) * (y - a.y);
+            if ((b.y - a.y > 0) ? lhs < rhs : lhs > rhs)
+                inside = !inside;
+        }
+    }
+    return inside ? 1 : 0;
+}
+
+// ----- composition -----
+
+void SoftKernel::DrawBitmap(const SoftBitmap& bmp, int left, int top, int scaleX, int scaleY, const ZOR_Rect* inset,
+                            const ZOR_Rect& clip, bool mirror)
+{
+    const int sx = ClampScale(scaleX), sy = ClampScale(scaleY);
+    int x0 = 0, y0 = 0, x1 = bmp.width - 1, y1 = bmp.height - 1;
+    if (inset) {
+        x0 = std::max(x0, inset->left);
+        y0 = std::max(y0, inset->top);
+        x1 = std::min(x1, inset->right);
+        y1 = std::min(y1, inset->bottom);
+        if (x1 < x0 || y1 < y0)
+            return;
+    }
+    if (sx == 128 && sy == 128) {
+        const ZOR_Rect area = Intersect(ZOR_Rect(left + x0, top + y0, left + x1, top + y1), clip);
+        if (area.IsEmpty())
+            return;
+        const int w = area.right - area.left + 1;
+        for (int y = area.top; y <= area.bottom; y++) {
+            const int by = y - top;
+            std::uint8_t* dst = &mFrame[static_cast<std::size_t>(y) * kWidth + area.left];
+            const std::size_t row = static_cast<std::size_t>(by) * bmp.width;
+            if (!mirror) {
+                const std::uint8_t* src = &bmp.pixels[row + (area.left - left)];
+                const std::uint8_t* op = &bmp.opaque[row + (area.left - left)];
+                for (int i = 0; i < w; i++)
+                    if (op[i])
+                        dst[i] = src[i];
+            } else {
+                for (int i = 0; i < w; i++) {
+                    const int bx = bmp.width - 1 - (area.left + i - left);
+                    if (bmp.opaque[row + bx])
+                        dst[i] = bmp.pixels[row + bx];
+                }
+            }
+        }
+        return;
+    }
+    // Scaled: every screen pixel takes the cel pixel it falls on.
+    const int sl = left + static_cast<int>(static_cast<long long>(x0) * sx / 128);
+    const int st = top + static_cast<int>(static_cast<long long>(y0) * sy / 128);
+    const int sr = left + Scaled(x1 + 1, sx) - 1;
+    const int sb = top + Scaled(y1 + 1, sy) - 1;
+    const ZOR_Rect area = Intersect(ZOR_Rect(sl, st, sr, sb), clip);
+    for (int y = area.top; y <= area.bottom; y++) {
+        const int by = std::min(y1, static_cast<int>(static_cast<long long>(y - top) * 128 / sy));
+        if (by < y0)
+            continue;
+        for (int x = area.left; x <= area.right; x++) {
+            int bx = std::min(x1, static_cast<int>(static_cast<long long>(x - left) * 128 / sx));
+            if (bx < x0)
+                continue;
+            if (mirror)
+                bx = bmp.width - 1 - bx;
+            const std::size_t i = static_cast<std::size_t>(by) * bmp.width + bx;
+            if (bmp.opaque[i])
+                mFrame[static_cast<std::size_t>(y) * kWidth + x] = bmp.pixels[i];
+        }
+    }
+}
+
+void SoftKernel::DrawPolygon(const Polygon& poly, const Plane& plane, const ZOR_Rect& clip)
+{
+    const std::size_t n = poly.points.size();
+    if (n < 2 || poly.color < 0 || poly.color > 255)
+        return;
+    const std::size_t edges = poly.closed ? n : n - 1;
+    int stepCount = 0; // dashes and patterns run on along the whole outline
+    const int half = (poly.thickness - 1) / 2;
+    for (std::size_t e = 0; e < edges; e++) {
+        int x = poly.points[e].x + plane.rect.left, y = poly.points[e].y + plane.rect.top;
+        const int x2 = poly.points[(e + 1) % n].x + plane.rect.left, y2 = poly.points[(e + 1) % n].y + plane.rect.top;
+        const int dx = std::abs(x2 - x), dy = -std::abs(y2 - y);
+        const int sxs = x < x2 ? 1 : -1, sys = y < y2 ? 1 : -1;
+        int err = dx + dy;
+        // A line longer than the plane can show is cut short rather than walked.
+        for (int guard = 0; guard < 8192; guard++) {
+            bool on = true;
+            if (poly.style == ZOR_Line::tDashed)
+                on = (stepCount / 4) % 2 == 0;
+            else if (poly.style == ZOR_Line::tPattern)
+                on = ((poly.pattern >> (stepCount % 16)) & 1) != 0;
+            stepCount++;
+            if (on) {
+                for (int py = y - half; py < y - half + poly.thickness; py++)
+                    for (int px = x - half; px < x - half + poly.thickness; px++)
+                        if (px >= clip.left && px <= clip.right && py >= clip.top && py <= clip.bottom)
+                            mFrame[static_cast<std::size_t>(py) * kWidth + px] = static_cast<std::uint8_t>(poly.color);
+            }
+            if (x == x2 && y == y2)
+                break;
+            const int e2 = 2 * err;
+            if (e2 >= dy) {
+                err += dy;
+                x += sxs;
+            }
+            if (e2 <= dx) {
+                err += dx;
+                y += sys;
+            }
+        }
+    }
+}
+
+void SoftKernel::DrawPlane(Plane& plane)
+{
+    const ZOR_Rect clip = Intersect(plane.rect, kScreen);
+    if (clip.IsEmpty())
+        return;
+    const int ox = plane.rect.left, oy = plane.rect.top;
+    if (plane.type == -1 || plane.type == -3 || plane.type == -4) {
+        const std::uint8_t color = static_cast<std::uint8_t>(plane.color & 0xFF);
+        for (int y = clip.top; y <= clip.bottom; y++)
+            std::memset(&mFrame[static_cast<std::size_t>(y) * kWidth + clip.left], color,
+                        static_cast<std::size_t>(clip.right - clip.left + 1));
+    }
+    if (plane.type == -4) {
+        std::string error;
+        int shiftX = 0, shiftY = 0; // the current picture's shift by a scroll
+        if (plane.scrolling) {
+            const int w = plane.rect.right - plane.rect.left + 1, h = plane.rect.bottom - plane.rect.top + 1;
+            const long long steps = (Now() - plane.scrollStart) / static_cast<std::uint32_t>(plane.scrollTicks);
+            const long long total = plane.scrollStepX ? w : h;
+            const long long step = std::abs(plane.scrollStepX ? plane.scrollStepX : plane.scrollStepY);
+            const long long moved = std::min(total, steps * step);
+            if (moved >= total) {
+                FinishScroll(plane);
+            } else {
+                const int sign = (plane.scrollStepX ? plane.scrollStepX : plane.scrollStepY) > 0 ? 1 : -1;
+                if (plane.scrollStepX)
+                    shiftX = static_cast<int>(-sign * moved);
+                else
+                    shiftY = static_cast<int>(-sign * moved);
+                if (const SoftBitmap* next = mResources.Picture(plane.scrollPicture, &error)) {
+                    const int nx = shiftX + (plane.scrollStepX ? sign * w : 0);
+                    const int ny = shiftY + (plane.scrollStepY ? sign * h : 0);
+                    DrawBitmap(*next, ox + plane.picOffsetX + nx, oy + plane.picOffsetY + ny, 128, 128, nullptr, clip,
+                               plane.scrollMirror != 0);
+                }
+            }
+        }
+        if (plane.picture >= 0) {
+            if (const SoftBitmap* pic = mResources.Picture(plane.picture, &error))
+                DrawBitmap(*pic, ox + plane.picOffsetX + shiftX, oy + plane.picOffsetY + shiftY, 128, 128, nullptr,
+                           clip, plane.mirror != 0);
+            else
+                Report(error);
+        }
+        for (const auto& pic : plane.extraPics)
+            if (const SoftBitmap* b = mResources.Picture(pic.picture, &error))
+                DrawBitmap(*b, ox + plane.picOffsetX + shiftX + pic.x, oy + plane.picOffsetY + shiftY + pic.y, 128, 128,
+                           nullptr, clip, pic.mirror != 0);
+    }
+
+    // Items, polygons and the robot, lowest priority first.
+    struct Drawable {
+        long long priority;
+        std::uint64_t serial;
+        int kind; // 0 item, 1 polygon, 2 robot
+        const void* what;
+    };
+    std::vector<Drawable> list;
+    int topItem = -1;
+    for (auto& entry : mItems) {
+        const Item& item = *entry.second;
+        if (item.onScreen && item.planeId == plane.id) {
+            const int p = EffectivePriority(item);
+            topItem = std::max(topItem, p);
+            list.push_back(Drawable{p, item.serial, 0, &item});
+        }
+    }
+    for (const auto& poly : plane.polygons)
+        list.push_back(Drawable{poly.priority == -9999 ? static_cast<long long>(topItem) + 1 : poly.priority,
+                                poly.serial, 1, &poly});
+    if (mRobot && mRobot->data && mRobot->started && !mRobot->terminated && mRobot->planeId == plane.id)
+        list.push_back(Drawable{mRobot->priority, mRobot->serial, 2, mRobot.get()});
+    std::sort(list.begin(), list.end(), [](const Drawable& a, const Drawable& b) {
+        return a.priority != b.priority ? a.priority < b.priority : a.serial < b.serial;
+    });
+    for (const auto& d : list) {
+        if (d.kind == 0) {
+            Item& item = *const_cast<Item*>(static_cast<const Item*>(d.what));
+            const SoftBitmap* bmp = ItemBitmap(item);
+            if (!bmp)
+                continue;
+            const int sx = ClampScale(item.scale.scaleX), sy = ClampScale(item.scale.scaleY);
+            const int left = ox + item.pos.x - static_cast<int>(static_cast<long long>(bmp->originX) * sx / 128);
+            const int top = oy + item.pos.y - static_cast<int>(static_cast<long long>(bmp->originY) * sy / 128);
+            DrawBitmap(*bmp, left, top, sx, sy, item.useInsetRect ? &item.insetRect : nullptr, clip, false);
+        } else if (d.kind == 1) {
+            DrawPolygon(*static_cast<const Polygon*>(d.what), plane, clip);
+        } else {
+            const std::uint32_t elapsed = RobotElapsed();
+            const SoftRobot& r = *mRobot->data;
+            const std::size_t frame =
+                std::min<std::size_t>(r.frames.size() - 1, elapsed / static_cast<std::uint32_t>(r.ticksPerFrame));
+            const SoftBitmap& bmp = r.frames[frame].bitmap;
+            DrawBitmap(bmp, ox + mRobot->x - bmp.originX, oy + mRobot->y - bmp.originY, 128, 128, nullptr, clip, false);
+        }
+    }
+}
+
+void SoftKernel::Compose()
+{
+    std::fill(mFrame.begin(), mFrame.end(), 0);
+    std::vector<Plane*> planes;
+    for (auto& entry : mPlanes)
+        if (entry.second->added)
+            planes.push_back(entry.second.get());
+    std::sort(planes.begin(), planes.end(), [](const Plane* a, const Plane* b) {
+        return a->priority != b->priority ? a->priority < b->priority : a->serial < b->serial;
+    });
+    for (Plane* plane : planes) {
+        if (plane->hidden)
+            continue;
+        const int percent = ShowStylePercent(*plane);
+        if (!plane->styleActive || percent >= 100) {
+            if (plane->styleActive) {
+                plane->styleActive = false;
+                plane->hidden = plane->styleToFrom == 1;
+                if (plane->hidden)
+                    continue;
+            }
+            DrawPlane(*plane);
+            continue;
+        }
+        // A transition: draw the plane, then put back what lies below (or the
+        // transition's colour) where the plane is not shown yet.
+        mScratch = mFrame;
+        DrawPlane(*plane);
+        const ZOR_Rect r = Intersect(plane->rect, kScreen);
+        const int w = plane->rect.right - plane->rect.left + 1, h = plane->rect.bottom - plane->rect.top + 1;
+        const int kind = (plane->style - 1) % 4;
+        for (int y = r.top; y <= r.bottom; y++) {
+            for (int x = r.left; x <= r.right; x++) {
+                const int lx = x - plane->rect.left, ly = y - plane->rect.top;
+                bool revealed;
+                if (kind == 0)
+                    revealed = lx * 100 < w * percent;
+                else if (kind == 1)
+                    revealed = ly * 100 < h * percent;
+                else if (kind == 2)
+                    revealed = std::abs(2 * lx - w) * 100 < w * percent && std::abs(2 * ly - h) * 100 < h * percent;
+                else
+                    revealed = static_cast<int>((static_cast<unsigned>(lx) * 37u + static_cast<unsigned>(ly) * 91u +
+                                                 (static_cast<unsigned>(lx * ly) % 7u)) % 100u) < percent;
+                if (plane->styleToFrom == 1)
+                    revealed = !revealed;
+                if (!revealed) {
+                    const std::size_t i = static_cast<std::size_t>(y) * kWidth + x;
+                    mFrame[i] = plane->styleColor >= 0 ? static_cast<std::uint8_t>(plane->styleColor) : mScratch[i];
+                }
+            }
+        }
+    }
+    DrawMovies();
+    bool cursorShown = mCursorVisible && mCursorView >= 0;
+    if (mVmd && mVmd->showing && !mVmd->showCursor)
+        cursorShown = false;
+    if (cursorShown) {
+        std::string error;
+        const SoftView* view = mResources.View(mCursorView, &error);
+        if (!view) {
+            Report(error);
+        } else if (mCursorLoop >= 0 && mCursorLoop < static_cast<int>(view->loops.size()) && mCursorCel >= 0 &&
+                   mCursorCel < static_cast<int>(view->loops[mCursorLoop].size())) {
+            const SoftBitmap& bmp = view->loops[mCursorLoop][mCursorCel];
+            DrawBitmap(bmp, mCursorX - bmp.originX, mCursorY - bmp.originY, 128, 128, nullptr, kScreen, false);
+        }
+    }
+    mFramesComposed++;
+}
+
+void SoftKernel::UpdateScreen(int /*fFlag*/)
+{
+    Compose();
+    if (mFrameHook)
+        mFrameHook(*this, mFrameHookData);
+    AdvanceClock();
+}
+
+// ----- input and cursor -----
+
+void SoftKernel::GetEvent(std::uint32_t uMask, KernelEventRecord* pRecord)
+{
+    if (!pRecord)
+        return;
+    const std::uint32_t now = Now();
+    for (std::size_t i = 0; i < mInput.size() && mInput[i].tick <= now; i++) {
+        const SoftInputEvent e = mInput[i];
+        if ((e.type & uMask) == 0)
+            continue;
+        mInput.erase(mInput.begin() + static_cast<std::ptrdiff_t>(i));
+        pRecord->type = e.type;
+        pRecord->message = e.message;
+        pRecord->modifiers = e.modifiers;
+        if (e.type == kSoftEventKey) {
+            pRecord->where = ZOR_Point(mCursorX, mCursorY);
+        } else {
+            mCursorX = e.x;
+            mCursorY = e.y;
+            pRecord->where = ZOR_Point(e.x, e.y);
+        }
+        pRecord->extra = 0;
+        if ((mAviEventFlags & 2) && (e.type == kSoftEventPress || e.type == kSoftEventKey))
+            for (auto& avi : mAvis)
+                avi.second->status &= ~static_cast<unsigned>(kMoviePlaying | kMoviePaused);
+        return;
+    }
+    pRecord->type = 0;
+    pRecord->message = 0;
+    pRecord->modifiers = 0;
+    pRecord->where = ZOR_Point(mCursorX, mCursorY);
+    pRecord->extra = 0;
+}
+
+bool SoftKernel::TakeEndingInput()
+{
+    const std::uint32_t now = Now();
+    for (std::size_t i = 0; i < mInput.size() && mInput[i].tick <= now; i++) {
+        if (mInput[i].type == kSoftEventPress || mInput[i].type == kSoftEventKey) {
+            mInput.erase(mInput.begin() + static_cast<std::ptrdiff_t>(i));
+            return true;
+        }
+    }
+    return false;
+}
+
+void SoftKernel::ShowCursor()
+{
+    mCursorVisible = true;
+}
+
+void SoftKernel::HideCursor()
+{
+    mCursorVisible = false;
+}
+
+void SoftKernel::SetCursorPos(ZOR_Point* pPoint)
+{
+    if (!pPoint)
+        return;
+    mCursorX = std::max(0, std::min(kWidth - 1, static_cast<int>(pPoint->x)));
+    mCursorY = std::max(0, std::min(kHeight - 1, static_cast<int>(pPoint->y)));
+}
+
+void SoftKernel::SetCursorView(std::uint32_t uView, int iLoop, int iCel)
+{
+    std::string error;
+    if (!mResources.View(static_cast<int>(uView), &error)) {
+        Report(error);
+        return;
+    }
+    mCursorView = static_cast<int>(uView);
+    mCursorLoop = iLoop;
+    mCursorCel = iCel;
+}
+
+// ----- random numbers and clocks -----
+
+std::uint32_t SoftKernel::Random(std::uint32_t uLow, std::uint32_t uHigh)
+{
+    if (uLow > uHigh)
+        std::swap(uLow, uHigh);
+    // xorshift64*: fast, and the same sequence on every platform.
+    mRandom ^= mRandom >> 12;
+    mRandom ^= mRandom << 25;
+    mRandom ^= mRandom >> 27;
+    const std::uint64_t r = mRandom * 2685821657736338717ull;
+    const std::uint64_t span = static_cast<std::uint64_t>(uHigh) - uLow + 1;
+    return uLow + static_cast<std::uint32_t>((r >> 11) % span);
+}
+
+void SoftKernel::SeedRandom(std::uint32_t uSeed)
+{
+    mRandom = (static_cast<std::uint64_t>(uSeed) << 1) ^ 0x9E3779B97F4A7C15ull;
+    if (mRandom == 0)
+        mRandom = 1;
+}
+
+std::uint32_t SoftKernel::GetTime(int /*iSelector*/)
+{
+    return Now() / 60;
+}
+
+std::uint32_t SoftKernel::GetTicks()
+{
+    return Now();
+}
+
+// ----- messages -----
+
+const SoftMessage* SoftKernel::FindMessage(const int keys[5])
+{
+    std::string error;
+    const std::vector<SoftMessage>* all = mResources.Messages(&error);
+    if (!all) {
+        Report(error);
+        return nullptr;
+    }
+    for (const auto& m : *all)
+        if (std::memcmp(m.keys, keys, sizeof m.keys) == 0)
+            return &m;
+    return nullptr;
+}
+
+// The message of the same conversation with the smallest sequence above the last one got.
+const SoftMessage* SoftKernel::NextMessage()
+{
+    if (!mHaveLastMessage)
+        return nullptr;
+    std::string error;
+    const std::vector<SoftMessage>* all = mResources.Messages(&error);
+    if (!all)
+        return nullptr;
+    const SoftMessage* best = nullptr;
+    for (const auto& m : *all) {
+        if (std::memcmp(m.keys, mLastMessageKeys, 4 * sizeof(int)) != 0 || m.keys[4] <= mLastMessageKeys[4])
+            continue;
+        if (!best || m.keys[4] < best->keys[4])
+            best = &m;
+    }
+    return best;
+}
+
+namespace {
+void CopyText(const std::string& text, char* buffer, int size)
+{
+    if (!buffer || size <= 0)
+        return;
+    const std::size_t n = std::min(text.size(), static_cast<std::size_t>(size - 1));
+    std::memcpy(buffer, text.data(), n);
+    buffer[n] = '\0';
+}
+} // namespace
+
+int SoftKernel::GetMessageSize(int iKey1, int iKey2, int iKey3, int iKey4, int iSequence, int* piSize)
+{
+    const int keys[5] = {iKey1, iKey2, iKey3, iKey4, iSequence};
+    const SoftMessage* m = FindMessage(keys);
+    if (!m)
+        return 0;
+    if (piSize)
+        *piSize = static_cast<int>(m->text.size() + 1);
+    return 1;
+}
+
+int SoftKernel::GetMessage(int iKey1, int iKey2, int iKey3, int iKey4, int iSequence, char* pBuffer, int iBufferSize)
+{
+    const int keys[5] = {iKey1, iKey2, iKey3, iKey4, iSequence};
+    const SoftMessage* m = FindMessage(keys);
+    if (!m)
+        return 0;
+    CopyText(m->text, pBuffer, iBufferSize);
+    std::memcpy(mLastMessageKeys, m->keys, sizeof mLastMessageKeys);
+    mHaveLastMessage = true;
+    return m->talker;
+}
+
+int SoftKernel::GetNextMessageSize(int* piSize)
+{
+    const SoftMessage* m = NextMessage();
+    if (!m)
+        return 0;
+    if (piSize)
+        *piSize = static_cast<int>(m->text.size() + 1);
+    return 1;
+}
+
+int SoftKernel::GetNextMessage(char* pBuffer, int iBufferSize)
+{
+    const SoftMessage* m = NextMessage();
+    if (!m)
+        return 0;
+    CopyText(m->text, pBuffer, iBufferSize);
+    std::memcpy(mLastMessageKeys, m->keys, sizeof mLastMessageKeys);
+    return m->talker;
+}
+
+void SoftKernel::GetLastMessageKeys(int* piKeys)
+{
+    if (!piKeys)
+        return;
+    for (int i = 0; i < 5; i++)
+        piKeys[i] = mHaveLastMessage ? mLastMessageKeys[i] : -1;
+}
+
+// ----- robots -----
+
+std::uint32_t SoftKernel::RobotElapsed() const
+{
+    if (!mRobot || !mRobot->started)
+        return 0;
+    const std::uint32_t until = mRobot->paused ? mRobot->pausedAt : Now();
+    return until - mRobot->start - mRobot->pausedTotal;
+}
+
+void SoftKernel::InitRobot(std::uint32_t uRobot, std::int32_t lPlaneId, int iPriority, int x, int y, int /*iValue*/)
+{
+    std::string error;
+    const SoftRobot* data = mResources.Robot(uRobot, &error);
+    if (!data)
+        Report(error);
+    if (!FindPlane(lPlaneId))
+        Report("InitRobot: robot " + std::to_string(uRobot) + " names plane " + std::to_string(lPlaneId) +
+               ", which does not exist");
+    mRobot = std::make_unique<Robot>();
+    mRobot->number = uRobot;
+    mRobot->data = data;
+    mRobot->planeId = lPlaneId;
+    mRobot->priority = iPriority;
+    mRobot->x = x;
+    mRobot->y = y;
+    mRobot->serial = ++mSerial;
+}
+
+void SoftKernel::PrepareRobot(int, int, int, int)
+{
+    // Frames are read whole at InitRobot; preparing resets play to the start.
+    if (!mRobot)
+        return;
+    mRobot->started = false;
+    mRobot->paused = false;
+    mRobot->terminated = false;
+    mRobot->lastSignalled = -1;
+    mRobot->endSignalled = false;
+}
+
+void SoftKernel::PlayRobot()
+{
+    if (!mRobot || mRobot->terminated)
+        return;
+    if (!mRobot->started) {
+        mRobot->started = true;
+        mRobot->start = Now();
+        mRobot->pausedTotal = 0;
+        mRobot->paused = false;
+    } else if (mRobot->paused) {
+        mRobot->pausedTotal += Now() - mRobot->pausedAt;
+        mRobot->paused = false;
+    }
+}
+
+void SoftKernel::PauseRobot()
+{
+    if (!mRobot || !mRobot->started || mRobot->paused || mRobot->terminated)
+        return;
+    mRobot->paused = true;
+    mRobot->pausedAt = Now();
+}
+
+void SoftKernel::SetRobotPriority(int iPriority)
+{
+    if (mRobot)
+        mRobot->priority = iPriority;
+}
+
+int SoftKernel::IsRobotDone()
+{
+    if (!mRobot)
+        return 1;
+    if (mRobot->terminated || !mRobot->data)
+        return 1;
+    if (!mRobot->started)
+        return 0;
+    const std::uint64_t total =
+        static_cast<std::uint64_t>(mRobot->data->frames.size()) * static_cast<std::uint32_t>(mRobot->data->ticksPerFrame);
+    return RobotElapsed() >= total ? 1 : 0;
+}
+
+int SoftKernel::IsRobotPlaying()
+{
+    if (!mRobot || !mRobot->started || mRobot->terminated)
+        return 0;
+    return IsRobotDone() ? 0 : 1;
+}
+
+void SoftKernel::TerminateRobot()
+{
+    if (mRobot)
+        mRobot->terminated = true;
+}
+
+std::uint32_t SoftKernel::GetRobotSignal()
+{
+    if (!mRobot || !mRobot->started)
+        return 0;
+    if (!mRobot->data || mRobot->terminated)
+        return 0xFFFFFFFFu;
+    const SoftRobot& r = *mRobot->data;
+    const std::uint32_t elapsed = RobotElapsed();
+    const std::size_t reached =
+        std::min<std::size_t>(r.frames.size() - 1, elapsed / static_cast<std::uint32_t>(r.ticksPerFrame));
+    for (std::size_t f = static_cast<std::size_t>(mRobot->lastSignalled + 1); f <= reached; f++) {
+        mRobot->lastSignalled = static_cast<int>(f);
+        if (r.frames[f].cue != 0)
+            return r.frames[f].cue;
+    }
+    if (IsRobotDone())
+        return 0xFFFFFFFFu;
+    return 0;
+}

@@ -1,0 +1,143 @@
+// SoftKernelParts.h - the soft kernel's private records, shared by its sources.
+#ifndef QUINDLE_SOFT_KERNEL_PARTS_H
+#define QUINDLE_SOFT_KERNEL_PARTS_H
+
+#include "SoftKernel.h"
+
+#include <vector>
+
+struct SoftKernel::Item {
+    KernelScreenItemRecord* record = nullptr;
+    bool onScreen = false;
+    std::uint64_t serial = 0;
+    // The values taken over at the last AddScreenItem / UpdateScreenItem.
+    std::int32_t id = 0;
+    std::int32_t planeId = 0;
+    KernelScreenItemSource source{};
+    ZOR_Point pos{0, 0};
+    ScaleInfo scale{128, 128, 100, 0};
+    std::int32_t z = 0;
+    std::int32_t priority = 0;
+    std::int32_t fixedPriority = 0;
+    std::int32_t useInsetRect = 0;
+    ZOR_Rect insetRect{0, 0, 0, 0};
+    std::string lastFault; // a bitmap fault is reported once per item
+};
+
+struct SoftKernel::Polygon {
+    std::int32_t id = 0;
+    std::vector<ZOR_Point> points;
+    int priority = 0;
+    int color = 0;
+    int style = 0;
+    int pattern = 0;
+    int thickness = 1;
+    int closed = 1;
+    std::uint64_t serial = 0;
+};
+
+struct SoftKernel::Plane {
+    KernelPlaneRecord* record = nullptr;
+    bool added = false;
+    std::uint64_t serial = 0;
+    std::int32_t id = 0;
+    std::int32_t type = -1;
+    std::int32_t color = 0;
+    ZOR_Rect rect{0, 0, 639, 479};
+    std::int32_t mirror = 0;
+    std::int32_t picture = 0;
+    std::int32_t priority = 0;
+    ZOR_Point vanishingPoint{0, 0};
+    struct Pic {
+        int picture;
+        int x;
+        int y;
+        int mirror;
+    };
+    std::vector<Pic> extraPics;
+    int picOffsetX = 0; // the pictures' shift by MovePlaneItems
+    int picOffsetY = 0;
+    std::vector<Polygon> polygons;
+    // A transition.
+    bool styleActive = false;
+    bool hidden = false; // a disappearing transition has ended
+    int style = 0, styleSpeed = 1, styleColor = -1, styleToFrom = 0, styleDivisions = 10;
+    std::uint32_t styleStart = 0;
+    // A scroll.
+    bool scrolling = false;
+    int scrollStepX = 0, scrollStepY = 0, scrollPicture = 0, scrollMirror = 0, scrollTicks = 1;
+    std::uint32_t scrollStart = 0;
+};
+
+struct SoftKernel::Sample {
+    int number = 0;
+    const SoftWav* wav = nullptr;
+    bool playing = false;
+    bool paused = false;
+    std::uint32_t start = 0;      // tick it started
+    std::uint32_t pausedAt = 0;
+    std::uint32_t pausedTotal = 0;
+    std::uint32_t duration = 0;
+    int volume = 127;
+    int pan = 50;
+    int distort = 0;
+    bool fading = false;
+    int fadeFrom = 0, fadeTo = 0, fadeStep = 1, fadeStop = 0;
+    std::uint32_t fadeStart = 0, fadeDuration = 0;
+};
+
+struct SoftKernel::Robot {
+    std::uint32_t number = 0;
+    const SoftRobot* data = nullptr;
+    std::int32_t planeId = 0;
+    int priority = 0;
+    int x = 0, y = 0;
+    bool started = false;
+    bool paused = false;
+    bool terminated = false;
+    std::uint32_t start = 0, pausedAt = 0, pausedTotal = 0;
+    int lastSignalled = -1; // the last frame whose cue was handed out
+    bool endSignalled = false;
+    std::uint64_t serial = 0;
+};
+
+struct SoftKernel::Vmd {
+    std::string fileName;
+    const SoftMovie* movie = nullptr;
+    int x = 0, y = 0, flags = 0, red = -1, green = -1, blue = -1;
+    unsigned status = 0;
+    int frame = 0;
+    bool showing = false; // a frame is drawn over the screen while playing
+    bool showCursor = true;
+    int restrictLow = 0, restrictHigh = 255;
+    bool blobsOn = true;
+    struct Blob {
+        int id;
+        int left, top, right, bottom, size;
+    };
+    std::vector<Blob> blobs;
+    int nextBlob = 1;
+    std::vector<ZOR_Rect> blackouts;
+};
+
+struct SoftKernel::Avi {
+    int number = 0;
+    const SoftMovie* movie = nullptr;
+    int x = 0, y = 0, width = 0, height = 0;
+    unsigned status = 0;
+    int first = 0, last = 0, frame = 0;
+    bool loop = false;
+    std::uint32_t start = 0;  // tick at which `startFrame` showed
+    int startFrame = 0;
+    std::uint64_t serial = 0;
+};
+
+// The font behind DrawText (FreeType handles, opened on first use).
+struct SoftKernel::Font {
+    void* library = nullptr; // FT_Library
+    void* face = nullptr;    // FT_Face
+    bool failed = false;
+    ~Font();
+};
+
+#endif

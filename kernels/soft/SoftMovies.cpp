@@ -1,0 +1,426 @@
+// SoftMovies.cpp - the soft kernel's VMD and AVI movies.
+#include "SoftKernelParts.h"
+
+#include <algorithm>
+
+namespace {
+constexpr unsigned kOpen = SoftKernel::kMovieOpen;
+constexpr unsigned kPlaying = SoftKernel::kMoviePlaying;
+constexpr unsigned kPaused = SoftKernel::kMoviePaused;
+constexpr unsigned kEnded = SoftKernel::kMovieEnded;
+} // namespace
+
+// Movies are drawn over every plane: the VMD while it plays, AVIs while open
+// and showing a frame.
+void SoftKernel::DrawMovies()
+{
+    const ZOR_Rect screen(0, 0, kWidth - 1, kHeight - 1);
+    for (auto& entry : mAvis) {
+        Avi& a = *entry.second;
+        if (!a.movie || !(a.status & kOpen) || !(a.status & (kPlaying | kPaused | kEnded)))
+            continue;
+        if ((a.status & kPlaying) && !(a.status & kPaused)) {
+            const int span = a.last - a.first + 1;
+            long long f = a.startFrame + static_cast<long long>(Now() - a.start) / a.movie->ticksPerFrame;
+            if (f > a.last) {
+                if (a.loop) {
+                    f = a.first + (f - a.first) % span;
+                } else {
+                    f = a.last;
+                    a.status = (a.status & ~(kPlaying | kPaused)) | kEnded;
+                }
+            }
+            a.frame = static_cast<int>(f);
+        }
+        const SoftBitmap& bmp = a.movie->frames[static_cast<std::size_t>(a.frame)];
+        const int sx = a.width > 0 ? a.width * 128 / bmp.width : 128;
+        const int sy = a.height > 0 ? a.height * 128 / bmp.height : 128;
+        DrawBitmap(bmp, a.x, a.y, sx > 0 ? sx : 1, sy > 0 ? sy : 1, nullptr, screen, false);
+    }
+    if (!mVmd || !mVmd->showing || !mVmd->movie)
+        return;
+    Vmd& v = *mVmd;
+    const SoftBitmap& bmp = v.movie->frames[static_cast<std::size_t>(v.frame)];
+    if (v.flags & 0x10) {
+        // The placement colour fills the screen around the movie.
+        const std::uint8_t c = mPalette.Nearest(v.red, v.green, v.blue);
+        std::fill(mFrame.begin(), mFrame.end(), c);
+    }
+    DrawBitmap(bmp, v.x, v.y, 128, 128, nullptr, screen, false);
+    if (v.blobsOn) {
+        for (const auto& blob : v.blobs) {
+            const int size = std::max(1, blob.size);
+            for (int by = blob.top; by <= blob.bottom; by += size) {
+                for (int bx = blob.left; bx <= blob.right; bx += size) {
+                    if (bx < 0 || by < 0 || bx >= bmp.width || by >= bmp.height)
+                        continue;
+                    const std::uint8_t c = bmp.At(bx, by);
+                    for (int y = by; y < by + size && y <= blob.bottom; y++)
+                        for (int x = bx; x < bx + size && x <= blob.right; x++) {
+                            const int fx = v.x + x, fy = v.y + y;
+                            if (fx >= 0 && fy >= 0 && fx < kWidth && fy < kHeight && x < bmp.width && y < bmp.height)
+                                mFrame[static_cast<std::size_t>(fy) * kWidth + fx] = c;
+                        }
+                }
+            }
+        }
+    }
+    const std::uint8_t black = mPalette.Nearest(0, 0, 0);
+    for (const auto& r : v.blackouts)
+        for (int y = std::max(0, v.y + r.top); y <= std::min(kHeight - 1, v.y + r.bottom); y++)
+            for (int x = std::max(0, v.x + r.left); x <= std::min(kWidth - 1, v.x + r.right); x++)
+                mFrame[static_cast<std::size_t>(y) * kWidth + x] = black;
+}
+
+// ----- VMD -----
+
+unsigned SoftKernel::OpenVmd(const char* pFileName, int /*iCacheSize*/, int /*iOpenArgument*/)
+{
+    std::string error;
+    const std::string name = pFileName ? pFileName : "";
+    const SoftMovie* movie = mResources.Movie(name, &error);
+    if (!movie) {
+        Report(error);
+        return 1;
+    }
+    mVmd = std::make_unique<Vmd>();
+    mVmd->fileName = name;
+    mVmd->movie = movie;
+    mVmd->status = kOpen;
+    return 0;
+}
+
+void SoftKernel::SetVmdPlacement(int x, int y, int iFlags, int iRed, int iGreen, int iBlue)
+{
+    if (!mVmd)
+        return;
+    mVmd->x = x;
+    mVmd->y = y;
+    mVmd->flags = iFlags;
+    mVmd->red = std::max(0, std::min(255, iRed));
+    mVmd->green = std::max(0, std::min(255, iGreen));
+    mVmd->blue = std::max(0, std::min(255, iBlue));
+}
+
+unsigned SoftKernel::PlayVmd(int iEventFlags, int, int)
+{
+    if (!mVmd || !mVmd->movie)
+        return 0;
+    Vmd& v = *mVmd;
+    if (v.status & kEnded)
+        v.frame = 0;
+    v.status = (v.status | kPlaying) & ~(kPaused | kEnded);
+    v.showing = true;
+    const int frames = static_cast<int>(v.movie->frames.size());
+    unsigned result = 0;
+    // The movie plays to its end before the call returns; every tick is a frame
+    // of output, so a headless run records it as it would be seen.
+    while (v.frame < frames) {
+        for (int t = 0; t < v.movie->ticksPerFrame; t++) {
+            if ((iEventFlags & 2) && TakeEndingInput()) {
+                result = 1;
+                break;
+            }
+            UpdateScreen(1);
+        }
+        if (result)
+            break;
+        v.frame++;
+    }
+    if (v.frame >= frames) {
+        v.frame = frames - 1;
+        v.status |= kEnded;
+    }
+    v.status &= ~kPlaying;
+    v.showing = false;
+    return result;
+}
+
+unsigned SoftKernel::StopVmd()
+{
+    if (!mVmd)
+        return 0;
+    mVmd->status &= ~(kPlaying | kPaused);
+    mVmd->showing = false;
+    mVmd->frame = 0;
+    return 0;
+}
+
+unsigned SoftKernel::ResumeVmd()
+{
+    if (!mVmd || !(mVmd->status & kOpen))
+        return 0;
+    // Play goes on from the frame where it stopped.
+    if (mVmd->status & kEnded)
+        return 0;
+    return PlayVmd(3, -1, -1);
+}
+
+unsigned SoftKernel::CloseVmd()
+{
+    mVmd.reset();
+    return 0;
+}
+
+unsigned SoftKernel::GetVmdLength()
+{
+    return mVmd && mVmd->movie ? static_cast<unsigned>(mVmd->movie->frames.size()) : 0;
+}
+
+unsigned SoftKernel::GetVmdStatus()
+{
+    return mVmd ? mVmd->status : 0;
+}
+
+unsigned SoftKernel::GetVmdFramesSkipped()
+{
+    // Every frame is composed in turn: none is ever skipped.
+    return 0;
+}
+
+void SoftKernel::SetVmdPalette()
+{
+    if (!mVmd || !mVmd->movie || !mVmd->movie->hasPalette)
+        return;
+    SoftPalette p = mPalette;
+    for (int i = std::max(0, mVmd->restrictLow); i <= std::min(255, mVmd->restrictHigh); i++)
+        p.colors[i] = mVmd->movie->palette.colors[i];
+    SetPalette(p);
+}
+
+void SoftKernel::RestrictVmdPalette(int iValue1, int iValue2)
+{
+    if (!mVmd)
+        return;
+    mVmd->restrictLow = std::max(0, std::min(iValue1, iValue2));
+    mVmd->restrictHigh = std::min(255, std::max(iValue1, iValue2));
+}
+
+void SoftKernel::ShowVmdCursor(int fShow)
+{
+    if (mVmd)
+        mVmd->showCursor = fShow != 0;
+}
+
+void SoftKernel::InitVmdBlobs()
+{
+    if (!mVmd)
+        return;
+    mVmd->blobs.clear();
+    mVmd->blobsOn = true;
+}
+
+void SoftKernel::StopVmdBlobs()
+{
+    if (mVmd)
+        mVmd->blobsOn = false;
+}
+
+int SoftKernel::AddVmdBlob(int iValue1, int iValue2, int iValue3, int iValue4, int iValue5)
+{
+    if (!mVmd)
+        return -1;
+    Vmd::Blob b{mVmd->nextBlob++, std::min(iValue1, iValue3), std::min(iValue2, iValue4), std::max(iValue1, iValue3),
+                std::max(iValue2, iValue4), std::max(1, std::min(iValue5, 64))};
+    mVmd->blobs.push_back(b);
+    mVmd->blobsOn = true;
+    return b.id;
+}
+
+void SoftKernel::DeleteVmdBlob(int iBlob)
+{
+    if (!mVmd)
+        return;
+    for (std::size_t i = 0; i < mVmd->blobs.size(); i++) {
+        if (mVmd->blobs[i].id == iBlob) {
+            mVmd->blobs.erase(mVmd->blobs.begin() + static_cast<std::ptrdiff_t>(i));
+            return;
+        }
+    }
+}
+
+void SoftKernel::BlackOutVmd(int iValue1, int iValue2, int iValue3, int iValue4)
+{
+    if (mVmd)
+        mVmd->blackouts.push_back(ZOR_Rect(std::min(iValue1, iValue3), std::min(iValue2, iValue4),
+                                           std::max(iValue1, iValue3), std::max(iValue2, iValue4)));
+}
+
+unsigned SoftKernel::GetVmdWidth()
+{
+    return mVmd && mVmd->movie ? static_cast<unsigned>(mVmd->movie->width) : 0;
+}
+
+unsigned SoftKernel::GetVmdHeight()
+{
+    return mVmd && mVmd->movie ? static_cast<unsigned>(mVmd->movie->height) : 0;
+}
+
+// ----- AVI -----
+
+unsigned SoftKernel::OpenAvi(int iMovie, const char* pFileName)
+{
+    std::string error;
+    const SoftMovie* movie = mResources.Movie(pFileName ? pFileName : "", &error);
+    if (!movie) {
+        Report(error);
+        return 1;
+    }
+    auto a = std::make_unique<Avi>();
+    a->number = iMovie;
+    a->movie = movie;
+    a->status = kOpen;
+    a->last = static_cast<int>(movie->frames.size()) - 1;
+    a->serial = ++mSerial;
+    mAvis[iMovie] = std::move(a);
+    return 0;
+}
+
+unsigned SoftKernel::CloseAvi(int iMovie)
+{
+    return mAvis.erase(iMovie) ? 0 : 1;
+}
+
+void SoftKernel::SetAviRect(int iMovie, int x, int y, int iWidth, int iHeight)
+{
+    auto found = mAvis.find(iMovie);
+    if (found == mAvis.end())
+        return;
+    found->second->x = x;
+    found->second->y = y;
+    found->second->width = std::max(0, iWidth);
+    found->second->height = std::max(0, iHeight);
+}
+
+void SoftKernel::SetAviPos(int iMovie, int x, int y)
+{
+    auto found = mAvis.find(iMovie);
+    if (found == mAvis.end())
+        return;
+    found->second->x = x;
+    found->second->y = y;
+}
+
+unsigned SoftKernel::PlayAvi(int iMovie, int iValue1, int iValue2, int iPlayType, int /*iValue4*/)
+{
+    auto found = mAvis.find(iMovie);
+    if (found == mAvis.end())
+        return 1;
+    Avi& a = *found->second;
+    const int count = static_cast<int>(a.movie->frames.size());
+    a.first = std::max(0, std::min(iValue1, count - 1));
+    a.last = iValue2 > 0 ? std::max(a.first, std::min(iValue2, count - 1)) : count - 1;
+    a.loop = iPlayType == 1;
+    a.frame = a.first;
+    a.startFrame = a.first;
+    a.start = Now();
+    a.status = kOpen | kPlaying;
+    return 0;
+}
+
+unsigned SoftKernel::StopAvi(int iMovie)
+{
+    auto found = mAvis.find(iMovie);
+    if (found == mAvis.end())
+        return 1;
+    found->second->status = kOpen;
+    return 0;
+}
+
+unsigned SoftKernel::PauseAvi(int iMovie)
+{
+    auto found = mAvis.find(iMovie);
+    if (found == mAvis.end() || !(found->second->status & kPlaying))
+        return 1;
+    Compose(); // brings the frame number up to the clock
+    found->second->status |= kPaused;
+    return 0;
+}
+
+unsigned SoftKernel::CueAvi(int iMovie, int iFrame)
+{
+    auto found = mAvis.find(iMovie);
+    if (found == mAvis.end())
+        return 1;
+    Avi& a = *found->second;
+    a.frame = std::max(0, std::min(iFrame, static_cast<int>(a.movie->frames.size()) - 1));
+    a.startFrame = a.frame;
+    a.start = Now();
+    a.status = kOpen | kPaused; // shown, waiting to play on
+    return 0;
+}
+
+unsigned SoftKernel::SeekAvi(int iMovie, int iFrame)
+{
+    auto found = mAvis.find(iMovie);
+    if (found == mAvis.end())
+        return 1;
+    Avi& a = *found->second;
+    a.frame = std::max(0, std::min(iFrame, static_cast<int>(a.movie->frames.size()) - 1));
+    a.startFrame = a.frame;
+    a.start = Now();
+    a.status &= ~kEnded;
+    return 0;
+}
+
+unsigned SoftKernel::ResumeAvi(int iMovie)
+{
+    auto found = mAvis.find(iMovie);
+    if (found == mAvis.end() || !(found->second->status & kPaused))
+        return 1;
+    Avi& a = *found->second;
+    a.startFrame = a.frame;
+    a.start = Now();
+    a.status = (a.status & ~kPaused) | kPlaying;
+    return 0;
+}
+
+void SoftKernel::SetAviPalette(int iMovie)
+{
+    auto found = mAvis.find(iMovie);
+    if (found != mAvis.end() && found->second->movie->hasPalette)
+        SetPalette(found->second->movie->palette);
+}
+
+unsigned SoftKernel::GetAviLength(int iMovie)
+{
+    auto found = mAvis.find(iMovie);
+    return found == mAvis.end() ? 0 : static_cast<unsigned>(found->second->movie->frames.size());
+}
+
+unsigned SoftKernel::GetAviFrameNum(int iMovie)
+{
+    auto found = mAvis.find(iMovie);
+    if (found == mAvis.end())
+        return 0;
+    if ((found->second->status & kPlaying) && !(found->second->status & kPaused)) {
+        // The frame number follows the clock, whether or not a frame was composed.
+        Avi& a = *found->second;
+        long long f = a.startFrame + static_cast<long long>(Now() - a.start) / a.movie->ticksPerFrame;
+        if (f > a.last)
+            f = a.loop ? a.first + (f - a.first) % (a.last - a.first + 1) : a.last;
+        return static_cast<unsigned>(f);
+    }
+    return static_cast<unsigned>(found->second->frame);
+}
+
+unsigned SoftKernel::GetAviStatus(int iMovie)
+{
+    auto found = mAvis.find(iMovie);
+    if (found == mAvis.end())
+        return 0;
+    Avi& a = *found->second;
+    if ((a.status & kPlaying) && !(a.status & kPaused) && !a.loop &&
+        a.startFrame + static_cast<long long>(Now() - a.start) / a.movie->ticksPerFrame > a.last) {
+        a.frame = a.last;
+        a.status = (a.status & ~kPlaying) | kEnded;
+    }
+    return a.status;
+}
+
+unsigned SoftKernel::SetAviEvent(int iEventFlags)
+{
+    const unsigned previous = mAviEventFlags;
+    mAviEventFlags = static_cast<unsigned>(iEventFlags);
+    return previous;
+}

@@ -1,0 +1,104 @@
+// SoftScript.cpp - see SoftScript.h.
+#include "SoftScript.h"
+
+#include "SoftText.h"
+
+#include <algorithm>
+
+namespace {
+
+bool KeyCode(const std::string& word, long long* code)
+{
+    if (word == "enter") *code = 13;
+    else if (word == "escape") *code = 27;
+    else if (word == "space") *code = 32;
+    else if (word == "tab") *code = 9;
+    else return SoftParseInt(word, 0, 0xFFFF, code);
+    return true;
+}
+
+} // namespace
+
+bool SoftParseScript(const std::string& text, const std::string& name, std::vector<SoftInputEvent>* events,
+                     std::string* error)
+{
+    events->clear();
+    std::vector<SoftInputEvent> parsed;
+    const std::vector<std::string> lines = SoftLines(text);
+    std::vector<std::string> w;
+    for (std::size_t li = 0; li < lines.size(); li++) {
+        const std::string where = name + ":" + std::to_string(li + 1) + ": ";
+        std::string fault;
+        if (!SoftSplitWords(lines[li], &w, &fault)) {
+            *error = where + fault;
+            return false;
+        }
+        if (w.empty())
+            continue;
+        SoftInputEvent e;
+        long long v = 0;
+        if (!SoftParseInt(w[0], 0, 0xFFFFFFFFll, &v)) {
+            *error = where + "'" + w[0] + "' is not a tick (a whole number 0..4294967295)";
+            return false;
+        }
+        e.tick = static_cast<std::uint32_t>(v);
+        if (w.size() < 2) {
+            *error = where + "an event kind (press, release, key, pointer, quit) must follow the tick";
+            return false;
+        }
+        const std::string& kind = w[1];
+        std::size_t next = 2;
+        if (kind == "press" || kind == "release" || kind == "pointer") {
+            e.type = kind == "press" ? kSoftEventPress : kind == "release" ? kSoftEventRelease : kSoftEventPointer;
+            long long x = 0, y = 0;
+            if (w.size() < 4 || !SoftParseInt(w[2], 0, 639, &x) || !SoftParseInt(w[3], 0, 479, &y)) {
+                *error = where + kind + " needs a position x y inside the 640x480 screen";
+                return false;
+            }
+            e.x = static_cast<std::int32_t>(x);
+            e.y = static_cast<std::int32_t>(y);
+            next = 4;
+        } else if (kind == "key") {
+            e.type = kSoftEventKey;
+            if (w.size() < 3 || !KeyCode(w[2], &v)) {
+                *error = where + "key needs a key code 0..0xFFFF or one of enter, escape, space, tab";
+                return false;
+            }
+            e.message = static_cast<std::uint32_t>(v);
+            next = 3;
+        } else if (kind == "quit") {
+            e.type = kSoftEventKey;
+            e.message = kSoftQuitKey;
+            e.modifiers = kSoftQuitModifiers;
+            if (w.size() > 2) {
+                *error = where + "quit takes nothing after it";
+                return false;
+            }
+        } else {
+            *error = where + "unknown event kind '" + kind + "' (press, release, key, pointer, quit)";
+            return false;
+        }
+        if (next < w.size()) {
+            if (w[next] != "mods" || next + 2 != w.size() || !SoftParseInt(w[next + 1], 0, 0xFFFF, &v)) {
+                *error = where + "only 'mods <0..0xFFFF>' may follow the event";
+                return false;
+            }
+            e.modifiers = static_cast<std::uint16_t>(v);
+        }
+        parsed.push_back(e);
+    }
+    std::stable_sort(parsed.begin(), parsed.end(),
+                     [](const SoftInputEvent& a, const SoftInputEvent& b) { return a.tick < b.tick; });
+    *events = std::move(parsed);
+    return true;
+}
+
+bool SoftReadScript(const std::string& path, std::vector<SoftInputEvent>* events, std::string* error)
+{
+    std::string text;
+    if (!SoftReadFile(path, &text)) {
+        *error = path + ": no such file";
+        return false;
+    }
+    return SoftParseScript(text, path, events, error);
+}

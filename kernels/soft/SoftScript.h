@@ -1,0 +1,50 @@
+// SoftScript.h - the headless kernel's input: a text file of timed events.
+//
+// One event a line; '#' starts a comment; blank lines are skipped:
+//
+//   <tick> press   <x> <y> [mods <m>]   pointer pressed   (event type 1)
+//   <tick> release <x> <y> [mods <m>]   pointer released  (event type 2)
+//   <tick> key     <code>  [mods <m>]   key pressed       (event type 8)
+//   <tick> pointer <x> <y> [mods <m>]   pointer moved     (event type 0x800)
+//   <tick> quit                         the quit combination: key 0x4F00 with mods 4
+//
+// <tick> is the clock tick (60 a second) from which the event is handed out;
+// numbers are decimal or 0x-prefixed hexadecimal; a key code may also be one
+// of the names enter (13), escape (27), space (32), tab (9). Positions are
+// screen coordinates 0..639, 0..479. Events are handed out in tick order,
+// lines of the same tick in file order.
+#ifndef QUINDLE_SOFT_SCRIPT_H
+#define QUINDLE_SOFT_SCRIPT_H
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+struct SoftInputEvent {
+    std::uint32_t tick = 0;
+    std::uint16_t type = 0;
+    std::uint32_t message = 0;
+    std::uint16_t modifiers = 0;
+    std::int32_t x = 0;
+    std::int32_t y = 0;
+};
+
+// The event types of the kernel's event record.
+enum SoftEventType : std::uint16_t {
+    kSoftEventPress = 1,
+    kSoftEventRelease = 2,
+    kSoftEventKey = 8,
+    kSoftEventPointer = 0x800,
+};
+// The key and modifiers that ask the game to quit.
+constexpr std::uint32_t kSoftQuitKey = 0x4F00;
+constexpr std::uint16_t kSoftQuitModifiers = 4;
+
+// Parses a script's text. On a fault returns false with `error` set to
+// "<name>:<line>: <what is wrong>"; `events` then holds nothing.
+bool SoftParseScript(const std::string& text, const std::string& name, std::vector<SoftInputEvent>* events,
+                     std::string* error);
+// Reads and parses a script file.
+bool SoftReadScript(const std::string& path, std::vector<SoftInputEvent>* events, std::string* error);
+
+#endif

@@ -1,0 +1,449 @@
+// SoftSound.cpp - the soft kernel's samples and speech. Every sample keeps
+// the state it would have on a device: it plays for the length of its WAV,
+// pauses stop its time, fades move its volume over their time.
+#include "SoftKernelParts.h"
+
+#include <algorithm>
+#include <cstring>
+
+SoftKernel::Sample* SoftKernel::FindSample(int sample)
+{
+    auto found = mSamples.find(sample);
+    if (found == mSamples.end())
+        return nullptr;
+    UpdateSample(*found->second);
+    return found->second.get();
+}
+
+// Brings a sample's state up to the clock: its end, the progress of its fade.
+void SoftKernel::UpdateSample(Sample& s)
+{
+    const std::uint32_t now = Now();
+    if (s.fading) {
+        const std::uint32_t elapsed = now - s.fadeStart;
+        if (elapsed >= s.fadeDuration) {
+            s.volume = s.fadeTo;
+            s.fading = false;
+            if (s.fadeStop)
+                s.playing = false;
+        } else {
+            const std::uint32_t stepped = elapsed - elapsed % static_cast<std::uint32_t>(s.fadeStep);
+            s.volume = s.fadeFrom + static_cast<int>(static_cast<long long>(s.fadeTo - s.fadeFrom) * stepped /
+                                                     static_cast<long long>(s.fadeDuration));
+        }
+    }
+    if (s.playing) {
+        const std::uint32_t until = s.paused ? s.pausedAt : now;
+        if (until - s.start - s.pausedTotal >= s.duration) {
+            s.playing = false;
+            s.paused = false;
+        }
+    }
+}
+
+bool SoftKernel::GetSampleState(int sample, SampleView* out)
+{
+    Sample* s = FindSample(sample);
+    if (!s)
+        return false;
+    const std::uint32_t until = s->paused ? s->pausedAt : Now();
+    out->playing = s->playing;
+    out->paused = s->paused;
+    out->volume = s->volume;
+    out->pan = s->pan;
+    out->elapsedTicks = s->playing ? until - s->start - s->pausedTotal : s->duration;
+    out->durationTicks = s->duration;
+    out->wav = s->wav;
+    return true;
+}
+
+void SoftKernel::StartSample(int iSample, int iVolume)
+{
+    std::string error;
+    const int type = mResources.SoundExists(13, iSample) ? 13 : 12;
+    const SoftWav* wav = mResources.Sound(type, iSample, &error);
+    if (!wav) {
+        if (!mResources.SoundExists(12, iSample) && !mResources.SoundExists(13, iSample))
+            error = "sample " + std::to_string(iSample) + ": neither " +
+                    mResources.PathOf("audio/" + std::to_string(iSample) + ".wav") + " nor " +
+                    mResources.PathOf("sfx/" + std::to_string(iSample) + ".wav") + " exists";
+        Report(error);
+        return;
+    }
+    auto& slot = mSamples[iSample];
+    if (!slot)
+        slot = std::make_unique<Sample>();
+    Sample& s = *slot;
+    const int pan = s.pan;
+    s = Sample();
+    s.pan = pan;
+    s.number = iSample;
+    s.wav = wav;
+    s.playing = true;
+    s.start = Now();
+    s.duration = wav->DurationTicks();
+    s.volume = std::max(0, std::min(127, iVolume));
+    s.distort = mDistortAll;
+}
+
+int SoftKernel::GetActiveSampleCount()
+{
+    int count = 0;
+    for (auto& entry : mSamples) {
+        UpdateSample(*entry.second);
+        if (entry.second->playing && !entry.second->paused)
+            count++;
+    }
+    return count;
+}
+
+int SoftKernel::IsAudioInstalled()
+{
+    return 1;
+}
+
+int SoftKernel::PreloadSample(int iSample)
+{
+    std::string error;
+    const int type = mResources.SoundExists(13, iSample) ? 13 : 12;
+    if (!mResources.SoundExists(type, iSample))
+        return 0;
+    if (!mResources.Sound(type, iSample, &error)) {
+        Report(error);
+        return 0;
+    }
+    return 1;
+}
+
+void SoftKernel::PlaySampleAlternate(int iSample, int /*iQualifier*/, int iVolume, int /*iTag*/)
+{
+    StartSample(iSample, iVolume);
+}
+
+void SoftKernel::PlaySample(int iSample, int /*iQualifier*/, int iVolume, int /*iTag*/, int /*iUnused*/)
+{
+    StartSample(iSample, iVolume);
+}
+
+void SoftKernel::StopAllSamples()
+{
+    for (auto& entry : mSamples) {
+        UpdateSample(*entry.second);
+        entry.second->playing = false;
+        entry.second->paused = false;
+        entry.second->fading = false;
+    }
+}
+
+void SoftKernel::StopSample(int iSample, int /*iQualifier*/)
+{
+    if (iSample == -1) {
+        StopAllSamples();
+        return;
+    }
+    if (Sample* s = FindSample(iSample)) {
+        s->playing = false;
+        s->paused = false;
+        s->fading = false;
+    }
+}
+
+int SoftKernel::PauseAllSamples()
+{
+    int count = 0;
+    for (auto& entry : mSamples)
+        count += PauseSample(entry.first, 0);
+    return count;
+}
+
+int SoftKernel::PauseSample(int iSample, int /*iQualifier*/)
+{
+    if (iSample == -1)
+        return PauseAllSamples();
+    Sample* s = FindSample(iSample);
+    if (!s || !s->playing || s->paused)
+        return 0;
+    s->paused = true;
+    s->pausedAt = Now();
+    return 1;
+}
+
+int SoftKernel::ResumeAllSamples()
+{
+    int count = 0;
+    for (auto& entry : mSamples)
+        count += ResumeSample(entry.first, 0);
+    return count;
+}
+
+int SoftKernel::ResumeSample(int iSample, int /*iQualifier*/)
+{
+    if (iSample == -1)
+        return ResumeAllSamples();
+    Sample* s = FindSample(iSample);
+    if (!s || !s->playing || !s->paused)
+        return 0;
+    s->pausedTotal += Now() - s->pausedAt;
+    s->paused = false;
+    return 1;
+}
+
+int SoftKernel::GetGlobalDuration(int* piValue)
+{
+    int count = 0;
+    std::uint32_t longest = 0;
+    for (auto& entry : mSamples) {
+        Sample& s = *entry.second;
+        UpdateSample(s);
+        if (!s.playing)
+            continue;
+        count++;
+        const std::uint32_t until = s.paused ? s.pausedAt : Now();
+        longest = std::max(longest, s.duration - (until - s.start - s.pausedTotal));
+    }
+    if (piValue)
+        *piValue = static_cast<int>(longest);
+    return count;
+}
+
+void SoftKernel::GetSampleDuration(int iSample, int* piDuration, int /*iTag*/)
+{
+    if (!piDuration)
+        return;
+    std::string error;
+    const int type = mResources.SoundExists(13, iSample) ? 13 : 12;
+    const SoftWav* wav = mResources.SoundExists(type, iSample) ? mResources.Sound(type, iSample, &error) : nullptr;
+    if (!wav && !error.empty())
+        Report(error);
+    *piDuration = wav ? static_cast<int>(wav->DurationTicks()) : 0;
+}
+
+void SoftKernel::SetSampleRate(int iRate)
+{
+    if (iRate > 0)
+        mSampleRate = iRate;
+}
+
+void SoftKernel::DefaultSampleRate()
+{
+    mSampleRate = 22050;
+    mSampleBits = 16;
+}
+
+int SoftKernel::GetSampleRate()
+{
+    return mSampleRate;
+}
+
+void SoftKernel::SetSampleBits(int iBits)
+{
+    if (iBits == 8 || iBits == 16)
+        mSampleBits = iBits;
+}
+
+int SoftKernel::GetSampleBits()
+{
+    return mSampleBits;
+}
+
+void SoftKernel::SetChannelCount(int iChannels)
+{
+    if (iChannels == 1 || iChannels == 2)
+        mChannels = iChannels;
+}
+
+void SoftKernel::DefaultChannelCount()
+{
+    mChannels = 2;
+}
+
+int SoftKernel::GetChannelCount()
+{
+    return mChannels;
+}
+
+int SoftKernel::GetAutoVolAdjust()
+{
+    return mAutoVolAdjust;
+}
+
+void SoftKernel::SetAutoVolAdjust(int iValue)
+{
+    mAutoVolAdjust = iValue;
+}
+
+void SoftKernel::DistortAllSamples(int iValue)
+{
+    mDistortAll = iValue;
+    for (auto& entry : mSamples)
+        entry.second->distort = iValue;
+}
+
+void SoftKernel::DistortSample(int iSample, int iValue1, int /*iValue2*/)
+{
+    if (Sample* s = FindSample(iSample))
+        s->distort = iValue1;
+}
+
+int SoftKernel::GetGlobalVolume()
+{
+    return mGlobalVolume;
+}
+
+void SoftKernel::SetGlobalVolume(int iVolume)
+{
+    mGlobalVolume = std::max(0, std::min(127, iVolume));
+}
+
+int SoftKernel::GetSampleVolume(int iSample, int* piVolume, int /*iTag*/)
+{
+    Sample* s = FindSample(iSample);
+    if (!s) {
+        if (piVolume)
+            *piVolume = 0;
+        return 0;
+    }
+    // A sample that has ended still tells the volume it ended with, so that a
+    // fade that stopped it is seen to have reached its target.
+    if (piVolume)
+        *piVolume = s->volume;
+    return s->playing ? 1 : 0;
+}
+
+void SoftKernel::SetSampleVolume(int iSample, int iVolume, int /*iValue*/)
+{
+    if (Sample* s = FindSample(iSample)) {
+        s->volume = std::max(0, std::min(127, iVolume));
+        s->fading = false;
+    }
+}
+
+int SoftKernel::FadeSample(int iSample, int iTargetVolume, int iValue1, int iValue2, int iValue3, int /*iTag*/)
+{
+    Sample* s = FindSample(iSample);
+    if (!s || !s->playing)
+        return 0;
+    s->fadeFrom = s->volume;
+    s->fadeTo = std::max(0, std::min(127, iTargetVolume));
+    s->fadeStep = iValue1 > 0 ? iValue1 : 1;
+    s->fadeDuration = iValue2 > 0 ? static_cast<std::uint32_t>(iValue2) : 0;
+    s->fadeStop = iValue3;
+    s->fadeStart = Now();
+    s->fading = true;
+    UpdateSample(*s);
+    return 1;
+}
+
+int SoftKernel::CheckNoise()
+{
+    int count = 0;
+    for (auto& entry : mSamples) {
+        UpdateSample(*entry.second);
+        if (entry.second->playing && !entry.second->paused && entry.second->volume > 0)
+            count++;
+    }
+    return count;
+}
+
+void SoftKernel::PanSample(int iSample, int iPan, int /*iValue*/)
+{
+    auto& slot = mSamples[iSample];
+    if (!slot) {
+        // Pan may come before the sample starts (the library pans, then plays).
+        slot = std::make_unique<Sample>();
+        slot->number = iSample;
+    }
+    slot->pan = std::max(0, std::min(100, iPan));
+}
+
+void SoftKernel::StopPanSample(int iSample, int /*iValue*/)
+{
+    if (Sample* s = FindSample(iSample))
+        s->pan = 50;
+}
+
+int SoftKernel::GetDACCritical()
+{
+    return mDACCritical;
+}
+
+void SoftKernel::SetDACCritical(int iValue)
+{
+    mDACCritical = iValue;
+}
+
+void SoftKernel::LoadResource(int iType, int* piNumber, int /*iValue*/)
+{
+    if (!piNumber)
+        return;
+    std::string error;
+    if (!mResources.Sound(iType, *piNumber, &error))
+        Report(error);
+}
+
+void SoftKernel::LockResource(int iType, int iNumber)
+{
+    std::string error;
+    if (!mResources.Sound(iType, iNumber, &error)) {
+        Report(error);
+        return;
+    }
+    mLocks[std::make_pair(iType, iNumber)]++;
+}
+
+void SoftKernel::UnlockResource(int iType, int iNumber)
+{
+    auto found = mLocks.find(std::make_pair(iType, iNumber));
+    if (found != mLocks.end() && --found->second <= 0)
+        mLocks.erase(found);
+}
+
+int SoftKernel::ResourceExists(int iType, int iNumber)
+{
+    return mResources.SoundExists(iType, iNumber) ? 1 : 0;
+}
+
+// ----- speech -----
+
+int SoftKernel::PlayMessageAudio(int iKey1, int iKey2, int iKey3, int iKey4, int iSequence, int /*iUnused1*/,
+                                 int /*iVolume*/, int /*iUnused2*/)
+{
+    const int keys[5] = {iKey1, iKey2, iKey3, iKey4, iSequence};
+    const SoftMessage* m = FindMessage(keys);
+    if (!m || m->speech.empty())
+        return 0;
+    std::string error;
+    const SoftWav* wav = mResources.Wav(m->speech, &error);
+    if (!wav) {
+        Report(error);
+        return 0;
+    }
+    StopMessageAudio(iKey1, iKey2, iKey3, iKey4, iSequence);
+    Speech s;
+    std::memcpy(s.keys, keys, sizeof keys);
+    s.start = Now();
+    s.duration = wav->DurationTicks();
+    s.wav = wav;
+    mSpeech.push_back(s);
+    return static_cast<int>(s.duration);
+}
+
+void SoftKernel::StopMessageAudio(int iKey1, int iKey2, int iKey3, int iKey4, int iSequence)
+{
+    const int keys[5] = {iKey1, iKey2, iKey3, iKey4, iSequence};
+    for (std::size_t i = 0; i < mSpeech.size(); i++) {
+        if (std::memcmp(mSpeech[i].keys, keys, sizeof keys) == 0) {
+            mSpeech.erase(mSpeech.begin() + static_cast<std::ptrdiff_t>(i));
+            return;
+        }
+    }
+}
+
+int SoftKernel::IsMessageAudioPlaying(int iKey1, int iKey2, int iKey3, int iKey4, int iSequence, int* /*piUnused*/)
+{
+    const int keys[5] = {iKey1, iKey2, iKey3, iKey4, iSequence};
+    for (const auto& s : mSpeech)
+        if (std::memcmp(s.keys, keys, sizeof keys) == 0)
+            return Now() - s.start < s.duration ? 1 : 0;
+    return 0;
+}

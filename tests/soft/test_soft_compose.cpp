@@ -1,0 +1,409 @@
+// Composition: plane order, transparency, origin, scale, inset, priorities,
+// now-seen rectangles and hits, coordinates, polygons, memory bitmaps.
+#include "SoftTestSupport.h"
+
+using namespace soft_test;
+
+namespace {
+
+class SoftCompose : public ::testing::Test {
+protected:
+    void SetUp() override
+    {
+        // View 10: one 4x3 cel, origin at its bottom middle (2, 2), pixel (0, 0) transparent.
+        game.Write("views/10.txt", "cel 0 0 a.png 2 2\ncel 0 1 b.png 0 0\ncel 1 0 b.png 1 1\n");
+        game.WritePng("views/a.png", 4, 3, [](int x, int y) { return x == 0 && y == 0 ? -1 : 2 + (x + y) % 3; });
+        game.WriteSolidPng("views/b.png", 2, 2, 9);
+        // Picture 5: 8x4, left half colour 10, right half colour 12.
+        game.WritePng("pictures/5.png", 8, 4, [](int x, int) { return x < 4 ? 10 : 12; });
+        ASSERT_TRUE(k.SetGameFolder(game.Dir()));
+    }
+    void TearDown() override { EXPECT_EQ(k.Fault(), ""); }
+
+    TempGame game;
+    SoftKernel k;
+};
+
+// The cel of view 10 drawn by hand: top-left at (left, top).
+void DrawCel(Expected& e, int left, int top)
+{
+    for (int y = 0; y < 3; y++)
+        for (int x = 0; x < 4; x++)
+            if (!(x == 0 && y == 0))
+                e.Set(left + x, top + y, 2 + (x + y) % 3);
+}
+
+TEST_F(SoftCompose, PlanesDrawInPriorityOrderAndTransparentPlanesShowWhatIsBelow)
+{
+    MakePlane(k, -1, 1, ZOR_Rect(0, 0, 639, 479), 0);
+    MakePlane(k, -3, 6, ZOR_Rect(150, 120, 300, 200), 7);
+    MakePlane(k, -1, 4, ZOR_Rect(100, 100, 199, 149), 3);
+    KernelPlaneRecord* glass = MakePlane(k, -2, 13, ZOR_Rect(0, 0, 639, 479), 9);
+    MakeItem(k, glass, 10, 0, 0, 20, 30);
+    k.UpdateScreen(1);
+
+    Expected e;
+    e.Fill(0, 0, 639, 479, 1);
+    e.Fill(100, 100, 199, 149, 4);
+    e.Fill(150, 120, 300, 200, 6);
+    DrawCel(e, 18, 28);
+    EXPECT_TRUE(FrameMatches(k, e, "planes_in_order"));
+}
+
+TEST_F(SoftCompose, PriorityChangesTakeEffectOnlyAtUpdatePlane)
+{
+    MakePlane(k, -1, 1, ZOR_Rect(0, 0, 99, 99), 1);
+    KernelPlaneRecord* p = MakePlane(k, -1, 2, ZOR_Rect(50, 50, 149, 149), 2);
+    p->priority = 0; // written, not yet taken over
+    k.UpdateScreen(1);
+    EXPECT_EQ(k.Frame()[60 * 640 + 60], 2);
+    k.UpdatePlane(p);
+    k.UpdateScreen(1);
+    EXPECT_EQ(k.Frame()[60 * 640 + 60], 1);
+    EXPECT_EQ(k.TopPlanePriority(), 1);
+}
+
+TEST_F(SoftCompose, ItemsSitByTheirOriginInPlaneCoordinatesAndAreClippedToThePlane)
+{
+    KernelPlaneRecord* p = MakePlane(k, -1, 1, ZOR_Rect(100, 20, 199, 119), 0);
+    MakeItem(k, p, 10, 0, 0, 50, 60);
+    // Half outside the plane's left edge, and one outside the screen altogether.
+    MakeItem(k, p, 10, 0, 0, 1, 10);
+    MakeItem(k, p, 10, 0, 0, -5000, 90000);
+    k.UpdateScreen(1);
+    Expected e;
+    e.Fill(100, 20, 199, 119, 1);
+    DrawCel(e, 148, 78);
+    DrawCel(e, 99, 28);
+    e.Fill(99, 28, 99, 30, 0); // the column left of the plane stays black
+    EXPECT_TRUE(FrameMatches(k, e, "origin_and_clip"));
+}
+
+TEST_F(SoftCompose, FixedPriorityOrdersItemsAndFloatingPriorityFollowsY)
+{
+    KernelPlaneRecord* p = MakePlane(k, -1, 1, ZOR_Rect(0, 0, 639, 479), 0);
+    // Two overlapping 2x2 cels of colour 9 and a 4x3 cel: the later-drawn one wins.
+    KernelScreenItemRecord* front = MakeItem(k, p, 10, 0, 1, 10, 10, 5);
+    MakeItem(k, p, 10, 0, 0, 12, 12, 4); // covers (10..13, 10..12) under the 2x2 at (10,10)
+    k.UpdateScreen(1);
+    EXPECT_EQ(k.Frame()[10 * 640 + 11], 9);
+    front->priority = 3;
+    k.UpdateScreenItem(front);
+    k.UpdateScreen(1);
+    EXPECT_EQ(k.Frame()[10 * 640 + 11], 2 + 1);
+
+    // Floating: the item further down (greater y + z) is in front.
+    KernelScreenItemRecord* a = MakeItem(k, p, 10, 0, 1, 200, 200, -9999);
+    KernelScreenItemRecord* b = MakeItem(k, p, 10, 0, 0, 202, 202, -9999);
+    (void)a;
+    k.UpdateScreen(1);
+    EXPECT_EQ(k.Frame()[200 * 640 + 201], 3);
+    b->pos.y = 150;
+    b->z = -49; // y + z = 101 < 200: now behind
+    b->pos.y = 201;
+    b->z = -100;
+    k.UpdateScreenItem(b);
+    k.UpdateScreen(1);
+    EXPECT_EQ(k.Frame()[200 * 640 + 201], 9);
+    EXPECT_EQ(k.TopScreenItemPriority(p->id), 200);
+}
+
+TEST_F(SoftCompose, ScaleAndInsetShapeBothTheDrawingAndTheNowSeenRect)
+{
+    KernelPlaneRecord* p = MakePlane(k, -1, 1, ZOR_Rect(10, 10, 629, 469), 0);
+    KernelScreenItemRecord* r = MakeItem(k, p, 10, 0, 0, 100, 100);
+    ZOR_Rect seen;
+    ASSERT_TRUE(k.GetNowSeenRect(p->id, r->id, &seen));
+    EXPECT_EQ(seen.left, 98);
+    EXPECT_EQ(seen.top, 98);
+    EXPECT_EQ(seen.right, 101);
+    EXPECT_EQ(seen.bottom, 100);
+
+    r->scale = ScaleInfo{256, 384, 100, 0}; // twice as wide, three times as high
+    k.UpdateScreenItem(r);
+    ASSERT_TRUE(k.GetNowSeenRect(p->id, r->id, &seen));
+    EXPECT_EQ(seen.left, 96);
+    EXPECT_EQ(seen.top, 94);
+    EXPECT_EQ(seen.right, 103);
+    EXPECT_EQ(seen.bottom, 102);
+    k.UpdateScreen(1);
+    Expected e;
+    e.Fill(10, 10, 629, 469, 1);
+    for (int y = 0; y < 9; y++)
+        for (int x = 0; x < 8; x++)
+            if (!(x / 2 == 0 && y / 3 == 0))
+                e.Set(10 + 96 + x, 10 + 94 + y, 2 + (x / 2 + y / 3) % 3);
+    EXPECT_TRUE(FrameMatches(k, e, "scaled"));
+
+    // The inset keeps cel columns 1..2 and rows 1..2 only.
+    r->scale = ScaleInfo{128, 128, 100, 0};
+    r->useInsetRect = 1;
+    r->insetRect = ZOR_Rect(1, 1, 2, 5);
+    k.UpdateScreenItem(r);
+    ASSERT_TRUE(k.GetNowSeenRect(p->id, r->id, &seen));
+    EXPECT_EQ(seen.left, 99);
+    EXPECT_EQ(seen.top, 99);
+    EXPECT_EQ(seen.right, 100);
+    EXPECT_EQ(seen.bottom, 100);
+    k.UpdateScreen(1);
+    Expected f;
+    f.Fill(10, 10, 629, 469, 1);
+    for (int y = 1; y <= 2; y++)
+        for (int x = 1; x <= 2; x++)
+            f.Set(10 + 98 + x, 10 + 98 + y, 2 + (x + y) % 3);
+    EXPECT_TRUE(FrameMatches(k, f, "inset"));
+}
+
+TEST_F(SoftCompose, RecordValuesAreTakenOverOnlyAtUpdateScreenItem)
+{
+    KernelPlaneRecord* p = MakePlane(k, -1, 1, ZOR_Rect(0, 0, 639, 479), 0);
+    KernelScreenItemRecord* r = MakeItem(k, p, 10, 0, 1, 10, 10);
+    r->pos = ZOR_Point(300, 300);
+    k.UpdateScreen(1);
+    EXPECT_EQ(k.Frame()[10 * 640 + 10], 9);
+    EXPECT_EQ(k.Frame()[300 * 640 + 300], 1);
+    ZOR_Rect seen;
+    ASSERT_TRUE(k.GetNowSeenRect(p->id, r->id, &seen));
+    EXPECT_EQ(seen.left, 10);
+    k.UpdateScreenItem(r);
+    k.UpdateScreen(1);
+    EXPECT_EQ(k.Frame()[10 * 640 + 10], 1);
+    EXPECT_EQ(k.Frame()[300 * 640 + 300], 9);
+}
+
+TEST_F(SoftCompose, NowSeenAndHitsAnswerOnlyForItemsOnTheScreen)
+{
+    KernelPlaneRecord* p = MakePlane(k, -1, 1, ZOR_Rect(0, 0, 639, 479), 0);
+    KernelScreenItemSource src{0, 10, 0, 0, 0, {0, 0}};
+    KernelScreenItemRecord* r = k.NewScreenItem(p->id, &src, ZOR_Point(50, 50), ScaleInfo{128, 128, 100, 0});
+    ZOR_Rect seen(1, 2, 3, 4);
+    EXPECT_FALSE(k.GetNowSeenRect(p->id, r->id, &seen));
+    EXPECT_EQ(seen.left, 1); // left alone
+    k.AddScreenItem(r);
+    ASSERT_TRUE(k.GetNowSeenRect(p->id, r->id, &seen));
+    EXPECT_FALSE(k.GetNowSeenRect(p->id + 1, r->id, &seen)); // wrong plane
+
+    ZOR_Point corner(48, 48); // the transparent pixel (0, 0) of the cel
+    EXPECT_TRUE(k.ScreenItemOnPoint(&corner, p->id, r->id, 0));
+    EXPECT_FALSE(k.ScreenItemOnPoint(&corner, p->id, r->id, 1));
+    ZOR_Point inside(49, 48), outside(52, 48), below(48, 51);
+    EXPECT_TRUE(k.ScreenItemOnPoint(&inside, p->id, r->id, 1));
+    EXPECT_FALSE(k.ScreenItemOnPoint(&outside, p->id, r->id, 0));
+    EXPECT_FALSE(k.ScreenItemOnPoint(&below, p->id, r->id, 0));
+
+    k.DeleteScreenItem(r);
+    KernelScreenItemRecord* never = k.NewScreenItem(p->id, &src, ZOR_Point(0, 0), ScaleInfo{128, 128, 100, 0});
+    k.DeleteScreenItem(never); // a record never added is accepted
+    KernelScreenItemRecord* kept = k.NewScreenItem(p->id, &src, ZOR_Point(0, 0), ScaleInfo{128, 128, 100, 0});
+    k.DisposeScreenItem(kept);
+    EXPECT_EQ(k.TopScreenItemPriority(p->id), -1);
+}
+
+TEST_F(SoftCompose, PlaneCoordinatesConvertBothWays)
+{
+    KernelPlaneRecord* p = MakePlane(k, -2, 0, ZOR_Rect(100, 40, 300, 200), 1);
+    ZOR_Point pt(150, 50);
+    k.PlaneToLocal(p->id, &pt);
+    EXPECT_EQ(pt.x, 50);
+    EXPECT_EQ(pt.y, 10);
+    k.PlaneToGlobal(p->id, &pt);
+    EXPECT_EQ(pt.x, 150);
+    EXPECT_EQ(pt.y, 50);
+    // A new rectangle counts from its UpdatePlane on.
+    p->rect = ZOR_Rect(0, 0, 639, 479);
+    k.PlaneRectChanged(p);
+    k.UpdatePlane(p);
+    k.PlaneToLocal(p->id, &pt);
+    EXPECT_EQ(pt.x, 150);
+}
+
+TEST_F(SoftCompose, PicturesMirrorAddAtAndMoveWithTheirPlane)
+{
+    KernelPlaneRecord* p = MakePlane(k, -4, 7, ZOR_Rect(20, 20, 59, 39), 0, 5, 0);
+    k.AddPicAt(p->id, 5, 10, 2, 1, 0);
+    k.UpdateScreen(1);
+    Expected e;
+    e.Fill(20, 20, 59, 39, 7);
+    e.Fill(20, 20, 23, 23, 10);
+    e.Fill(24, 20, 27, 23, 12);
+    e.Fill(30, 22, 33, 25, 12); // mirrored: right half first
+    e.Fill(34, 22, 37, 25, 10);
+    EXPECT_TRUE(FrameMatches(k, e, "pictures"));
+
+    KernelScreenItemRecord* r = MakeItem(k, p, 10, 0, 1, 0, 10);
+    k.MovePlaneItems(p->id, 5, 1, 1);
+    EXPECT_EQ(r->pos.x, 5);
+    EXPECT_EQ(r->pos.y, 11);
+    k.UpdateScreen(1);
+    Expected f;
+    f.Fill(20, 20, 59, 39, 7);
+    f.Fill(25, 21, 28, 24, 10);
+    f.Fill(29, 21, 32, 24, 12);
+    f.Fill(35, 23, 38, 26, 12);
+    f.Fill(39, 23, 42, 26, 10);
+    f.Fill(25, 31, 26, 32, 9);
+    EXPECT_TRUE(FrameMatches(k, f, "pictures_moved"));
+
+    // A new picture drops the added ones.
+    p->picture = 6;
+    p->pictureChanged = 1;
+    game.WriteSolidPng("pictures/6.png", 2, 2, 14);
+    k.UpdatePlane(p);
+    EXPECT_EQ(p->pictureChanged, 0);
+    k.UpdateScreen(1);
+    EXPECT_EQ(k.Frame()[23 * 640 + 30], 7);
+}
+
+TEST_F(SoftCompose, TransitionsReportTheirProgressAndEndShown)
+{
+    KernelPlaneRecord* p = MakePlane(k, -1, 3, ZOR_Rect(0, 0, 99, 99), 0);
+    k.SetShowStyle(p->id, 1, 2, 8, 0, 0, 0, nullptr, 0, 4); // 4 steps of 2 ticks
+    EXPECT_EQ(k.ShowStylePercentComplete(p->id), 0);
+    k.UpdateScreen(1); // drawn at tick 0, the clock moves to 1
+    EXPECT_EQ(k.Frame()[50 * 640 + 50], 8);
+    k.UpdateScreen(1);
+    EXPECT_EQ(k.ShowStylePercentComplete(p->id), 25);
+    k.UpdateScreen(1);
+    k.UpdateScreen(1);
+    k.UpdateScreen(1);
+    EXPECT_EQ(k.ShowStylePercentComplete(p->id), 50);
+    // Left to right: half of the plane is shown, the rest is the transition's colour.
+    EXPECT_EQ(k.Frame()[10 * 640 + 10], 3);
+    EXPECT_EQ(k.Frame()[10 * 640 + 80], 8);
+    for (int i = 0; i < 4; i++)
+        k.UpdateScreen(1);
+    EXPECT_EQ(k.ShowStylePercentComplete(p->id), 100);
+    EXPECT_EQ(k.Frame()[10 * 640 + 80], 3);
+
+    // Disappearing: once over, the plane is gone.
+    k.SetShowStyle(p->id, 4, 1, -1, 0, 0, 1, nullptr, 0, -1);
+    for (int i = 0; i < 12; i++)
+        k.UpdateScreen(1);
+    EXPECT_EQ(k.Frame()[10 * 640 + 10], 0);
+}
+
+TEST_F(SoftCompose, ScrollingBringsTheNewPictureInAndThenShowsIt)
+{
+    game.WriteSolidPng("pictures/7.png", 8, 4, 14);
+    KernelPlaneRecord* p = MakePlane(k, -4, 0, ZOR_Rect(0, 0, 7, 3), 0, 5, 0);
+    k.SetScroll(p->id, 2, 0, 7, 0, 1, 0);
+    k.UpdateScreen(1); // tick 0: nothing moved yet
+    EXPECT_EQ(k.Frame()[0], 10);
+    k.UpdateScreen(1); // tick 1: moved by 2
+    EXPECT_EQ(k.Frame()[0], 10);
+    EXPECT_EQ(k.Frame()[2], 12);
+    EXPECT_EQ(k.Frame()[6], 14);
+    for (int i = 0; i < 4; i++)
+        k.UpdateScreen(1);
+    EXPECT_EQ(k.Frame()[0], 14);
+    EXPECT_EQ(p->picture, 7);
+}
+
+TEST_F(SoftCompose, PointInPolygonCountsTheEdgeAsInside)
+{
+    // A concave "L".
+    ZOR_Point l[] = {{0, 0}, {10, 0}, {10, 4}, {4, 4}, {4, 10}, {0, 10}};
+    EXPECT_TRUE(k.PointInPolygon(2, 2, l, 6));
+    EXPECT_TRUE(k.PointInPolygon(8, 2, l, 6));
+    EXPECT_FALSE(k.PointInPolygon(8, 8, l, 6)); // in the notch
+    EXPECT_TRUE(k.PointInPolygon(0, 0, l, 6));  // a vertex
+    EXPECT_TRUE(k.PointInPolygon(10, 2, l, 6)); // the right edge
+    EXPECT_TRUE(k.PointInPolygon(7, 4, l, 6));  // the inner horizontal edge
+    EXPECT_TRUE(k.PointInPolygon(4, 7, l, 6));  // the inner vertical edge
+    EXPECT_FALSE(k.PointInPolygon(11, 2, l, 6));
+    EXPECT_FALSE(k.PointInPolygon(-1, 5, l, 6));
+    ZOR_Point tri[] = {{0, 0}, {100, 50}, {0, 100}};
+    EXPECT_TRUE(k.PointInPolygon(50, 25, tri, 3)); // on the slanted edge
+    EXPECT_FALSE(k.PointInPolygon(51, 25, tri, 3));
+    EXPECT_TRUE(k.PointInPolygon(99, 50, tri, 3));
+    EXPECT_FALSE(k.PointInPolygon(5, 5, nullptr, 0));
+}
+
+TEST_F(SoftCompose, PolygonsDrawWithTheirStyleAndCanBeUpdatedAndDeleted)
+{
+    KernelPlaneRecord* p = MakePlane(k, -1, 1, ZOR_Rect(10, 10, 109, 109), 0);
+    ZOR_Point pts[] = {{0, 0}, {20, 0}, {20, 10}};
+    const std::int32_t solid = k.AddPolygon(p->id, pts, 3, 5, 11, ZOR_Line::tSolid, 0, 1, 1);
+    EXPECT_GE(solid, 0);
+    k.UpdateScreen(1);
+    Expected e;
+    e.Fill(10, 10, 109, 109, 1);
+    e.Fill(10, 10, 30, 10, 11);
+    e.Fill(30, 10, 30, 20, 11);
+    for (int i = 0; i <= 20; i++) // the closing edge from (20,10) back to (0,0)
+        e.Set(10 + 20 - i, 10 + 10 - (i + 1) / 2, 11);
+    EXPECT_TRUE(FrameMatches(k, e, "polygon_solid"));
+
+    ZOR_Point line[] = {{0, 50}, {15, 50}, {15, 50}};
+    k.UpdatePolygon(p->id, solid, line, 2, 5, 12, ZOR_Line::tDashed, 0, 1, 0);
+    k.UpdateScreen(1);
+    for (int x = 0; x <= 15; x++)
+        EXPECT_EQ(k.Frame()[60 * 640 + 10 + x], (x / 4) % 2 == 0 ? 12 : 1) << x;
+    k.DeletePolygon(p->id, solid);
+    k.UpdateScreen(1);
+    EXPECT_EQ(k.Frame()[60 * 640 + 10], 1);
+}
+
+TEST_F(SoftCompose, MemoryBitmapsLiveBehindTheirIdsAndShowText)
+{
+    EXPECT_FALSE(k.DLLCheckValid(0));
+    const std::uint16_t id = k.CreateMemBitmap(120, 30, 5, 5);
+    ASSERT_NE(id, 0);
+    EXPECT_TRUE(k.DLLCheckValid(id));
+    EXPECT_FALSE(k.DLLCheckValid(id + 1));
+    EXPECT_EQ(k.CreateMemBitmap(641, 10, 0, -1), 0);
+    const int height = k.DrawText(id, 2, 2, "Hello", 15, 16, 0);
+    EXPECT_GT(height, 10);
+    EXPECT_GT(k.TextWidth("Hello", 16), k.TextWidth("Hi", 16));
+
+    KernelPlaneRecord* p = MakePlane(k, -1, 1, ZOR_Rect(0, 0, 639, 479), 0);
+    KernelScreenItemSource src{2, 0, 0, 0, id, {0, 0}};
+    KernelScreenItemRecord* r = k.NewScreenItem(p->id, &src, ZOR_Point(100, 100), ScaleInfo{128, 128, 100, 0});
+    k.AddScreenItem(r);
+    k.UpdateScreen(1);
+    int white = 0, below = 0;
+    for (int y = 100; y < 130; y++)
+        for (int x = 100; x < 220; x++) {
+            white += k.Frame()[y * 640 + x] == 15;
+            below += k.Frame()[y * 640 + x] == 1; // the skip colour shows the plane
+        }
+    EXPECT_GT(white, 20);
+    EXPECT_EQ(white + below, 120 * 30);
+    ZOR_Rect seen;
+    ASSERT_TRUE(k.GetNowSeenRect(p->id, r->id, &seen));
+    EXPECT_EQ(seen.right, 219);
+    EXPECT_EQ(seen.bottom, 129);
+    k.DeleteScreenItem(r);
+    k.FreeMemBitmap(id);
+    EXPECT_FALSE(k.DLLCheckValid(id));
+}
+
+TEST_F(SoftCompose, MemoryComesFromTheLedger)
+{
+    void* a = k.AllocMemory(24, "Source/Glcast.cpp", 37);
+    ASSERT_NE(a, nullptr);
+    EXPECT_EQ(static_cast<unsigned char*>(a)[23], 0);
+    EXPECT_EQ(k.Ledger().LiveCount(), 1u);
+    k.FreeMemory(nullptr);
+    k.FreeMemory(a);
+    EXPECT_EQ(k.Ledger().LiveCount(), 0u);
+}
+
+TEST_F(SoftCompose, TheCursorIsDrawnOnTopWhereItWasPut)
+{
+    MakePlane(k, -1, 1, ZOR_Rect(0, 0, 639, 479), 0);
+    k.SetCursorView(10, 0, 1);
+    ZOR_Point at(700, -3);
+    k.SetCursorPos(&at);
+    EXPECT_EQ(k.CursorPos().x, 639);
+    EXPECT_EQ(k.CursorPos().y, 0);
+    ZOR_Point mid(200, 100);
+    k.SetCursorPos(&mid);
+    k.UpdateScreen(1);
+    EXPECT_EQ(k.Frame()[100 * 640 + 200], 9);
+    k.HideCursor();
+    k.UpdateScreen(1);
+    EXPECT_EQ(k.Frame()[100 * 640 + 200], 1);
+}
+
+} // namespace
