@@ -1,0 +1,520 @@
+// The game object: ownership, the cursor it keeps, the five steps of a frame,
+// the walk over its object set while members come and go, and the main loop
+// with its quit handler.
+#include "QuindleTest.h"
+#include "glcursor.h"
+#include "glgame.h"
+#include "glplanes.h"
+#include "glquithd.h"
+#include "gltarget.h"
+#include "gluser.h"
+
+#include <functional>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace {
+
+using Log = std::vector<std::string>;
+
+// Everything that happens in a frame, in order: kernel calls and the work of
+// the test's objects, merged by the position of each in the kernel's log.
+class Trace {
+public:
+    explicit Trace(RecordingKernel& kernel) : mKernel(kernel), mMark(kernel.Mark()) {}
+    void Note(const std::string& what) { mNotes.emplace_back(mKernel.Calls().size(), what); }
+    Log Merged() const
+    {
+        Log merged;
+        std::size_t call = mMark;
+        const Log& calls = mKernel.Calls();
+        for (const auto& note : mNotes) {
+            while (call < note.first)
+                merged.push_back(calls[call++]);
+            merged.push_back(note.second);
+        }
+        while (call < calls.size())
+            merged.push_back(calls[call++]);
+        return merged;
+    }
+    void Restart()
+    {
+        mMark = mKernel.Mark();
+        mNotes.clear();
+    }
+
+private:
+    RecordingKernel& mKernel;
+    std::size_t mMark;
+    std::vector<std::pair<std::size_t, std::string>> mNotes;
+};
+
+// A member of the game's object set; what it does besides noting its turn is
+// up to the test.
+class Worker : public GLObject {
+public:
+    Worker(const char* name, Trace& trace) : mName(name), mTrace(trace) { NeedsDoIt(TRUE); }
+    void DoIt() override
+    {
+        mTrace.Note(mName);
+        mRuns++;
+        if (mAction) {
+            std::function<void()> action = mAction;
+            mAction = nullptr; // once only
+            action();
+        }
+    }
+    std::string mName;
+    Trace& mTrace;
+    int mRuns = 0;
+    std::function<void()> mAction;
+};
+
+// An input handler that notes every event offered and claims those whose
+// type is in its mask.
+class Handler : public GLTarget {
+public:
+    Handler(const char* name, Trace& trace, unsigned claimMask = 0) : mName(name), mTrace(trace), mClaimMask(claimMask)
+    {
+        NeedsEvent(TRUE);
+    }
+    int HandleEvent(GLEvent* pEvent) override
+    {
+        mTrace.Note(mName + ":" + std::to_string(pEvent->type));
+        if (pEvent->type & mClaimMask)
+            pEvent->claimed = TRUE;
+        if (mAction)
+            mAction(pEvent);
+        return pEvent->claimed;
+    }
+    std::string mName;
+    Trace& mTrace;
+    unsigned mClaimMask;
+    std::function<void(GLEvent*)> mAction;
+};
+
+class GameTest : public QuindleTest {
+protected:
+    void SetUp() override
+    {
+        k.ticks = 500;
+        game = new GLGame;
+        GLDLLInit(game);
+    }
+    void TearDown() override { delete game; }
+
+    GLGame* game = nullptr;
+    GLCelRes arrow{999, 0, 0, 0};
+};
+
+// ----- construction, ownership, cursor -----
+
+TEST_F(GameTest, DefaultGameOwnsNewPartsAndReadsTheClock)
+{
+    k.ticks = 77;
+    std::size_t mark = k.Mark();
+    GLGame other;
+    EXPECT_EQ(k.CallsSince(mark), (Log{"GetTicks()"}));
+    EXPECT_EQ(other.mGameTicks, 77u);
+    EXPECT_EQ(other.mQuit, 0);
+    EXPECT_EQ(other.GetCursor(), nullptr);
+    EXPECT_NE(other.mpPlaneManager, nullptr);
+    EXPECT_NE(other.mpUser, nullptr);
+    EXPECT_TRUE(other.mpObjects->IsEmpty());
+    EXPECT_EQ(other.NeedsDoIt(), 0);
+    EXPECT_EQ(other.NeedsEvent(), 0);
+    EXPECT_EQ(other.mpUser->IsHandsOn(), 0);
+}
+
+TEST_F(GameTest, ThreeArgumentGameTakesOverWhatItIsGivenAndInstallsTheCursor)
+{
+    GLCursor* cursor = new GLCursor(arrow, TRUE);
+    GLUser* user = new GLUser;
+    GLPlaneManager* planes = new GLPlaneManager;
+    GLGame* given = new GLGame(cursor, user, planes);
+    EXPECT_EQ(given->mpUser, user);
+    EXPECT_EQ(given->mpPlaneManager, planes);
+    EXPECT_EQ(given->GetCursor(), cursor);
+    EXPECT_TRUE(given->mpObjects->IsEmpty());
+    EXPECT_EQ(given->mGameTicks, 500u);
+
+    // Installing the same cursor again, as callers of this constructor do,
+    // changes nothing and leaves it usable.
+    std::size_t mark = k.Mark();
+    given->SetCursor(cursor);
+    EXPECT_TRUE(k.CallsSince(mark).empty());
+    EXPECT_EQ(given->GetCursor(), cursor);
+    cursor->BeginWait();
+    EXPECT_EQ(k.CallsSince(mark), (Log{"SetCursorView(999,0,0)"}));
+    delete given; // deletes all three; the ledger sees each released once
+
+    GLCursor* other = new GLCursor(arrow, FALSE);
+    GLGame* made = new GLGame(other, nullptr, nullptr);
+    EXPECT_NE(made->mpUser, nullptr);
+    EXPECT_NE(made->mpPlaneManager, nullptr);
+    delete made;
+}
+
+// Destructors that look at which of the game's blocks are still live.
+class ByeUser : public GLUser {
+public:
+    explicit ByeUser(std::function<void()> onBye) : mOnBye(std::move(onBye)) {}
+    ~ByeUser() override { mOnBye(); }
+    std::function<void()> mOnBye;
+};
+
+class ByeCursor : public GLCursor {
+public:
+    ByeCursor(GLCelRes& res, std::function<void()> onBye) : GLCursor(res, FALSE), mOnBye(std::move(onBye)) {}
+    ~ByeCursor() override { mOnBye(); }
+    std::function<void()> mOnBye;
+};
+
+TEST_F(GameTest, DeletesPlaneManagerUserObjectSetAndCursorInThatOrder)
+{
+    Log order;
+    GLGame* doomed = nullptr;
+    const void* planes = nullptr;
+    const void* objects = nullptr;
+    const void* user = nullptr;
+    ByeCursor* cursor = new ByeCursor(arrow, [&] {
+        order.push_back("cursor");
+        EXPECT_FALSE(k.Ledger().Owns(planes));
+        EXPECT_FALSE(k.Ledger().Owns(user));
+        EXPECT_FALSE(k.Ledger().Owns(objects));
+    });
+    ByeUser* byeUser = new ByeUser([&] {
+        order.push_back("user");
+        EXPECT_FALSE(k.Ledger().Owns(planes));
+        EXPECT_TRUE(k.Ledger().Owns(objects));
+        EXPECT_TRUE(k.Ledger().Owns(cursor));
+    });
+    doomed = new GLGame(cursor, byeUser, nullptr);
+    planes = doomed->mpPlaneManager;
+    objects = doomed->mpObjects;
+    user = byeUser;
+    // The objects in the set are not the game's.
+    Trace trace(k);
+    Worker member("member", trace);
+    doomed->mpObjects->AddToEnd(&member);
+    delete doomed;
+    EXPECT_EQ(order, (Log{"user", "cursor"}));
+    EXPECT_EQ(member.mRuns, 0);
+}
+
+TEST_F(GameTest, SetCursorReplacesAndDeletesTheOldCursor)
+{
+    bool firstGone = false;
+    ByeCursor* first = new ByeCursor(arrow, [&] { firstGone = true; });
+    GLCursor* second = new GLCursor(arrow, FALSE);
+    std::size_t mark = k.Mark();
+    game->SetCursor(first);
+    EXPECT_EQ(game->GetCursor(), first);
+    game->SetCursor(first);
+    EXPECT_FALSE(firstGone);
+    game->SetCursor(second);
+    EXPECT_TRUE(firstGone);
+    EXPECT_EQ(game->GetCursor(), second);
+    EXPECT_TRUE(k.CallsSince(mark).empty()); // installing tells the kernel nothing
+}
+
+TEST_F(GameTest, MisuseEndsWithTheExactReport)
+{
+    EXPECT_GL_ASSERT(game->SetCursor(nullptr), "Source/Glgame.cpp", "pCursor");
+    EXPECT_GL_ASSERT(GLGame(nullptr, nullptr, nullptr), "Source/Glgame.cpp", "curse");
+    GLQuitHandler quit;
+    EXPECT_GL_ASSERT(quit.HandleEvent(nullptr), "Source/Glquithd.cpp", "pEvent != 0");
+    EXPECT_GL_ASSERT(quit.DoIt(), "Source/Globject.cpp", "!\"DoIt not allowed for this class\"");
+    // Game code must leave the quit handler in place while Play runs.
+    EXPECT_GL_ASSERT(
+        {
+            Trace trace(k);
+            Worker meddler("meddler", trace);
+            meddler.mAction = [&] {
+                game->mpUser->mpPrimaDonnas->Remove(
+                    static_cast<GLObject*>(game->mpUser->mpPrimaDonnas->Last()));
+                game->mQuit = TRUE;
+            };
+            game->mpObjects->AddToEnd(&meddler);
+            game->Play();
+        },
+        "include/glset.h", "IsInList(pElementExisting)");
+}
+
+TEST_F(GameTest, CopiesOwnCopiesOfWhatTheOriginalOwns)
+{
+    Trace trace(k);
+    Worker member("member", trace);
+    game->mpObjects->AddToEnd(&member);
+    game->SetCursor(new GLCursor(arrow, FALSE));
+    game->GetCursor()->HandsOff();
+    game->mQuit = TRUE;
+    {
+        GLGame copy(*game);
+        EXPECT_NE(copy.mpPlaneManager, game->mpPlaneManager);
+        EXPECT_NE(copy.mpUser, game->mpUser);
+        EXPECT_NE(copy.mpObjects, game->mpObjects);
+        EXPECT_NE(copy.GetCursor(), game->GetCursor());
+        EXPECT_EQ(copy.GetCursor()->IsHandsOff(), 4);
+        EXPECT_EQ(copy.mpObjects->First(), &member);
+        EXPECT_EQ(copy.mQuit, TRUE);
+        EXPECT_EQ(copy.mGameTicks, 500u);
+
+        GLGame assigned;
+        assigned = copy;
+        EXPECT_NE(assigned.GetCursor(), copy.GetCursor());
+        EXPECT_EQ(assigned.mpObjects->First(), &member);
+        assigned = assigned;
+        EXPECT_EQ(assigned.mpObjects->First(), &member);
+        GLGame blank;
+        assigned = blank;
+        EXPECT_EQ(assigned.GetCursor(), nullptr);
+    }
+    game->mpObjects->Remove(&member);
+}
+
+// ----- one frame -----
+
+TEST_F(GameTest, FrameReadsTheClockRunsObjectsDrawsThenTakesInput)
+{
+    Trace trace(k);
+    Worker a("A", trace), b("B", trace);
+    Handler prima("prima", trace, 8);
+    game->mpObjects->AddToEnd(&a);
+    game->mpObjects->AddToEnd(&b);
+    game->mpUser->mpPrimaDonnas->AddToEnd(&prima);
+    game->mpUser->IsHandsOn(TRUE);
+    k.ticks = 1234;
+    k.ticksPerFrame = 2;
+    k.PushEvent(8, 'k', 0, 10, 20);
+    a.mAction = [&] { EXPECT_EQ(game->mGameTicks, 1234u); };
+    trace.Restart();
+    game->DoIt();
+    EXPECT_EQ(trace.Merged(), (Log{"GetTicks()", "A", "B", "UpdateScreen(1)", "GetEvent(32767)", "prima:8"}));
+    EXPECT_EQ(game->mpUser->mEvent.claimed, TRUE);
+    EXPECT_EQ(game->mGameTicks, 1234u); // read once, at the start
+    game->DoIt();
+    EXPECT_EQ(game->mGameTicks, 1236u);
+    game->mpObjects->Remove(&a);
+    game->mpObjects->Remove(&b);
+    game->mpUser->mpPrimaDonnas->Remove(&prima);
+}
+
+TEST_F(GameTest, MousePositionIsOnePointUpdatedEveryFrame)
+{
+    GLPoint& mouse = game->GetMousePos();
+    EXPECT_EQ(&mouse, &game->GetMousePos());
+    EXPECT_EQ(&mouse, &game->mpUser->mMousePos);
+    k.PushEvent(1, 0, 0, 100, 110);
+    game->DoIt();
+    EXPECT_EQ(mouse.GetX(), 100);
+    EXPECT_EQ(mouse.GetY(), 110);
+    // A frame without input moves it to wherever the pointer is.
+    k.pointer = ZOR_Point(7, 8);
+    game->DoIt();
+    EXPECT_EQ(&mouse, &game->GetMousePos());
+    EXPECT_EQ(mouse.GetX(), 7);
+    EXPECT_EQ(mouse.GetY(), 8);
+}
+
+TEST_F(GameTest, MemberAddedAtTheEndRunsInTheSameFrame)
+{
+    Trace trace(k);
+    Worker a("A", trace), b("B", trace), late("late", trace), later("later", trace);
+    game->mpObjects->AddToEnd(&a);
+    game->mpObjects->AddToEnd(&b);
+    a.mAction = [&] { game->mpObjects->AddToEnd(&late); };
+    late.mAction = [&] { game->mpObjects->AddToEnd(&later); };
+    trace.Restart();
+    game->DoIt();
+    EXPECT_EQ(trace.Merged(),
+              (Log{"GetTicks()", "A", "B", "late", "later", "UpdateScreen(1)", "GetEvent(32767)"}));
+    for (Worker* w : {&a, &b, &late, &later})
+        game->mpObjects->Remove(w);
+}
+
+TEST_F(GameTest, MemberAddedAtTheFrontWaitsAndTheCurrentOneRunsAgain)
+{
+    Trace trace(k);
+    Worker a("A", trace), b("B", trace), c("C", trace), cue("cue", trace);
+    game->mpObjects->AddToEnd(&a);
+    game->mpObjects->AddToEnd(&b);
+    game->mpObjects->AddToEnd(&c);
+    b.mAction = [&] { game->mpObjects->AddToFront(&cue); };
+    trace.Restart();
+    game->DoIt();
+    EXPECT_EQ(trace.Merged(), (Log{"GetTicks()", "A", "B", "B", "C", "UpdateScreen(1)", "GetEvent(32767)"}));
+    trace.Restart();
+    game->DoIt();
+    EXPECT_EQ(trace.Merged(), (Log{"GetTicks()", "cue", "A", "B", "C", "UpdateScreen(1)", "GetEvent(32767)"}));
+    for (Worker* w : {&a, &b, &c, &cue})
+        game->mpObjects->Remove(w);
+}
+
+TEST_F(GameTest, RemovalAtOrBeforeTheCurrentIndexSkipsTheNextMember)
+{
+    Trace trace(k);
+    Worker a("A", trace), b("B", trace), c("C", trace), d("D", trace);
+    for (Worker* w : {&a, &b, &c, &d})
+        game->mpObjects->AddToEnd(w);
+
+    // A member that leaves: the one after it is skipped this frame.
+    a.mAction = [&] { game->mpObjects->Remove(&a); };
+    trace.Restart();
+    game->DoIt();
+    EXPECT_EQ(trace.Merged(), (Log{"GetTicks()", "A", "C", "D", "UpdateScreen(1)", "GetEvent(32767)"}));
+
+    // A member that removes an earlier one: likewise.
+    c.mAction = [&] { game->mpObjects->Remove(&b); };
+    trace.Restart();
+    game->DoIt();
+    EXPECT_EQ(trace.Merged(), (Log{"GetTicks()", "B", "C", "UpdateScreen(1)", "GetEvent(32767)"}));
+
+    // Removing a later member only means it does not run.
+    c.mAction = [&] { game->mpObjects->Remove(&d); };
+    game->mpObjects->AddToFront(&a);
+    trace.Restart();
+    game->DoIt();
+    EXPECT_EQ(trace.Merged(), (Log{"GetTicks()", "A", "C", "UpdateScreen(1)", "GetEvent(32767)"}));
+    EXPECT_EQ(game->mpObjects->NumElements(), 2);
+
+    // The last member leaving ends the walk.
+    c.mAction = [&] { game->mpObjects->Remove(&c); };
+    trace.Restart();
+    game->DoIt();
+    EXPECT_EQ(trace.Merged(), (Log{"GetTicks()", "A", "C", "UpdateScreen(1)", "GetEvent(32767)"}));
+    game->mpObjects->Remove(&a);
+}
+
+// ----- the main loop -----
+
+class CountingGame : public GLGame {
+public:
+    void DoIt() override
+    {
+        mFrames++;
+        GLGame::DoIt();
+    }
+    int mFrames = 0;
+};
+
+TEST_F(GameTest, QuitKeyEndsPlayAfterTheFrameThatFetchedIt)
+{
+    delete game;
+    CountingGame* counting = new CountingGame;
+    game = counting;
+    GLDLLInit(game);
+    k.PushEvent(8, 0x4F00, 0);  // the right message without the modifier
+    k.PushEvent(8, 0x4F00, 5);  // the modifier must be exactly 4
+    k.PushEvent(8, 0x4F01, 4);
+    k.PushEvent(1, 0x4F00, 4, 3, 3); // any type will do
+    k.PushEvent(8);               // never fetched
+    std::size_t ledgerBefore = k.Ledger().LiveCount();
+    game->Play();
+    EXPECT_EQ(counting->mFrames, 4);
+    EXPECT_EQ(k.Count("UpdateScreen"), 4);
+    EXPECT_EQ(k.events.size(), 1u);
+    EXPECT_EQ(game->mQuit, TRUE);
+    EXPECT_EQ(game->mpUser->mEvent.claimed, TRUE);
+    // The quit handler has left the prima donnas and is released; hands stay on.
+    EXPECT_TRUE(game->mpUser->mpPrimaDonnas->IsEmpty());
+    EXPECT_EQ(k.Ledger().LiveCount(), ledgerBefore);
+    EXPECT_EQ(game->mpUser->IsHandsOn(), 1);
+
+    // The flag stays set: a second Play runs no frame and leaves the prima
+    // donnas as they were.
+    Trace trace(k);
+    Handler prima("prima", trace);
+    game->mpUser->mpPrimaDonnas->AddToEnd(&prima);
+    game->mpUser->IsHandsOn(FALSE);
+    std::size_t mark = k.Mark();
+    game->Play();
+    EXPECT_TRUE(k.CallsSince(mark).empty());
+    EXPECT_EQ(counting->mFrames, 4);
+    EXPECT_EQ(game->mpUser->mpPrimaDonnas->NumElements(), 1);
+    EXPECT_EQ(game->mpUser->mpPrimaDonnas->First(), &prima);
+    EXPECT_EQ(game->mpUser->IsHandsOn(), 1);
+    EXPECT_EQ(k.Ledger().LiveCount(), ledgerBefore);
+    game->mpUser->mpPrimaDonnas->Remove(&prima);
+}
+
+TEST_F(GameTest, QuitHandlerIsTheLastPrimaDonnaAndHogsKeepTheKeyFromIt)
+{
+    Trace trace(k);
+    // An earlier prima donna that claims the first quit key keeps it.
+    Handler early("early", trace);
+    int earlySeen = 0;
+    early.mAction = [&](GLEvent* pEvent) {
+        if (++earlySeen == 1)
+            pEvent->claimed = TRUE;
+    };
+    // Then a hog takes the second quit key without claiming it, and leaves.
+    Handler hog("hog", trace);
+    hog.mAction = [&](GLEvent*) { game->mpUser->mpHogs->Remove(&hog); };
+    Worker installer("installer", trace);
+    game->mpUser->mpPrimaDonnas->AddToEnd(&early);
+    game->mpObjects->AddToEnd(&installer);
+
+    Handler orphan("orphan", trace);
+    game->mpUser->mpOrphans->AddToEnd(&orphan);
+    k.PushEvent(8, 0x4F00, 4);
+    k.PushEvent(8, 0x4F00, 4);
+    k.PushEvent(8, 0x4F00, 4);
+    k.PushEvent(8, 0x4F00, 4);
+    int frame = 0;
+    std::function<void()> each;
+    each = [&] {
+        if (++frame == 2)
+            game->mpUser->mpHogs->AddToEnd(&hog);
+        installer.mAction = each;
+    };
+    installer.mAction = each;
+    trace.Restart();
+    game->Play();
+    Log notes;
+    for (const std::string& line : trace.Merged())
+        if (line.find("(") == std::string::npos && line != "installer")
+            notes.push_back(line);
+    // Frame 1: the early prima donna claims it. Frame 2: the hog alone sees
+    // it. Frame 3: the early prima donna declines, the quit handler claims it
+    // before the orphans.
+    EXPECT_EQ(notes, (Log{"early:8", "hog:8", "early:8"}));
+    EXPECT_EQ(frame, 3);
+    EXPECT_EQ(k.events.size(), 1u);
+    game->mpUser->mpPrimaDonnas->Remove(&early);
+    game->mpUser->mpOrphans->Remove(&orphan);
+    game->mpObjects->Remove(&installer);
+}
+
+TEST_F(GameTest, QuitHandlerClaimsOnlyTheQuitKey)
+{
+    GLQuitHandler quit;
+    EXPECT_EQ(quit.GetPlane(), nullptr);
+    EXPECT_EQ(quit.GetSelectFunction(), nullptr);
+    GLPoint here(1, 1);
+    EXPECT_EQ(quit.OnMe(here), FALSE);
+    EXPECT_EQ(static_cast<const GLQuitHandler&>(quit).OnMe(here), FALSE);
+
+    GLEvent event;
+    event.type = 2;
+    event.message = 0x4F00;
+    event.modifiers = 0;
+    EXPECT_EQ(quit.HandleEvent(&event), FALSE);
+    EXPECT_EQ(game->mQuit, 0);
+    event.claimed = TRUE; // claimed before: reported as it is
+    EXPECT_EQ(quit.HandleEvent(&event), TRUE);
+    EXPECT_EQ(game->mQuit, 0);
+    event.claimed = FALSE;
+    event.modifiers = 4;
+    event.type = 0;
+    EXPECT_EQ(quit.HandleEvent(&event), TRUE);
+    EXPECT_EQ(event.claimed, TRUE);
+    EXPECT_EQ(game->mQuit, TRUE);
+
+    GLQuitHandler copy(quit);
+    copy = quit;
+    EXPECT_EQ(copy.GetPlane(), nullptr);
+}
+
+} // namespace

@@ -1,0 +1,355 @@
+// Input dispatch: the frame's event, hands off, null events, modal hogs and
+// the order of precedence hogs, prima donnas, planes, orphans.
+#include "QuindleTest.h"
+#include "glcursor.h"
+#include "glgame.h"
+#include "gltarget.h"
+#include "gluser.h"
+
+#include <string>
+#include <vector>
+
+namespace {
+
+// A handler that writes "<name>:<type>" into a shared log whenever it is
+// offered an event, and claims the event types in its mask.
+class Handler : public GLTarget {
+public:
+    Handler(const char* name, std::vector<std::string>& log, unsigned claimMask = 0)
+        : mName(name), mLog(log), mClaimMask(claimMask)
+    {
+        NeedsEvent(TRUE);
+    }
+    int HandleEvent(GLEvent* pEvent) override
+    {
+        mLog.push_back(mName + ":" + std::to_string(pEvent->type));
+        if (pEvent->type & mClaimMask)
+            pEvent->claimed = TRUE;
+        return pEvent->claimed;
+    }
+    std::string mName;
+    std::vector<std::string>& mLog;
+    unsigned mClaimMask;
+};
+
+using Log = std::vector<std::string>;
+
+class UserTest : public QuindleTest {
+protected:
+    void SetUp() override
+    {
+        game = new GLGame;
+        GLDLLInit(game);
+        user = game->mpUser;
+    }
+    void TearDown() override { delete game; }
+
+    GLGame* game = nullptr;
+    GLUser* user = nullptr;
+    Log log;
+};
+
+TEST_F(UserTest, NewUserStartsWithHandsOffAndEmptySets)
+{
+    GLUser fresh;
+    EXPECT_EQ(fresh.mUserFlags, 0);
+    EXPECT_EQ(fresh.IsHandsOn(), 0);
+    EXPECT_EQ(fresh.DoesHandleNulls(), 0);
+    EXPECT_EQ(fresh.HogsAreModal(), 0);
+    EXPECT_EQ(fresh.mExtra, 0u);
+    EXPECT_EQ(fresh.mMousePos.GetX(), 0);
+    EXPECT_EQ(fresh.mMousePos.GetY(), 0);
+    EXPECT_EQ(fresh.mEvent.claimed, FALSE);
+    EXPECT_EQ(fresh.mEvent.plane, nullptr);
+    EXPECT_TRUE(fresh.mpHogs->IsEmpty());
+    EXPECT_TRUE(fresh.mpPrimaDonnas->IsEmpty());
+    EXPECT_TRUE(fresh.mpOrphans->IsEmpty());
+    EXPECT_EQ(fresh.NeedsDoIt(), 0);
+    EXPECT_EQ(fresh.NeedsEvent(), 0);
+    EXPECT_EQ(fresh.IsScreenItem(), 0);
+}
+
+TEST_F(UserTest, FlagSettersTakeAnyNonZeroAndReturnTheBit)
+{
+    EXPECT_EQ(user->IsHandsOn(5), 1);
+    EXPECT_EQ(user->HogsAreModal(1), 4);
+    EXPECT_EQ(user->DoesHandleNulls(-1), 2);
+    EXPECT_EQ(user->mUserFlags, 7);
+    EXPECT_EQ(user->DoesHandleNulls(0), 0);
+    EXPECT_EQ(user->mUserFlags, 5);
+    EXPECT_EQ(user->IsHandsOn(), 1);
+    EXPECT_EQ(user->HogsAreModal(), 4);
+    EXPECT_EQ(user->IsHandsOn(0), 0);
+    EXPECT_EQ(user->mUserFlags, 4);
+    EXPECT_EQ(user->HogsAreModal(0), 0);
+    EXPECT_EQ(user->mUserFlags, 0);
+}
+
+TEST_F(UserTest, HandsOffSwallowsTheEventButTheMouseFollows)
+{
+    Handler prima("prima", log, 0xFFFF), orphan("orphan", log, 0xFFFF);
+    user->mpPrimaDonnas->AddToEnd(&prima);
+    user->mpOrphans->AddToEnd(&orphan);
+    k.PushEvent(8, 'a', 0, 17, 23, 99);
+    std::size_t mark = k.Mark();
+    user->DoIt();
+    EXPECT_EQ(k.CallsSince(mark), (Log{"GetEvent(32767)"}));
+    EXPECT_TRUE(log.empty());
+    EXPECT_EQ(user->mEvent.type, 8);
+    EXPECT_EQ(user->mEvent.claimed, TRUE);
+    EXPECT_EQ(user->HandleHandsOff(&user->mEvent), FALSE);
+    EXPECT_EQ(user->mMousePos.GetX(), 17);
+    EXPECT_EQ(user->mMousePos.GetY(), 23);
+    EXPECT_EQ(user->mExtra, 99u);
+
+    // A hog is not asked either while hands are off.
+    Handler hog("hog", log, 0xFFFF);
+    user->mpHogs->AddToEnd(&hog);
+    k.PushEvent(1, 0, 0, 5, 6);
+    user->DoIt();
+    EXPECT_TRUE(log.empty());
+    EXPECT_EQ(user->mEvent.claimed, TRUE);
+    user->mpHogs->Remove(&hog);
+    user->mpPrimaDonnas->Remove(&prima);
+    user->mpOrphans->Remove(&orphan);
+}
+
+TEST_F(UserTest, NullEventsMoveTheMouseAndAreDispatchedOnlyWhenHandled)
+{
+    Handler prima("prima", log), orphan("orphan", log);
+    user->mpPrimaDonnas->AddToEnd(&prima);
+    user->mpOrphans->AddToEnd(&orphan);
+    user->IsHandsOn(TRUE);
+
+    // The empty queue gives a null event at the pointer's position.
+    k.pointer = ZOR_Point(300, 200);
+    user->DoIt();
+    EXPECT_EQ(user->mEvent.type, 0);
+    EXPECT_TRUE(log.empty());
+    EXPECT_EQ(user->mEvent.claimed, FALSE);
+    EXPECT_EQ(user->mMousePos.GetX(), 300);
+    EXPECT_EQ(user->mMousePos.GetY(), 200);
+
+    // Even with hands off a null event is not swallowed: it is dropped first.
+    user->IsHandsOn(FALSE);
+    user->DoIt();
+    EXPECT_EQ(user->mEvent.claimed, FALSE);
+
+    // Handled, a null event goes the whole way like any other.
+    user->IsHandsOn(TRUE);
+    user->DoesHandleNulls(TRUE);
+    user->DoIt();
+    EXPECT_EQ(log, (Log{"prima:0", "orphan:0"}));
+    EXPECT_EQ(user->mEvent.claimed, FALSE);
+    user->mpPrimaDonnas->Remove(&prima);
+    user->mpOrphans->Remove(&orphan);
+}
+
+TEST_F(UserTest, PrimaDonnasComeBeforeOrphansAndTheFirstClaimerWins)
+{
+    Handler first("first", log, 2), second("second", log, 4), orphan1("orphan1", log, 8), orphan2("orphan2", log);
+    user->mpPrimaDonnas->AddToEnd(&first);
+    user->mpPrimaDonnas->AddToEnd(&second);
+    user->mpOrphans->AddToEnd(&orphan1);
+    user->mpOrphans->AddToEnd(&orphan2);
+    user->IsHandsOn(TRUE);
+    k.PushEvent(2);
+    k.PushEvent(4);
+    k.PushEvent(8);
+    k.PushEvent(16);
+    for (int frame = 0; frame < 4; frame++)
+        user->DoIt();
+    EXPECT_EQ(log, (Log{"first:2",                                         // the first prima donna claims
+                        "first:4", "second:4",                             // the second one claims
+                        "first:8", "second:8", "orphan1:8",                // nobody before the orphans
+                        "first:16", "second:16", "orphan1:16", "orphan2:16"})); // nobody at all
+    EXPECT_EQ(user->mEvent.claimed, FALSE);
+
+    // HandleEvent reports the claimed flag, also for an event claimed before.
+    GLEvent event;
+    event.type = 2;
+    EXPECT_EQ(user->HandleEvent(&event), TRUE);
+    event.claimed = TRUE;
+    event.type = 16;
+    log.clear();
+    EXPECT_EQ(user->HandleEvent(&event), TRUE);
+    user->mpPrimaDonnas->Remove(&first);
+    user->mpPrimaDonnas->Remove(&second);
+    user->mpOrphans->Remove(&orphan1);
+    user->mpOrphans->Remove(&orphan2);
+}
+
+TEST_F(UserTest, EmptyStepsAnswerFalseWithoutAskingAnybody)
+{
+    GLEvent event;
+    event.type = 8;
+    EXPECT_EQ(user->ProcessPrimas(&event), FALSE);
+    EXPECT_EQ(user->ProcessOrphans(&event), FALSE);
+    EXPECT_EQ(user->ProcessHogs(&event), FALSE);
+    EXPECT_EQ(user->HandleEvent(&event), FALSE);
+    Handler orphan("orphan", log, 8);
+    user->mpOrphans->AddToEnd(&orphan);
+    EXPECT_EQ(user->ProcessOrphans(&event), TRUE);
+    user->mpOrphans->Remove(&orphan);
+}
+
+TEST_F(UserTest, HogsTakeEveryEventEvenWhenNoneClaimsIt)
+{
+    Handler hog1("hog1", log), hog2("hog2", log, 1), prima("prima", log, 0xFFFF), orphan("orphan", log, 0xFFFF);
+    user->mpHogs->AddToEnd(&hog1);
+    user->mpHogs->AddToEnd(&hog2);
+    user->mpPrimaDonnas->AddToEnd(&prima);
+    user->mpOrphans->AddToEnd(&orphan);
+    user->IsHandsOn(TRUE);
+    k.PushEvent(8);
+    k.PushEvent(1);
+    user->DoIt();
+    EXPECT_EQ(user->mEvent.claimed, FALSE); // the key is lost
+    user->DoIt();
+    EXPECT_EQ(user->mEvent.claimed, TRUE);
+    EXPECT_EQ(log, (Log{"hog1:8", "hog2:8", "hog1:1", "hog2:1"}));
+    EXPECT_EQ(k.Count("GetEvent"), 2);
+
+    // Once the hogs are gone the others are asked again.
+    user->mpHogs->Remove(&hog1);
+    user->mpHogs->Remove(&hog2);
+    log.clear();
+    k.PushEvent(8);
+    user->DoIt();
+    EXPECT_EQ(log, (Log{"prima:8"}));
+    user->mpPrimaDonnas->Remove(&prima);
+    user->mpOrphans->Remove(&orphan);
+}
+
+TEST_F(UserTest, ModalHogsHoldTheFrameUntilOneClaims)
+{
+    Handler hog("hog", log, 1), prima("prima", log, 0xFFFF);
+    user->mpHogs->AddToEnd(&hog);
+    user->mpPrimaDonnas->AddToEnd(&prima);
+    user->IsHandsOn(TRUE);
+    user->HogsAreModal(TRUE);
+    k.PushEvent(8, 'x');
+    k.PushEvent(2, 0, 0, 40, 50);
+    k.PushEvent(1, 0, 0, 60, 70, 5);
+    k.PushEvent(8, 'y'); // stays queued for the next frame
+    std::size_t mark = k.Mark();
+    user->DoIt();
+    // Three events were fetched within one DoIt, all for the hog, and the
+    // kernel was asked for nothing else (no frame was drawn).
+    EXPECT_EQ(k.CallsSince(mark), (Log{"GetEvent(32767)", "GetEvent(32767)", "GetEvent(32767)"}));
+    EXPECT_EQ(log, (Log{"hog:8", "hog:2", "hog:1"}));
+    EXPECT_EQ(user->mEvent.type, 1);
+    EXPECT_EQ(user->mEvent.claimed, TRUE);
+    EXPECT_EQ(k.events.size(), 1u);
+    // The mouse position is the one of the frame's first event; the events
+    // fetched by the hog loop reach only the event object.
+    EXPECT_EQ(user->mEvent.where.GetX(), 60);
+
+    // Modal hogs also wait on null events when none are queued; a modal loop
+    // whose last hog leaves without claiming ends with the event unclaimed.
+    struct Leaver : Handler {
+        using Handler::Handler;
+        int HandleEvent(GLEvent* pEvent) override
+        {
+            Handler::HandleEvent(pEvent);
+            if (++mSeen == 3)
+                theGame->mpUser->mpHogs->Remove(this);
+            return pEvent->claimed;
+        }
+        int mSeen = 0;
+    } leaver("leaver", log);
+    user->mpHogs->Remove(&hog);
+    user->mpHogs->AddToEnd(&leaver);
+    log.clear();
+    user->mEvent.claimed = FALSE;
+    EXPECT_EQ(user->ProcessHogs(&user->mEvent), FALSE);
+    EXPECT_EQ(log, (Log{"leaver:1", "leaver:8", "leaver:0"}));
+    EXPECT_EQ(user->mEvent.claimed, FALSE);
+    EXPECT_TRUE(user->mpHogs->IsEmpty());
+    user->mpPrimaDonnas->Remove(&prima);
+}
+
+TEST_F(UserTest, ModalHogsOfferTheFrameEventAloneWhenAHogClaimsIt)
+{
+    Handler hog("hog", log, 8);
+    user->mpHogs->AddToEnd(&hog);
+    user->HogsAreModal(TRUE);
+    user->IsHandsOn(TRUE);
+    k.PushEvent(8);
+    k.PushEvent(8);
+    user->DoIt();
+    EXPECT_EQ(log, (Log{"hog:8"}));
+    EXPECT_EQ(k.events.size(), 1u);
+    user->mpHogs->Remove(&hog);
+}
+
+TEST_F(UserTest, CopiesHaveTheirOwnSetsAndEvent)
+{
+    Handler prima("prima", log);
+    user->mpPrimaDonnas->AddToEnd(&prima);
+    user->IsHandsOn(TRUE);
+    k.PushEvent(8, 1, 2, 3, 4, 5);
+    user->DoIt();
+    {
+        GLUser copy(*user);
+        EXPECT_NE(copy.mpPrimaDonnas, user->mpPrimaDonnas);
+        EXPECT_TRUE(copy.mpPrimaDonnas->IsInList(&prima));
+        EXPECT_EQ(copy.mUserFlags, 1);
+        EXPECT_EQ(copy.mExtra, 5u);
+        EXPECT_EQ(copy.mMousePos.GetX(), 3);
+        EXPECT_EQ(copy.mEvent.type, 8);
+        EXPECT_NE(copy.mEvent.kernelEvent, user->mEvent.kernelEvent);
+        copy.mpPrimaDonnas->Remove(&prima);
+        EXPECT_TRUE(user->mpPrimaDonnas->IsInList(&prima));
+
+        GLUser other;
+        other = copy;
+        EXPECT_NE(other.mpHogs, copy.mpHogs);
+        EXPECT_TRUE(other.mpPrimaDonnas->IsEmpty());
+        other = other;
+        EXPECT_EQ(other.mUserFlags, 1);
+    }
+    user->mpPrimaDonnas->Remove(&prima);
+}
+
+// A kernel that gives no memory to one source file, so that the checks on the
+// user's own allocations can be seen to fire.
+class StingyKernel : public RecordingKernel {
+public:
+    explicit StingyKernel(const char* file, int skip) : mFile(file), mSkip(skip) {}
+    void* AllocMemory(std::uint32_t uSize, const char* pFile, int iLine) override
+    {
+        if (mFile == pFile && mSkip-- <= 0)
+            return nullptr;
+        return RecordingKernel::AllocMemory(uSize, pFile, iLine);
+    }
+    std::string mFile;
+    int mSkip;
+};
+
+TEST_F(UserTest, FailedSetAllocationsAreReported)
+{
+    EXPECT_GL_ASSERT(
+        {
+            static StingyKernel stingy("Source/Gluser.cpp", 0);
+            DLLInit(&stingy);
+            GLUser failing;
+        },
+        "Source/Gluser.cpp", "mpHogs != 0");
+    EXPECT_GL_ASSERT(
+        {
+            static StingyKernel stingy("Source/Gluser.cpp", 1);
+            DLLInit(&stingy);
+            GLUser failing;
+        },
+        "Source/Gluser.cpp", "mpPrimaDonnas != 0");
+    EXPECT_GL_ASSERT(
+        {
+            static StingyKernel stingy("Source/Gluser.cpp", 2);
+            DLLInit(&stingy);
+            GLUser failing;
+        },
+        "Source/Gluser.cpp", "mpOrphans != 0");
+}
+
+} // namespace
