@@ -50,8 +50,8 @@ void GLCelRes::Init(std::uint32_t view, short loop, short cel, std::int32_t data
 // ----- GLCursor -----
 
 GLCursor::GLCursor(GLCelRes& celRes, int fShow)
-    : mState(0), mPos(0, 0), mNormCelRes(celRes), mWaitCelRes(celRes), mHandsOffCelRes(celRes),
-      mHighLtCelRes(celRes), mCageRect(0, 0, 639, 479)
+    : mState(0), mPos(0, 0), mNormCelRes(celRes), mWaitCelRes(celRes), mHandsOffCelRes(celRes), mHighLtCelRes(celRes),
+      mCageRect(0, 0, 639, 479)
 {
     ShowCelRes(mNormCelRes);
     if (fShow) {
@@ -62,8 +62,8 @@ GLCursor::GLCursor(GLCelRes& celRes, int fShow)
 
 GLCursor::GLCursor(const GLCursor& cursor)
     : GLObject(cursor), mState(cursor.mState), mPos(cursor.mPos), mNormCelRes(cursor.mNormCelRes),
-      mWaitCelRes(cursor.mWaitCelRes), mHandsOffCelRes(cursor.mHandsOffCelRes),
-      mHighLtCelRes(cursor.mHighLtCelRes), mCageRect(cursor.mCageRect)
+      mWaitCelRes(cursor.mWaitCelRes), mHandsOffCelRes(cursor.mHandsOffCelRes), mHighLtCelRes(cursor.mHighLtCelRes),
+      mCageRect(cursor.mCageRect)
 {
 }
 

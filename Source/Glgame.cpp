@@ -7,8 +7,7 @@
 #include "glquithd.h"
 #include "gluser.h"
 
-GLGame::GLGame()
-    : mpPlaneManager(0), mpUser(0), mpCursor(0), mpObjects(0), mQuit(0), mGameTicks(0)
+GLGame::GLGame() : mpPlaneManager(0), mpUser(0), mpCursor(0), mpObjects(0), mQuit(0), mGameTicks(0)
 {
     mpPlaneManager = GL_NEW GLPlaneManager;
     mpUser = GL_NEW GLUser;

@@ -1,9 +1,9 @@
 // Glquithd.cpp - the prima donna that ends the main loop. See include/glquithd.h.
 #include "glquithd.h"
 
+#include "gldll.h"
 #include "glevent.h"
 #include "glgame.h"
-#include "gldll.h"
 
 GLQuitHandler::GLQuitHandler() {}
 

@@ -36,8 +36,8 @@ GLUser::GLUser() : mMousePos(0, 0), mExtra(0), mEvent(), mUserFlags(0), mpHogs(0
 // A user's sets are its own: a copy gets new sets holding the same handlers,
 // so that the two users never release the same set.
 GLUser::GLUser(const GLUser& user)
-    : GLObject(user), mMousePos(user.mMousePos), mExtra(user.mExtra), mEvent(user.mEvent),
-      mUserFlags(user.mUserFlags), mpHogs(0), mpPrimaDonnas(0), mpOrphans(0)
+    : GLObject(user), mMousePos(user.mMousePos), mExtra(user.mExtra), mEvent(user.mEvent), mUserFlags(user.mUserFlags),
+      mpHogs(0), mpPrimaDonnas(0), mpOrphans(0)
 {
     CopySets(user);
 }

@@ -118,12 +118,12 @@ public:
 
 protected:
     std::uint32_t mState;
-    GLPoint mPos;              // global coordinates
+    GLPoint mPos; // global coordinates
     GLCelRes mNormCelRes;
     GLCelRes mWaitCelRes;
     GLCelRes mHandsOffCelRes;
     GLCelRes mHighLtCelRes;
-    ZOR_Rect mCageRect;        // 0, 0, 639, 479; kept, not used by the library
+    ZOR_Rect mCageRect; // 0, 0, 639, 479; kept, not used by the library
 
 private:
     GLCelRes& CurrCelRes();

@@ -73,12 +73,12 @@ public:
     // always the same point object.
     GLPoint& GetMousePos();
 
-    GLPlaneManager* mpPlaneManager;     // owned: the planes, in stacking order
-    GLUser* mpUser;                     // owned: input dispatch
-    GLCursor* mpCursor;                 // owned: the mouse cursor, or null
-    GLSetAsArray<GLObject>* mpObjects;  // owned; its members are not
-    std::int32_t mQuit;                 // TRUE ends Play
-    std::uint32_t mGameTicks;           // the kernel clock at the start of this frame
+    GLPlaneManager* mpPlaneManager;    // owned: the planes, in stacking order
+    GLUser* mpUser;                    // owned: input dispatch
+    GLCursor* mpCursor;                // owned: the mouse cursor, or null
+    GLSetAsArray<GLObject>* mpObjects; // owned; its members are not
+    std::int32_t mQuit;                // TRUE ends Play
+    std::uint32_t mGameTicks;          // the kernel clock at the start of this frame
 
 private:
     void CopyOwned(const GLGame& game);

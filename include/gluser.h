@@ -66,13 +66,13 @@ public:
     int DoesHandleNulls(int fFlag);
     int HogsAreModal(int fFlag);
 
-    GLPoint mMousePos;                 // the last event's position, global
-    std::uint32_t mExtra;              // the last event's extra word
-    GLEvent mEvent;                    // the current event, refreshed every frame
-    std::uint16_t mUserFlags;          // 1: hands on; 2: handles nulls; 4: modal hogs
-    GLEventHandlerSet* mpHogs;         // owned; take every event while any is present
-    GLEventHandlerSet* mpPrimaDonnas;  // owned; asked before the planes
-    GLEventHandlerSet* mpOrphans;      // owned; asked when nothing else took the event
+    GLPoint mMousePos;                // the last event's position, global
+    std::uint32_t mExtra;             // the last event's extra word
+    GLEvent mEvent;                   // the current event, refreshed every frame
+    std::uint16_t mUserFlags;         // 1: hands on; 2: handles nulls; 4: modal hogs
+    GLEventHandlerSet* mpHogs;        // owned; take every event while any is present
+    GLEventHandlerSet* mpPrimaDonnas; // owned; asked before the planes
+    GLEventHandlerSet* mpOrphans;     // owned; asked when nothing else took the event
 
 private:
     void CopySets(const GLUser& user);

@@ -2,6 +2,7 @@
 // mode switches that act only on a change, and what reaches the kernel.
 #include "QuindleTest.h"
 #include "glcursor.h"
+#include "glevent.h"
 
 #include <string>
 #include <vector>
@@ -120,9 +121,9 @@ TEST_F(CursorTest, ModeSwitchesActOnlyOnAChange)
     EXPECT_EQ(cursor->IsHighlighted(), 16);
     cursor->EndHighlight();
     cursor->EndHighlight();
-    EXPECT_EQ(CursorCallsSince(mark), (Calls{"SetCursorView(200,3,4)", "SetCursorView(100,1,2)",
-                                             "SetCursorView(300,5,6)", "SetCursorView(100,1,2)",
-                                             "SetCursorView(400,7,8)", "SetCursorView(100,1,2)"}));
+    EXPECT_EQ(CursorCallsSince(mark),
+              (Calls{"SetCursorView(200,3,4)", "SetCursorView(100,1,2)", "SetCursorView(300,5,6)",
+                     "SetCursorView(100,1,2)", "SetCursorView(400,7,8)", "SetCursorView(100,1,2)"}));
     EXPECT_EQ(cursor->GetState(), 0u);
     EXPECT_TRUE(cursor->IsNormal());
     delete cursor;
@@ -290,6 +291,20 @@ TEST_F(CursorTest, CopiesAreIndependent)
     copy.HandsOn();
     EXPECT_EQ(other.IsHandsOff(), 4);
     EXPECT_EQ(other.GetHighLtCelRes().mView, 400u);
+}
+
+TEST_F(CursorTest, EventsMoveTheStoredPositionOnly)
+{
+    GLCursor cursor(norm, TRUE);
+    GLEvent event;
+    k.PushEvent(1, 0, 0, 120, 130);
+    event.Refresh();
+    std::size_t mark = k.Mark();
+    EXPECT_EQ(cursor.HandleEvent(&event), TRUE);
+    EXPECT_EQ(event.claimed, FALSE);
+    EXPECT_EQ(cursor.GetPos().GetX(), 120);
+    EXPECT_EQ(cursor.GetPos().GetY(), 130);
+    EXPECT_TRUE(k.CallsSince(mark).empty());
 }
 
 } // namespace

@@ -2,8 +2,10 @@
 // the walk over its object set while members come and go, and the main loop
 // with its quit handler.
 #include "QuindleTest.h"
+#include "glcast.h"
 #include "glcursor.h"
 #include "glgame.h"
+#include "glplane.h"
 #include "glplanes.h"
 #include "glquithd.h"
 #include "gltarget.h"
@@ -232,8 +234,7 @@ TEST_F(GameTest, MisuseEndsWithTheExactReport)
             Trace trace(k);
             Worker meddler("meddler", trace);
             meddler.mAction = [&] {
-                game->mpUser->mpPrimaDonnas->Remove(
-                    static_cast<GLObject*>(game->mpUser->mpPrimaDonnas->Last()));
+                game->mpUser->mpPrimaDonnas->Remove(static_cast<GLObject*>(game->mpUser->mpPrimaDonnas->Last()));
                 game->mQuit = TRUE;
             };
             game->mpObjects->AddToEnd(&meddler);
@@ -301,6 +302,39 @@ TEST_F(GameTest, FrameReadsTheClockRunsObjectsDrawsThenTakesInput)
     game->mpUser->mpPrimaDonnas->Remove(&prima);
 }
 
+TEST_F(GameTest, PlanesWorkBeforeTheGamesObjectsTopPlaneFirst)
+{
+    Trace trace(k);
+    AbsGLPlane* low = new GLColoredPlane(ZOR_Rect(0, 0, 639, 479), 0, 1, 0, ZOR_Point(0, 0));
+    AbsGLPlane* top = new GLColoredPlane(ZOR_Rect(100, 100, 199, 199), 0, 9, 0, ZOR_Point(0, 0));
+    game->mpPlaneManager->Add(low);
+    game->mpPlaneManager->Add(top);
+    Worker onLow("onLow", trace), onTop("onTop", trace), own("own", trace);
+    Handler handler("handler", trace, 1);
+    low->GetCast()->Add(&onLow);
+    top->GetCast()->Add(&onTop);
+    top->GetCast()->Add(&handler);
+    game->mpObjects->AddToEnd(&own);
+    game->mpUser->IsHandsOn(TRUE);
+    k.PushEvent(1, 0, 0, 150, 150);
+    trace.Restart();
+    game->DoIt();
+    Log frame;
+    for (const std::string& line : trace.Merged())
+        if (line.rfind("PlaneTo", 0) != 0)
+            frame.push_back(line);
+    EXPECT_EQ(frame, (Log{"GetTicks()", "onTop", "onLow", "own", "UpdateScreen(1)", "GetEvent(32767)", "handler:1"}));
+    EXPECT_EQ(game->mpUser->mEvent.claimed, TRUE);
+    low->GetCast()->Remove(&onLow);
+    top->GetCast()->Remove(&onTop);
+    top->GetCast()->Remove(&handler);
+    game->mpObjects->Remove(&own);
+    game->mpPlaneManager->Remove(low);
+    game->mpPlaneManager->Remove(top);
+    delete low;
+    delete top;
+}
+
 TEST_F(GameTest, MousePositionIsOnePointUpdatedEveryFrame)
 {
     GLPoint& mouse = game->GetMousePos();
@@ -328,8 +362,7 @@ TEST_F(GameTest, MemberAddedAtTheEndRunsInTheSameFrame)
     late.mAction = [&] { game->mpObjects->AddToEnd(&later); };
     trace.Restart();
     game->DoIt();
-    EXPECT_EQ(trace.Merged(),
-              (Log{"GetTicks()", "A", "B", "late", "later", "UpdateScreen(1)", "GetEvent(32767)"}));
+    EXPECT_EQ(trace.Merged(), (Log{"GetTicks()", "A", "B", "late", "later", "UpdateScreen(1)", "GetEvent(32767)"}));
     for (Worker* w : {&a, &b, &late, &later})
         game->mpObjects->Remove(w);
 }
@@ -405,11 +438,11 @@ TEST_F(GameTest, QuitKeyEndsPlayAfterTheFrameThatFetchedIt)
     CountingGame* counting = new CountingGame;
     game = counting;
     GLDLLInit(game);
-    k.PushEvent(8, 0x4F00, 0);  // the right message without the modifier
-    k.PushEvent(8, 0x4F00, 5);  // the modifier must be exactly 4
+    k.PushEvent(8, 0x4F00, 0); // the right message without the modifier
+    k.PushEvent(8, 0x4F00, 5); // the modifier must be exactly 4
     k.PushEvent(8, 0x4F01, 4);
     k.PushEvent(1, 0x4F00, 4, 3, 3); // any type will do
-    k.PushEvent(8);               // never fetched
+    k.PushEvent(8);                  // never fetched
     std::size_t ledgerBefore = k.Ledger().LiveCount();
     game->Play();
     EXPECT_EQ(counting->mFrames, 4);

@@ -1,8 +1,11 @@
 // Input dispatch: the frame's event, hands off, null events, modal hogs and
 // the order of precedence hogs, prima donnas, planes, orphans.
 #include "QuindleTest.h"
+#include "glcast.h"
 #include "glcursor.h"
 #include "glgame.h"
+#include "glplane.h"
+#include "glplanes.h"
 #include "gltarget.h"
 #include "gluser.h"
 
@@ -159,9 +162,9 @@ TEST_F(UserTest, PrimaDonnasComeBeforeOrphansAndTheFirstClaimerWins)
     k.PushEvent(16);
     for (int frame = 0; frame < 4; frame++)
         user->DoIt();
-    EXPECT_EQ(log, (Log{"first:2",                                         // the first prima donna claims
-                        "first:4", "second:4",                             // the second one claims
-                        "first:8", "second:8", "orphan1:8",                // nobody before the orphans
+    EXPECT_EQ(log, (Log{"first:2",                                              // the first prima donna claims
+                        "first:4", "second:4",                                  // the second one claims
+                        "first:8", "second:8", "orphan1:8",                     // nobody before the orphans
                         "first:16", "second:16", "orphan1:16", "orphan2:16"})); // nobody at all
     EXPECT_EQ(user->mEvent.claimed, FALSE);
 
@@ -350,6 +353,104 @@ TEST_F(UserTest, FailedSetAllocationsAreReported)
             GLUser failing;
         },
         "Source/Gluser.cpp", "mpOrphans != 0");
+}
+
+// ----- the planes' place in the order -----
+
+// A handler on a plane: notes the position it is offered, in the coordinates
+// the event holds at that moment.
+class PlaneHandler : public Handler {
+public:
+    using Handler::Handler;
+    int HandleEvent(GLEvent* pEvent) override
+    {
+        mLog.push_back(mName + "@" + std::to_string(pEvent->where.GetX()) + "," + std::to_string(pEvent->where.GetY()) +
+                       (pEvent->plane ? "L" : "G"));
+        if (pEvent->type & mClaimMask)
+            pEvent->claimed = TRUE;
+        return pEvent->claimed;
+    }
+};
+
+class UserPlaneTest : public UserTest {
+protected:
+    void SetUp() override
+    {
+        UserTest::SetUp();
+        top = new GLColoredPlane(ZOR_Rect(0, 0, 99, 99), 1, 10, 0, ZOR_Point(0, 0));
+        low = new GLColoredPlane(ZOR_Rect(50, 50, 199, 199), 2, 5, 0, ZOR_Point(0, 0));
+        game->mpPlaneManager->Add(low);
+        game->mpPlaneManager->Add(top);
+        top->GetCast()->Add(&onTop);
+        low->GetCast()->Add(&onLow);
+        user->mpPrimaDonnas->AddToEnd(&prima);
+        user->mpOrphans->AddToEnd(&orphan);
+        user->IsHandsOn(TRUE);
+    }
+    void TearDown() override
+    {
+        user->mpPrimaDonnas->Remove(&prima);
+        user->mpOrphans->Remove(&orphan);
+        top->GetCast()->Remove(&onTop);
+        low->GetCast()->Remove(&onLow);
+        game->mpPlaneManager->Remove(top);
+        game->mpPlaneManager->Remove(low);
+        delete top;
+        delete low;
+        UserTest::TearDown();
+    }
+
+    AbsGLPlane* top = nullptr;
+    AbsGLPlane* low = nullptr;
+    PlaneHandler prima{"prima", log};
+    PlaneHandler onTop{"top", log};
+    PlaneHandler onLow{"low", log};
+    PlaneHandler orphan{"orphan", log};
+};
+
+TEST_F(UserPlaneTest, PlanesAreAskedAfterThePrimaDonnasAndBeforeTheOrphans)
+{
+    // Nobody claims: every plane under the position, top first, sees the
+    // event in its own coordinates; the orphans get it global again.
+    k.PushEvent(1, 0, 0, 60, 70);
+    user->DoIt();
+    EXPECT_EQ(log, (Log{"prima@60,70G", "top@60,70L", "low@10,20L", "orphan@60,70G"}));
+    EXPECT_EQ(user->mEvent.claimed, FALSE);
+
+    // A plane that claims keeps the event from the planes below and the
+    // orphans; the event stays in its coordinates.
+    onLow.mClaimMask = 1;
+    log.clear();
+    k.PushEvent(1, 0, 0, 60, 70);
+    user->DoIt();
+    EXPECT_EQ(log, (Log{"prima@60,70G", "top@60,70L", "low@10,20L"}));
+    EXPECT_EQ(user->mEvent.plane, low);
+    EXPECT_EQ(user->mEvent.where.GetX(), 10);
+
+    // A position on the lower plane only; then one on no plane at all.
+    log.clear();
+    k.PushEvent(1, 0, 0, 150, 160);
+    k.PushEvent(2, 0, 0, 300, 300);
+    user->DoIt();
+    user->DoIt();
+    EXPECT_EQ(log, (Log{"prima@150,160G", "low@100,110L", "prima@300,300G", "orphan@300,300G"}));
+}
+
+TEST_F(UserPlaneTest, PrimaDonnasAndHogsKeepTheEventFromThePlanes)
+{
+    prima.mClaimMask = 8;
+    k.PushEvent(8, 0, 0, 60, 70);
+    user->DoIt();
+    EXPECT_EQ(log, (Log{"prima@60,70G"}));
+
+    PlaneHandler hog("hog", log);
+    user->mpHogs->AddToEnd(&hog);
+    log.clear();
+    k.PushEvent(1, 0, 0, 60, 70);
+    user->DoIt();
+    EXPECT_EQ(log, (Log{"hog@60,70G"}));
+    EXPECT_EQ(user->mEvent.claimed, FALSE);
+    user->mpHogs->Remove(&hog);
 }
 
 } // namespace
