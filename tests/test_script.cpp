@@ -1,0 +1,376 @@
+// Scripts: states entered on construction, on cues and when their own waits
+// are over, frame by frame through the game's object set.
+#include "QuindleTest.h"
+#include "glgame.h"
+#include "glscript.h"
+#include "glset.h"
+
+#include <functional>
+#include <vector>
+
+namespace {
+
+// One call of a code function.
+struct Call {
+    GLScript* script;
+    int state;
+    int fieldState; // the script's mState during the call
+    int frame;
+};
+
+// What the code functions of a test record and do. A code function is a plain
+// function, so it reaches the test through this pointer.
+struct Scene {
+    std::vector<Call> calls;
+    std::function<void(GLScript*, int)> action;
+    int frame = 0;
+};
+Scene* gScene = nullptr;
+
+void Code(GLScript* pScript, int iState)
+{
+    gScene->calls.push_back({pScript, iState, pScript->mState, gScene->frame});
+    if (gScene->action)
+        gScene->action(pScript, iState);
+}
+
+class ScriptTest : public QuindleTest {
+protected:
+    void SetUp() override
+    {
+        game = new GLGame;
+        GLDLLInit(game);
+        gScene = &scene;
+    }
+    void TearDown() override
+    {
+        gScene = nullptr;
+        delete game;
+        theGame = nullptr;
+    }
+    void Frame()
+    {
+        ++scene.frame;
+        theGame->DoIt();
+    }
+    std::vector<int> States() const
+    {
+        std::vector<int> states;
+        for (const Call& call : scene.calls)
+            states.push_back(call.state);
+        return states;
+    }
+    GLSetAsArray<GLObject>& Objects() { return *theGame->mpObjects; }
+
+    GLGame* game = nullptr;
+    Scene scene;
+};
+
+// Told when a script is destroyed; copies what it sees during the call.
+class Watcher : public GLObject {
+public:
+    void Cue(GLCue* pCue) override
+    {
+        ++cues;
+        cue = pCue;
+        whoToCue = pCue->mpWhoToCue;
+        value = pCue->mValue;
+        data = pCue->mpData;
+    }
+    int cues = 0;
+    GLCue* cue = nullptr;
+    GLObject* whoToCue = nullptr;
+    int value = 0;
+    void* data = nullptr;
+};
+
+// A member of the game's object set with nothing to do.
+class Idler : public GLObject {
+public:
+    void DoIt() override { ++runs; }
+    int runs = 0;
+};
+
+TEST_F(ScriptTest, EachConstructorEntersItsFirstStateBeforeItReturns)
+{
+    int data = 0;
+    GLScript* plain = new GLScript(Code);
+    ASSERT_EQ(scene.calls.size(), 1u);
+    EXPECT_EQ(scene.calls[0].script, plain);
+    EXPECT_EQ(scene.calls[0].state, 0);
+    EXPECT_EQ(scene.calls[0].fieldState, 0);
+    EXPECT_EQ(plain->mpWhoToCue, plain);
+    EXPECT_EQ(plain->mpCuer, nullptr);
+    EXPECT_EQ(plain->mValue, 0);
+    EXPECT_EQ(plain->mpData, nullptr);
+    EXPECT_EQ(plain->mType, GLTimer::UnsetTimer);
+    EXPECT_EQ(plain->mpCode, &Code);
+
+    GLScript* five = new GLScript(Code, 5);
+    GLScript* valued = new GLScript(Code, -3, 77);
+    GLScript* full = new GLScript(Code, 2, 8, &data);
+    ASSERT_EQ(scene.calls.size(), 4u);
+    EXPECT_EQ(scene.calls[1].state, 5);
+    EXPECT_EQ(five->mState, 5);
+    EXPECT_EQ(scene.calls[2].state, -3);
+    EXPECT_EQ(valued->mValue, 77);
+    EXPECT_EQ(valued->mpData, nullptr);
+    EXPECT_EQ(scene.calls[3].state, 2);
+    EXPECT_EQ(full->mValue, 8);
+    EXPECT_EQ(full->mpData, &data);
+
+    // All four are in the game's set, the newest first.
+    ASSERT_EQ(Objects().NumElements(), 4);
+    EXPECT_EQ(Objects()[0], full);
+    EXPECT_EQ(Objects()[3], plain);
+
+    // No wait runs, so frames leave them where they are.
+    Frame();
+    Frame();
+    EXPECT_EQ(scene.calls.size(), 4u);
+
+    delete plain;
+    delete five;
+    delete valued;
+    delete full;
+    EXPECT_EQ(Objects().NumElements(), 0);
+}
+
+TEST_F(ScriptTest, ChangeStateAndCueCallTheCodeFunctionWithTheStateAlreadyStored)
+{
+    GLScript* script = new GLScript(Code, 1);
+    script->ChangeState(10);
+    script->Cue();
+    script->Cue(nullptr); // the cue is not looked at
+    EXPECT_EQ(States(), (std::vector<int>{1, 10, 11, 12}));
+    for (const Call& call : scene.calls)
+        EXPECT_EQ(call.fieldState, call.state);
+    delete script;
+}
+
+TEST_F(ScriptTest, ACyclesWaitAdvancesOnTheNextFrameThatReachesTheScript)
+{
+    scene.action = [](GLScript* pScript, int iState) {
+        if (iState == 0)
+            pScript->SetCycles(1);
+        if (iState == 1)
+            pScript->SetCycles(3);
+    };
+    GLScript* script = new GLScript(Code);
+    EXPECT_EQ(script->mType, GLTimer::CyclesTimer);
+    Frame();
+    ASSERT_EQ(States(), (std::vector<int>{0, 1}));
+    EXPECT_EQ(scene.calls[1].frame, 1);
+    Frame();
+    Frame();
+    EXPECT_EQ(scene.calls.size(), 2u);
+    Frame();
+    ASSERT_EQ(States(), (std::vector<int>{0, 1, 2}));
+    EXPECT_EQ(scene.calls[2].frame, 4);
+    // The wait that ended was cleared before state 2 was entered.
+    EXPECT_EQ(script->mType, GLTimer::UnsetTimer);
+    EXPECT_EQ(script->mCycles, 0u);
+    delete script;
+}
+
+TEST_F(ScriptTest, ASecondsWaitAdvancesOnTheFirstFrameOnWhichTheClockHasGrownByIt)
+{
+    k.seconds = 100;
+    scene.action = [](GLScript* pScript, int iState) {
+        if (iState == 0 || iState == 1)
+            pScript->SetSeconds(2);
+    };
+    GLScript* script = new GLScript(Code);
+    EXPECT_EQ(script->mSecondsEnd, 102u);
+    Frame();
+    k.seconds = 101;
+    Frame();
+    EXPECT_EQ(scene.calls.size(), 1u);
+    k.seconds = 102;
+    Frame();
+    ASSERT_EQ(States(), (std::vector<int>{0, 1}));
+    EXPECT_EQ(scene.calls[1].frame, 3);
+    // A clock that jumps past the end counts as well.
+    k.seconds = 110;
+    Frame();
+    EXPECT_EQ(States(), (std::vector<int>{0, 1, 2}));
+    delete script;
+}
+
+TEST_F(ScriptTest, ATicksWaitCountsFromTheTicksOfTheCurrentFrame)
+{
+    k.ticks = 1000;
+    Frame();
+    k.ticks = 1234; // not read until the next frame starts
+    scene.action = [](GLScript* pScript, int iState) {
+        if (iState == 0)
+            pScript->SetTicks(30);
+    };
+    GLScript* script = new GLScript(Code);
+    EXPECT_EQ(script->mTicksEnd, 1030u);
+    k.ticks = 1029;
+    Frame();
+    EXPECT_EQ(scene.calls.size(), 1u);
+    k.ticks = 1030;
+    Frame();
+    EXPECT_EQ(States(), (std::vector<int>{0, 1}));
+    delete script;
+}
+
+TEST_F(ScriptTest, TwoCuesInOneFrameAdvanceTheScriptTwice)
+{
+    GLScript* script = new GLScript(Code);
+    GLObject cuer;
+    Idler between;
+    // The first cue delivered leaves the set and moves the rest down under the
+    // game's walk; with one member between them both cues are reached in the
+    // same frame.
+    new GLCue(script, &cuer, 5);
+    Objects().AddToFront(&between);
+    new GLCue(script, &cuer, 6);
+    Frame();
+    ASSERT_EQ(States(), (std::vector<int>{0, 1, 2}));
+    EXPECT_EQ(scene.calls[1].frame, 1);
+    EXPECT_EQ(scene.calls[2].frame, 1);
+    EXPECT_EQ(Objects().NumElements(), 2);
+    Frame();
+    EXPECT_EQ(scene.calls.size(), 3u);
+    Objects().Remove(&between);
+    delete script;
+}
+
+TEST_F(ScriptTest, ACueDuringAWaitAdvancesTheStateAndTheWaitStillRuns)
+{
+    scene.action = [](GLScript* pScript, int iState) {
+        if (iState == 0)
+            pScript->SetCycles(2);
+    };
+    GLScript* script = new GLScript(Code);
+    script->Cue(nullptr);
+    EXPECT_EQ(States(), (std::vector<int>{0, 1}));
+    EXPECT_EQ(script->mType, GLTimer::CyclesTimer);
+    Frame();
+    EXPECT_EQ(scene.calls.size(), 2u);
+    Frame();
+    EXPECT_EQ(States(), (std::vector<int>{0, 1, 2}));
+    Frame();
+    EXPECT_EQ(scene.calls.size(), 3u);
+    delete script;
+}
+
+TEST_F(ScriptTest, InitWithUnsetCancelsAWait)
+{
+    scene.action = [](GLScript* pScript, int iState) {
+        if (iState == 0)
+            pScript->SetCycles(1);
+    };
+    GLScript* script = new GLScript(Code);
+    script->Init(GLTimer::UnsetTimer, 0);
+    Frame();
+    Frame();
+    EXPECT_EQ(scene.calls.size(), 1u);
+    script->SetTicks(1); // a new wait may start now
+    k.ticks = theGame->mGameTicks + 1;
+    Frame();
+    EXPECT_EQ(States(), (std::vector<int>{0, 1}));
+    delete script;
+}
+
+TEST_F(ScriptTest, ADestroyedScriptLeavesTheSetAndCuesItsCuerWithItself)
+{
+    int data = 0;
+    Watcher watcher;
+    GLScript* script = new GLScript(Code, 0, 31, &data);
+    script->mpCuer = &watcher;
+    EXPECT_EQ(watcher.cues, 0);
+    delete script;
+    EXPECT_FALSE(Objects().IsInList(script));
+    EXPECT_EQ(watcher.cues, 1);
+    EXPECT_EQ(watcher.cue, script);
+    EXPECT_EQ(watcher.whoToCue, script);
+    EXPECT_EQ(watcher.value, 31);
+    EXPECT_EQ(watcher.data, &data);
+}
+
+TEST_F(ScriptTest, TheCodeFunctionMayDeleteItsScriptOnAWaitOrOnACue)
+{
+    Watcher watcher;
+    Idler other;
+    int data = 0;
+    scene.action = [](GLScript* pScript, int iState) {
+        if (iState == 0)
+            pScript->SetCycles(1);
+        if (iState == 1)
+            delete pScript;
+    };
+    GLScript* waiting = new GLScript(Code, 0, 4, &data);
+    waiting->mpCuer = &watcher;
+    Objects().AddToEnd(&other);
+    Frame();
+    EXPECT_EQ(States(), (std::vector<int>{0, 1}));
+    EXPECT_FALSE(Objects().IsInList(waiting));
+    EXPECT_EQ(watcher.cues, 1);
+    EXPECT_EQ(watcher.whoToCue, waiting);
+    EXPECT_EQ(watcher.value, 4);
+    EXPECT_EQ(watcher.data, &data);
+
+    // The same on a cue: the script goes during the cue's delivery and the cue
+    // still leaves the set and deletes itself.
+    scene.calls.clear();
+    scene.action = [](GLScript* pScript, int iState) {
+        if (iState == 3)
+            delete pScript;
+    };
+    GLScript* cued = new GLScript(Code, 2);
+    new GLCue(cued);
+    Frame();
+    EXPECT_EQ(States(), (std::vector<int>{2, 3}));
+    EXPECT_EQ(Objects().NumElements(), 1);
+    EXPECT_EQ(Objects().First(), &other);
+    Objects().Remove(&other);
+}
+
+TEST_F(ScriptTest, ACopyIsNotRunAndGoesWithoutDisturbingTheSet)
+{
+    Watcher watcher;
+    scene.action = [](GLScript* pScript, int iState) {
+        if (iState == 0)
+            pScript->SetCycles(2);
+    };
+    GLScript* script = new GLScript(Code, 0, 6);
+    {
+        GLScript copy(*script);
+        EXPECT_EQ(scene.calls.size(), 1u);
+        EXPECT_EQ(copy.mState, 0);
+        EXPECT_EQ(copy.mpCode, &Code);
+        EXPECT_EQ(copy.mType, GLTimer::CyclesTimer);
+        EXPECT_EQ(copy.mCycles, 2u);
+        EXPECT_EQ(copy.mValue, 6);
+        EXPECT_EQ(copy.mpWhoToCue, script);
+        EXPECT_FALSE(Objects().IsInList(&copy));
+        copy.mpCuer = &watcher;
+    }
+    // Destroying a script tells its cuer, a copy included.
+    EXPECT_EQ(watcher.cues, 1);
+    EXPECT_EQ(watcher.value, 6);
+    EXPECT_EQ(Objects().NumElements(), 1);
+    Frame();
+    Frame();
+    EXPECT_EQ(States(), (std::vector<int>{0, 1}));
+    delete script;
+}
+
+TEST_F(ScriptTest, AWaitMustBeNonZeroAndAlone)
+{
+    GLScript* script = new GLScript(Code);
+    EXPECT_GL_ASSERT(script->SetCycles(0), "Source/Glscript.cpp", "mType==UnsetTimer && cycles");
+    EXPECT_GL_ASSERT(script->SetSeconds(0), "Source/Glscript.cpp", "mType==UnsetTimer && secs");
+    EXPECT_GL_ASSERT(script->SetTicks(0), "Source/Glscript.cpp", "mType==UnsetTimer && ticks");
+    script->SetSeconds(5);
+    EXPECT_GL_ASSERT(script->SetCycles(1), "Source/Glscript.cpp", "mType==UnsetTimer && cycles");
+    EXPECT_GL_ASSERT(script->SetSeconds(1), "Source/Glscript.cpp", "mType==UnsetTimer && secs");
+    EXPECT_GL_ASSERT(script->SetTicks(1), "Source/Glscript.cpp", "mType==UnsetTimer && ticks");
+    delete script;
+}
+
+} // namespace
