@@ -39,30 +39,6 @@ protected:
 
 using Calls = std::vector<std::string>;
 
-TEST_F(CursorTest, CelResCarriesFourValues)
-{
-    GLCelRes zero;
-    EXPECT_EQ(zero.mView, 0u);
-    EXPECT_EQ(zero.mLoop, 0);
-    EXPECT_EQ(zero.mCel, 0);
-    EXPECT_EQ(zero.mData, 0);
-
-    GLCelRes res(70000, -1, 12, -5);
-    GLCelRes copy(res);
-    EXPECT_EQ(copy.mView, 70000u);
-    EXPECT_EQ(copy.mLoop, -1);
-    EXPECT_EQ(copy.mCel, 12);
-    EXPECT_EQ(copy.mData, -5);
-    zero = res;
-    EXPECT_EQ(zero.mData, -5);
-    zero.Init(1, 2, 3, 4);
-    EXPECT_EQ(zero.mView, 1u);
-    EXPECT_EQ(zero.mLoop, 2);
-    EXPECT_EQ(zero.mCel, 3);
-    EXPECT_EQ(zero.mData, 4);
-    EXPECT_EQ(res.mView, 70000u); // assignment left the source alone
-}
-
 TEST_F(CursorTest, NewCursorShowsItsTripleAndTouchesVisibilityOnlyWhenAsked)
 {
     std::size_t mark = k.Mark();

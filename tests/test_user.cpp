@@ -247,6 +247,7 @@ TEST_F(UserTest, ModalHogsHoldTheFrameUntilOneClaims)
     // The mouse position is the one of the frame's first event; the events
     // fetched by the hog loop reach only the event object.
     EXPECT_EQ(user->mEvent.where.GetX(), 60);
+    EXPECT_EQ(user->mMousePos.GetX(), 0);
 
     // Modal hogs also wait on null events when none are queued; a modal loop
     // whose last hog leaves without claiming ends with the event unclaimed.
