@@ -5,6 +5,8 @@
 #include <png.h>
 
 #include <cstring>
+#include <fcntl.h>
+#include <unistd.h>
 #include <fstream>
 #include <iterator>
 
@@ -126,6 +128,33 @@ bool SoftWritePngRgb(const std::string& path, const std::uint8_t* rgb, int width
     return true;
 }
 
+bool SoftWriteBitmapPng(const std::string& path, const SoftBitmap& bitmap, const SoftPalette& palette,
+                        std::string* error)
+{
+    const std::size_t count = static_cast<std::size_t>(bitmap.width) * bitmap.height;
+    std::vector<std::uint8_t> rgba(count * 4, 0);
+    for (std::size_t i = 0; i < count; i++) {
+        if (!bitmap.opaque[i])
+            continue;
+        const SoftColor& c = palette.colors[bitmap.pixels[i]];
+        rgba[i * 4] = c.r;
+        rgba[i * 4 + 1] = c.g;
+        rgba[i * 4 + 2] = c.b;
+        rgba[i * 4 + 3] = 255;
+    }
+    png_image image;
+    std::memset(&image, 0, sizeof image);
+    image.version = PNG_IMAGE_VERSION;
+    image.width = static_cast<png_uint_32>(bitmap.width);
+    image.height = static_cast<png_uint_32>(bitmap.height);
+    image.format = PNG_FORMAT_RGBA;
+    if (!png_image_write_to_file(&image, path.c_str(), 0, rgba.data(), 0, nullptr)) {
+        *error = path + ": cannot write PNG (" + image.message + ")";
+        return false;
+    }
+    return true;
+}
+
 bool SoftWritePng(const std::string& path, const std::uint8_t* indices, int width, int height,
                   const SoftPalette& palette, std::string* error)
 {
@@ -151,8 +180,15 @@ SoftGifWriter::~SoftGifWriter()
 bool SoftGifWriter::Open(const std::string& path, int width, int height, std::string* error)
 {
     int code = 0;
-    GifFileType* gif = EGifOpenFileName(path.c_str(), false, &code);
+    // Opened here rather than by giflib, which would make the file private to its owner.
+    const int fd = ::open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0666);
+    if (fd < 0) {
+        *error = path + ": cannot create GIF";
+        return false;
+    }
+    GifFileType* gif = EGifOpenFileHandle(fd, &code);
     if (!gif) {
+        ::close(fd);
         *error = path + ": cannot create GIF (" + GifErrorString(code) + ")";
         return false;
     }

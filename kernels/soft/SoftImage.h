@@ -56,6 +56,10 @@ bool SoftReadPngMemory(const void* data, std::size_t size, const std::string& na
 // Writes a frame of palette indices as an RGB PNG.
 bool SoftWritePng(const std::string& path, const std::uint8_t* indices, int width, int height,
                   const SoftPalette& palette, std::string* error);
+// Writes a bitmap as an RGBA PNG: transparent pixels get alpha 0, so reading
+// it back gives the same bitmap (the origin is not kept: manifests hold it).
+bool SoftWriteBitmapPng(const std::string& path, const SoftBitmap& bitmap, const SoftPalette& palette,
+                        std::string* error);
 // Writes an RGB image (3 bytes a pixel) as a PNG.
 bool SoftWritePngRgb(const std::string& path, const std::uint8_t* rgb, int width, int height, std::string* error);
 

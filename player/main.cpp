@@ -1,0 +1,408 @@
+// quindle-player: runs a game folder on the soft kernel, headless by default.
+//
+//   quindle-player <game folder> [options] [-- game arguments]
+//
+// See Usage() below, and docs/KERNEL.md for the game folder.
+#include "quindle_game.h"
+
+#include "SoftKernel.h"
+#include "SoftText.h"
+#include "gldefs.h"
+#ifdef QUINDLE_HAVE_WINDOW
+#include "SoftWindow.h"
+#endif
+
+#include <dlfcn.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <set>
+#include <string>
+#include <vector>
+
+namespace {
+
+void Usage(std::FILE* out)
+{
+    std::fprintf(out,
+                 "usage: quindle-player <game folder> [options] [-- game arguments]\n"
+                 "\n"
+                 "Runs the game headless until it quits or the time is over, and writes\n"
+                 "what it drew.\n"
+                 "\n"
+                 "  --ticks N         stop after N ticks, 60 a second (default 3600)\n"
+                 "  --script FILE     input events by tick (see docs/KERNEL.md)\n"
+                 "  --out DIR         where frames go (default quindle-out); made if missing\n"
+                 "  --frame T[,T...]  write the frame drawn at tick T as DIR/frame-T.png\n"
+                 "  --every N         write every Nth tick's frame as a PNG\n"
+                 "  --gif FILE        the whole run as an animated GIF (default DIR/run.gif)\n"
+                 "  --no-gif          no GIF\n"
+                 "  --gif-every N     one GIF frame every N ticks (default 2)\n"
+                 "  --step N          ticks the clock advances per frame (default 1)\n"
+                 "  --quiet           no progress line\n"
+                 "  --window          play in a window instead (real clock, mouse and keyboard)\n"
+                 "  --scale N         window scale (default 2)\n"
+                 "\n"
+                 "Always writes DIR/final.png, the last frame. Exits with 0 when the run ended\n"
+                 "normally, 1 on a usage error, 2 when a resource, the script or the game\n"
+                 "folder is faulty, 3 when the game library cannot be started.\n");
+}
+
+struct Options {
+    std::string folder;
+    std::uint32_t ticks = 3600;
+    std::string script;
+    std::string out = "quindle-out";
+    std::set<std::uint32_t> frames;
+    std::uint32_t every = 0;
+    std::string gif;
+    bool noGif = false;
+    std::uint32_t gifEvery = 2;
+    std::uint32_t step = 1;
+    bool quiet = false;
+    bool window = false;
+    int scale = 2;
+    std::vector<char*> gameArgs;
+};
+
+bool Number(const char* text, long long low, long long high, long long* value)
+{
+    return SoftParseInt(text ? text : "", low, high, value);
+}
+
+bool ParseOptions(int argc, char** argv, Options* o, std::string* error)
+{
+    for (int i = 1; i < argc; i++) {
+        const std::string a = argv[i];
+        const char* next = i + 1 < argc ? argv[i + 1] : nullptr;
+        long long v = 0;
+        auto need = [&](const char* what) {
+            if (!next) {
+                *error = a + " needs " + what;
+                return false;
+            }
+            i++;
+            return true;
+        };
+        if (a == "--") {
+            for (int j = i + 1; j < argc; j++)
+                o->gameArgs.push_back(argv[j]);
+            break;
+        } else if (a == "-h" || a == "--help") {
+            Usage(stdout);
+            std::exit(0);
+        } else if (a == "--ticks") {
+            if (!need("a number of ticks") || !Number(next, 1, 0x7FFFFFFF, &v))
+                return *error = error->empty() ? "--ticks needs a number of ticks 1..2147483647" : *error, false;
+            o->ticks = static_cast<std::uint32_t>(v);
+        } else if (a == "--script") {
+            if (!need("a file"))
+                return false;
+            o->script = next;
+        } else if (a == "--out") {
+            if (!need("a directory"))
+                return false;
+            o->out = next;
+        } else if (a == "--frame") {
+            if (!need("ticks"))
+                return false;
+            std::string list = next;
+            std::size_t at = 0;
+            while (at <= list.size()) {
+                std::size_t comma = list.find(',', at);
+                if (comma == std::string::npos)
+                    comma = list.size();
+                if (!Number(list.substr(at, comma - at).c_str(), 0, 0x7FFFFFFF, &v)) {
+                    *error = "--frame needs ticks separated by commas, not '" + list + "'";
+                    return false;
+                }
+                o->frames.insert(static_cast<std::uint32_t>(v));
+                at = comma + 1;
+            }
+        } else if (a == "--every" || a == "--gif-every" || a == "--step" || a == "--scale") {
+            if (!need("a number") || !Number(next, 1, a == "--scale" ? 8 : 3600, &v)) {
+                *error = a + " needs a number 1.." + (a == "--scale" ? "8" : "3600");
+                return false;
+            }
+            if (a == "--every")
+                o->every = static_cast<std::uint32_t>(v);
+            else if (a == "--gif-every")
+                o->gifEvery = static_cast<std::uint32_t>(v);
+            else if (a == "--step")
+                o->step = static_cast<std::uint32_t>(v);
+            else
+                o->scale = static_cast<int>(v);
+        } else if (a == "--gif") {
+            if (!need("a file"))
+                return false;
+            o->gif = next;
+        } else if (a == "--no-gif") {
+            o->noGif = true;
+        } else if (a == "--quiet") {
+            o->quiet = true;
+        } else if (a == "--window") {
+            o->window = true;
+        } else if (!a.empty() && a[0] == '-') {
+            *error = "unknown option " + a;
+            return false;
+        } else if (o->folder.empty()) {
+            o->folder = a;
+        } else {
+            *error = "only one game folder, not also '" + a + "'";
+            return false;
+        }
+    }
+    if (o->folder.empty()) {
+        *error = "no game folder given";
+        return false;
+    }
+    return true;
+}
+
+struct GameFile {
+    std::string library;
+    std::string title = "quindle";
+};
+
+bool ReadGameFile(const std::string& folder, GameFile* g, std::string* error)
+{
+    const std::string path = folder + "/game.txt";
+    std::string text;
+    if (!SoftReadFile(path, &text)) {
+        *error = path + ": no such file (a game folder names its game library there)";
+        return false;
+    }
+    const auto lines = SoftLines(text);
+    std::vector<std::string> w;
+    for (std::size_t i = 0; i < lines.size(); i++) {
+        const std::string where = path + ":" + std::to_string(i + 1) + ": ";
+        std::string fault;
+        if (!SoftSplitWords(lines[i], &w, &fault)) {
+            *error = where + fault;
+            return false;
+        }
+        if (w.empty())
+            continue;
+        if (w[0] == "library" && w.size() == 2)
+            g->library = w[1][0] == '/' ? w[1] : folder + "/" + w[1];
+        else if (w[0] == "title" && w.size() == 2)
+            g->title = w[1];
+        else {
+            *error = where + "expected 'library <file>' or 'title \"<text>\"'";
+            return false;
+        }
+    }
+    if (g->library.empty()) {
+        *error = path + ": no 'library <file>' line";
+        return false;
+    }
+    return true;
+}
+
+// What the frame hook needs.
+struct Run {
+    const Options* options = nullptr;
+    SoftGifWriter gif;
+    std::uint32_t lastGifTick = 0;
+    bool haveGifFrame = false;
+    long long gifFrames = 0;
+    std::string writeError;
+    int pngs = 0;
+#ifdef QUINDLE_HAVE_WINDOW
+    SoftWindow* window = nullptr;
+#endif
+};
+
+void OnFrame(SoftKernel& k, void* data)
+{
+    Run& run = *static_cast<Run*>(data);
+    const Options& o = *run.options;
+    const std::uint32_t tick = k.GetTicks();
+#ifdef QUINDLE_HAVE_WINDOW
+    if (run.window) {
+        run.window->Present(k);
+        run.window->Pump(k);
+        return;
+    }
+#endif
+    if (o.frames.count(tick) || (o.every && tick % o.every == 0)) {
+        char name[32];
+        std::snprintf(name, sizeof name, "/frame-%06u.png", tick);
+        std::string error;
+        if (SoftWritePng(o.out + name, k.Frame(), SoftKernel::kWidth, SoftKernel::kHeight, k.Palette(), &error))
+            run.pngs++;
+        else if (run.writeError.empty())
+            run.writeError = error;
+    }
+    if (run.gif.IsOpen() && (!run.haveGifFrame || tick - run.lastGifTick >= o.gifEvery)) {
+        // Whole centiseconds per frame, rounded so that the delays add up to
+        // the run's real time.
+        const long long span = o.gifEvery > o.step ? o.gifEvery : o.step;
+        const long long n = run.gifFrames++;
+        const int delay = static_cast<int>((n + 1) * span * 100 / 60 - n * span * 100 / 60);
+        std::string error;
+        if (!run.gif.AddFrame(k.Frame(), k.Palette(), delay, &error) && run.writeError.empty())
+            run.writeError = error;
+        run.lastGifTick = tick;
+        run.haveGifFrame = true;
+    }
+}
+
+bool MakeDirectory(const std::string& dir)
+{
+    struct stat st;
+    if (::stat(dir.c_str(), &st) == 0)
+        return S_ISDIR(st.st_mode);
+    return ::mkdir(dir.c_str(), 0777) == 0;
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    Options o;
+    std::string error;
+    if (!ParseOptions(argc, argv, &o, &error)) {
+        std::fprintf(stderr, "quindle-player: %s\n\n", error.c_str());
+        Usage(stderr);
+        return 1;
+    }
+    GameFile game;
+    if (!ReadGameFile(o.folder, &game, &error)) {
+        std::fprintf(stderr, "quindle-player: %s\n", error.c_str());
+        return 2;
+    }
+
+    SoftKernel k;
+    k.SetTicksPerFrame(o.step);
+    if (!k.SetGameFolder(o.folder)) {
+        std::fprintf(stderr, "quindle-player: %s\n", k.Fault().c_str());
+        return 2;
+    }
+    if (!o.script.empty()) {
+        std::vector<SoftInputEvent> events;
+        if (!SoftReadScript(o.script, &events, &error)) {
+            std::fprintf(stderr, "quindle-player: %s\n", error.c_str());
+            return 2;
+        }
+        k.SetScript(events);
+    }
+
+    Run run;
+    run.options = &o;
+#ifdef QUINDLE_HAVE_WINDOW
+    SoftWindow window;
+    if (o.window) {
+        if (!window.Open(game.title, o.scale, &error)) {
+            std::fprintf(stderr, "quindle-player: %s\n", error.c_str());
+            return 3;
+        }
+        SoftWindow::InstallAssertDialog();
+        k.UseRealClock(true);
+        run.window = &window;
+        window.StartAudio(k);
+    }
+#else
+    if (o.window) {
+        std::fprintf(stderr, "quindle-player: this player was built without SDL2: no --window\n");
+        return 1;
+    }
+#endif
+    if (!o.window) {
+        if (!MakeDirectory(o.out)) {
+            std::fprintf(stderr, "quindle-player: %s: cannot make the output directory\n", o.out.c_str());
+            return 2;
+        }
+        if (!o.noGif && !run.gif.Open(o.gif.empty() ? o.out + "/run.gif" : o.gif, SoftKernel::kWidth,
+                                      SoftKernel::kHeight, &error)) {
+            std::fprintf(stderr, "quindle-player: %s\n", error.c_str());
+            return 2;
+        }
+    }
+    k.SetFrameHook(&OnFrame, &run);
+
+    void* library = ::dlopen(game.library.c_str(), RTLD_NOW | RTLD_GLOBAL);
+    if (!library) {
+        std::fprintf(stderr, "quindle-player: %s: cannot load the game library (%s)\n", game.library.c_str(),
+                     ::dlerror());
+        return 3;
+    }
+    auto start = reinterpret_cast<QuindleGameStartFunction>(::dlsym(library, QUINDLE_GAME_START));
+    if (!start) {
+        std::fprintf(stderr, "quindle-player: %s: exports no %s\n", game.library.c_str(), QUINDLE_GAME_START);
+        return 3;
+    }
+
+    // ---- ROOM DIRECTORY ----
+    // The game folder is the directory of the room libraries. Once the room
+    // manager exports its call for naming that directory, the player makes it
+    // here with o.folder, before the game starts. Until then the game's rooms
+    // are found the way the platform's loader finds libraries (LD_LIBRARY_PATH).
+
+    o.gameArgs.insert(o.gameArgs.begin(), argv[0]);
+    QuindleHost host{QUINDLE_HOST_VERSION, &k, &k, o.folder.c_str(), static_cast<int>(o.gameArgs.size()),
+                     o.gameArgs.data()};
+    QuindleGameLoop loop{nullptr, nullptr, nullptr};
+    if (start(&host, &loop) != 0 || !loop.step) {
+        std::fprintf(stderr, "quindle-player: %s: the game did not start\n", game.library.c_str());
+        return 3;
+    }
+
+    const bool progress = !o.quiet && !o.window && ::isatty(2);
+    bool quit = false;
+    std::uint32_t shown = 0;
+    while (!k.HasFault()) {
+        if (!o.window && k.GetTicks() >= o.ticks)
+            break;
+        if (!loop.step(loop.state)) {
+            quit = true;
+            break;
+        }
+#ifdef QUINDLE_HAVE_WINDOW
+        if (o.window && window.Closed())
+            break;
+#endif
+        if (progress && k.GetTicks() - shown >= 15) {
+            shown = k.GetTicks();
+            std::fprintf(stderr, "\rquindle-player: tick %u/%u (%u%%), %u frames", shown, o.ticks,
+                         static_cast<unsigned>(static_cast<unsigned long long>(shown) * 100 / o.ticks),
+                         k.FramesComposed());
+        }
+    }
+    if (progress)
+        std::fprintf(stderr, "\r%70s\r", "");
+    if (loop.finish)
+        loop.finish(loop.state);
+
+    int status = 0;
+    if (k.HasFault()) {
+        std::fprintf(stderr, "quindle-player: %s\n", k.Fault().c_str());
+        status = 2;
+    }
+    if (!o.window) {
+        if (!SoftWritePng(o.out + "/final.png", k.Frame(), SoftKernel::kWidth, SoftKernel::kHeight, k.Palette(),
+                          &error) ||
+            !run.gif.Close(&error)) {
+            std::fprintf(stderr, "quindle-player: %s\n", error.c_str());
+            status = status ? status : 2;
+        }
+        if (!run.writeError.empty()) {
+            std::fprintf(stderr, "quindle-player: %s\n", run.writeError.c_str());
+            status = status ? status : 2;
+        }
+    }
+    const std::size_t leaks = k.Ledger().LiveCount();
+    if (leaks)
+        std::fprintf(stderr, "quindle-player: %zu blocks were not given back:\n", leaks);
+    k.Ledger().ReportLeaks(stderr);
+    if (!o.quiet)
+        std::fprintf(stderr, "quindle-player: %s after %u ticks, %u frames%s%s\n",
+                     quit ? "the game quit" : k.HasFault() ? "stopped by a fault" : "time over", k.GetTicks(),
+                     k.FramesComposed(), o.window ? "" : ", written to ", o.window ? "" : o.out.c_str());
+    // The game library stays loaded: objects of the game may still be referred
+    // to by the library's statics at exit.
+    return status;
+}

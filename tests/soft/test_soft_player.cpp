@@ -1,0 +1,136 @@
+// The player run as a user runs it: the example game headless, its frames,
+// the same frames twice, and a clear message and status for bad input.
+#include "SoftTestSupport.h"
+
+#include "SoftText.h"
+
+#include <sys/wait.h>
+
+#include <cstdio>
+#include <filesystem>
+
+using namespace soft_test;
+
+namespace {
+
+struct Result {
+    int status = -1;
+    std::string output;
+};
+
+Result Shell(const std::string& command)
+{
+    Result r;
+    std::FILE* pipe = ::popen((command + " 2>&1").c_str(), "r");
+    if (!pipe)
+        return r;
+    char buffer[512];
+    while (std::fgets(buffer, sizeof buffer, pipe))
+        r.output += buffer;
+    const int raw = ::pclose(pipe);
+    r.status = WIFEXITED(raw) ? WEXITSTATUS(raw) : -1;
+    return r;
+}
+
+class SoftPlayer : public ::testing::Test {
+protected:
+    void SetUp() override
+    {
+        const Result made = Shell(std::string(MAKE_EXAMPLE) + " " + game.Dir() + " " + EXAMPLE_GAME);
+        ASSERT_EQ(made.status, 0) << made.output;
+    }
+    Result Play(const std::string& args, const std::string& out)
+    {
+        return Shell(std::string(PLAYER) + " " + game.Dir() + " --quiet --out " + out + " " + args);
+    }
+    TempGame game;
+};
+
+TEST_F(SoftPlayer, RunsTheExampleHeadlessTakesTheScriptedClicksAndQuits)
+{
+    const std::string out = game.Path("out");
+    const Result r = Shell(std::string(PLAYER) + " " + game.Dir() + " --script " + game.Path("script.txt") +
+                         " --out " + out + " --frame 30,150");
+    ASSERT_EQ(r.status, 0) << r.output;
+    EXPECT_NE(r.output.find("the game quit after 200 ticks, 200 frames"), std::string::npos) << r.output;
+    EXPECT_TRUE(std::filesystem::exists(out + "/run.gif"));
+
+    // Before the first click the marker is in the middle; after the second it
+    // is at (120, 300). The marker is colour 14 (yellow).
+    SoftBitmap early, late;
+    std::string error;
+    ASSERT_TRUE(SoftReadPng(out + "/frame-000030.png", SoftPalette::Default(), &early, &error)) << error;
+    ASSERT_TRUE(SoftReadPng(out + "/frame-000150.png", SoftPalette::Default(), &late, &error)) << error;
+    EXPECT_EQ(early.At(320, 240), 14);
+    EXPECT_NE(early.At(120, 300), 14);
+    EXPECT_EQ(late.At(120, 300), 14);
+    EXPECT_NE(late.At(320, 240), 14);
+    // The caption was drawn with the font: some white pixels in its box.
+    int white = 0;
+    for (int y = 20; y < 60; y++)
+        for (int x = 200; x < 600; x++)
+            white += late.At(x, y) == 15;
+    EXPECT_GT(white, 100);
+}
+
+TEST_F(SoftPlayer, TwoRunsOfTheSameGameAndScriptGiveTheSameFrames)
+{
+    const std::string args = "--script " + game.Path("script.txt") + " --every 20";
+    ASSERT_EQ(Play(args, game.Path("a")).status, 0);
+    ASSERT_EQ(Play(args, game.Path("b")).status, 0);
+    int compared = 0;
+    for (const auto& entry : std::filesystem::directory_iterator(game.Path("a"))) {
+        std::string x, y;
+        ASSERT_TRUE(SoftReadFile(entry.path().string(), &x));
+        ASSERT_TRUE(SoftReadFile(game.Path("b/") + entry.path().filename().string(), &y)) << entry.path();
+        EXPECT_TRUE(x == y) << entry.path().filename();
+        compared++;
+    }
+    EXPECT_EQ(compared, 10 + 2); // frames 0, 20, ... 180 (the game quits at 200), run.gif, final.png
+}
+
+TEST_F(SoftPlayer, WithoutAQuitTheRunEndsWhenItsTimeIsOver)
+{
+    const Result r = Shell(std::string(PLAYER) + " " + game.Dir() + " --out " + game.Path("o") + " --ticks 30 --step 3");
+    EXPECT_EQ(r.status, 0) << r.output;
+    EXPECT_NE(r.output.find("time over after 30 ticks, 10 frames"), std::string::npos) << r.output;
+}
+
+TEST_F(SoftPlayer, BadInputGivesAMessageNamingTheFileAndAFailingStatus)
+{
+    const std::string out = " --quiet --out " + game.Path("o");
+    struct Case {
+        std::function<void()> spoil;
+        std::string args;
+        int status;
+        std::string message;
+    } cases[] = {
+        {[] {}, "--ticks x", 1, "--ticks needs a number"},
+        {[] {}, "--bogus", 1, "unknown option --bogus"},
+        {[this] { game.Write("bad.txt", "10 press 1 2\n20 click 3 4\n"); }, "--script " + game.Path("bad.txt"), 2,
+         game.Path("bad.txt") + ":2: unknown event kind 'click'"},
+        {[this] { std::filesystem::remove(game.Path("views/101.txt")); }, "", 2,
+         game.Path("views/101.txt") + ": no such file (view 101)"},
+        {[this] { game.Write("views/ball2.png", "not a png at all"); }, "", 2,
+         game.Path("views/ball2.png") + ": not a readable PNG"},
+        {[this] { game.Write("views/100.txt", "cel 0 0 ball0.png 16\n"); }, "", 2,
+         game.Path("views/100.txt") + ":1: expected 'cel"},
+        {[this] { game.Write("palette.txt", "300 0 0 0\n"); }, "", 2, game.Path("palette.txt") + ":1: expected"},
+        {[this] { game.Write("game.txt", "library nowhere.so\n"); }, "", 3,
+         game.Path("nowhere.so") + ": cannot load the game library"},
+        {[this] { game.Write("game.txt", "librar x\n"); }, "", 2, game.Path("game.txt") + ":1: expected 'library"},
+        {[this] { std::filesystem::remove(game.Path("game.txt")); }, "", 2, game.Path("game.txt") + ": no such file"},
+    };
+    for (auto& c : cases) {
+        const Result made = Shell(std::string(MAKE_EXAMPLE) + " " + game.Dir() + " " + EXAMPLE_GAME);
+        ASSERT_EQ(made.status, 0);
+        std::filesystem::remove(game.Path("palette.txt"));
+        c.spoil();
+        const Result r = Shell(std::string(PLAYER) + " " + game.Dir() + out + " --ticks 20 " + c.args);
+        EXPECT_EQ(r.status, c.status) << c.message << "\n" << r.output;
+        EXPECT_NE(r.output.find("quindle-player: " + c.message), std::string::npos) << r.output;
+        EXPECT_EQ(r.output.find("Sanitizer"), std::string::npos) << r.output;
+    }
+}
+
+} // namespace
