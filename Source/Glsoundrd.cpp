@@ -1,0 +1,194 @@
+// Glsoundrd.cpp - building a sound track from its text form. See
+// GLSndManager::CreateSndTrack in include/glsound.h for the format and for
+// what happens to lines that are not well formed.
+//
+// The files come from outside the program and are read as untrusted: a line
+// is collected byte by byte into a fixed buffer whose bounds are checked on
+// every byte, any byte (a NUL included) is an ordinary character unless it is
+// a separator or the line end, and numbers saturate instead of overflowing.
+#include "glsound.h"
+
+#include <climits>
+#include <cstdio>
+#include <cstring>
+
+namespace {
+
+// A line holds at most this many characters besides its line end.
+const int kLineMax = 119;
+
+// The most numbers a keyword takes.
+const int kNumbersMax = 5;
+
+struct Token {
+    const char* text;
+    int length;
+};
+
+int IsSeparator(char c)
+{
+    return c == ',' || c == ' ' || c == '\t';
+}
+
+enum LineResult {
+    kLineRead,    // a line of at most kLineMax characters is in the buffer
+    kLineTooLong, // a longer line was read and dropped
+    kEndOfFile    // nothing was left to read
+};
+
+// Reads one line into pBuffer, which holds kLineMax + 1 characters, without
+// its line end ("\n", "\r\n", or the end of the file); the line is not
+// terminated and its length goes to *piLength. A longer line is read to its
+// end and dropped.
+LineResult ReadLine(std::FILE* pFile, char* pBuffer, int* piLength)
+{
+    *piLength = 0;
+    int c = std::getc(pFile);
+    if (c == EOF)
+        return kEndOfFile;
+    long long lLength = 0;
+    int iLast = 0;
+    while (c != EOF && c != '\n') {
+        if (lLength <= kLineMax)
+            pBuffer[lLength] = static_cast<char>(c);
+        lLength++;
+        iLast = c;
+        c = std::getc(pFile);
+    }
+    // A carriage return before the line end belongs to the line end.
+    if (iLast == '\r')
+        lLength--;
+    if (lLength > kLineMax)
+        return kLineTooLong;
+    *piLength = static_cast<int>(lLength);
+    return kLineRead;
+}
+
+// Splits a line into at most iMax tokens; returns how many were found.
+int SplitLine(const char* pLine, int iLength, Token* pTokens, int iMax)
+{
+    int iCount = 0;
+    int i = 0;
+    while (i < iLength && iCount < iMax) {
+        while (i < iLength && IsSeparator(pLine[i]))
+            i++;
+        if (i == iLength)
+            break;
+        int iStart = i;
+        while (i < iLength && !IsSeparator(pLine[i]))
+            i++;
+        pTokens[iCount].text = pLine + iStart;
+        pTokens[iCount].length = i - iStart;
+        iCount++;
+    }
+    return iCount;
+}
+
+int StartsWith(const Token& token, const char* pKeyword)
+{
+    int iLength = static_cast<int>(std::strlen(pKeyword));
+    return token.length >= iLength && std::memcmp(token.text, pKeyword, iLength) == 0;
+}
+
+int IsWhiteSpace(char c)
+{
+    return c == ' ' || c == '\t' || c == '\n' || c == '\v' || c == '\f' || c == '\r';
+}
+
+// Reads a whole number as atoi does: white space, an optional sign, digits,
+// up to the first other character. Saturates at the 32-bit limits. Sets
+// *pfDigits to whether there was any digit.
+int ParseNumber(const Token& token, int* pfDigits)
+{
+    int i = 0;
+    while (i < token.length && IsWhiteSpace(token.text[i]))
+        i++;
+    int fNegative = FALSE;
+    if (i < token.length && (token.text[i] == '+' || token.text[i] == '-')) {
+        fNegative = token.text[i] == '-';
+        i++;
+    }
+    // Accumulated as a magnitude that stops growing past the largest one
+    // that can matter (that of INT_MIN).
+    const long long kLimit = 2147483648LL;
+    long long lMagnitude = 0;
+    *pfDigits = FALSE;
+    while (i < token.length && token.text[i] >= '0' && token.text[i] <= '9') {
+        *pfDigits = TRUE;
+        lMagnitude = lMagnitude * 10 + (token.text[i] - '0');
+        if (lMagnitude > kLimit)
+            lMagnitude = kLimit;
+        i++;
+    }
+    long long lValue = fNegative ? -lMagnitude : lMagnitude;
+    if (lValue > INT_MAX)
+        lValue = INT_MAX;
+    return static_cast<int>(lValue);
+}
+
+// Fills pNumbers from the tokens after the keyword; the ones not given keep
+// the defaults the caller put there. Returns FALSE when the first number is
+// missing (no token, or a token without a digit): the line is malformed.
+int ParseNumbers(const Token* pTokens, int iTokens, int* pNumbers, int iWanted)
+{
+    if (iTokens < 2)
+        return FALSE;
+    for (int i = 0; i < iWanted && i + 1 < iTokens; i++) {
+        int fDigits = FALSE;
+        pNumbers[i] = ParseNumber(pTokens[i + 1], &fDigits);
+        if (i == 0 && !fDigits)
+            return FALSE;
+    }
+    return TRUE;
+}
+
+} // namespace
+
+GLSndTrack* GLSndManager::CreateSndTrack(const char* fileName)
+{
+    if (!fileName)
+        return 0;
+    std::FILE* pFile = std::fopen(fileName, "r");
+    if (!pFile)
+        return 0;
+
+    GLSndTrack* pTrack = CreateSndTrack();
+    char line[kLineMax + 1];
+    Token tokens[1 + kNumbersMax];
+    for (;;) {
+        int iLength = 0;
+        LineResult result = ReadLine(pFile, line, &iLength);
+        if (result == kEndOfFile)
+            break;
+        if (result == kLineTooLong)
+            continue;
+        int iTokens = SplitLine(line, iLength, tokens, 1 + kNumbersMax);
+        if (iTokens == 0)
+            break; // an empty line ends the track
+        const Token& keyword = tokens[0];
+        if (StartsWith(keyword, "SOUND")) {
+            int numbers[kNumbersMax] = {0, 127, 1, 50, 100};
+            if (!ParseNumbers(tokens, iTokens, numbers, 5))
+                continue;
+            SndByte sndByte = {numbers[0], numbers[1], numbers[2], numbers[3], numbers[4]};
+            pTrack->AddSndNode(&sndByte);
+        } else if (StartsWith(keyword, "WAIT")) {
+            int numbers[kNumbersMax] = {0, 0, 1, 100, 0};
+            if (!ParseNumbers(tokens, iTokens, numbers, 4))
+                continue;
+            if (numbers[0] < 1 || numbers[1] < 0)
+                continue; // the wait could come out below 1 second
+            pTrack->AddWaitNode(numbers[0], numbers[1], numbers[2], numbers[3]);
+        } else if (StartsWith(keyword, "PRS")) {
+            int numbers[kNumbersMax] = {0, 100, 127, 50, 0};
+            if (!ParseNumbers(tokens, iTokens, numbers, 4))
+                continue;
+            SndByte sndByte = {numbers[0], numbers[2], 1, numbers[3], numbers[1]};
+            pTrack->AddPRSNode(&sndByte);
+        } else if (StartsWith(keyword, "PLAY")) {
+            pTrack->Play();
+        }
+    }
+    std::fclose(pFile);
+    return pTrack;
+}
