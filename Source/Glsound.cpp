@@ -93,7 +93,7 @@ GLPRSNode::~GLPRSNode() {}
 // the fields below exist; sndTrkCode does nothing in it.
 GLSndTrack::GLSndTrack()
     : GLScript(sndTrkCode), mTrackId(-1), mSample(0), mStopped(0), mPaused(0), mpHeader(GL_NEW GLHdrNode),
-      mpCurrent(0), mpNextTrack(0), mSampleLock(FALSE)
+      mpCurrent(0), mpNextTrack(0), mSampleLock(FALSE), mHalted(FALSE)
 {
     mpHeader->mpNext = mpHeader;
     mpHeader->mpPrev = mpHeader;
@@ -222,6 +222,7 @@ void GLSndTrack::Play()
     mPaused = 0;
     mStopped = 0;
     mpCurrent = mpHeader;
+    mHalted = FALSE;
     Init(UnsetTimer, 0);
     mState = 0;
     Cue();
@@ -233,16 +234,16 @@ int GLSndTrack::Pause()
     return TRUE;
 }
 
-// A track that has not noticed its pause still has a wait running and a state
-// other than -1 (the mark of a test that found it stopped or paused): clearing
+// A track that has not noticed its pause still has a wait running: clearing
 // the marks lets it go on by itself, and cuing it as well would start a second
 // wait. Any other track is at rest, or about to be, and steps on now.
 int GLSndTrack::Resume()
 {
     mStopped = 0;
     mPaused = 0;
-    if (mType != UnsetTimer && mState != -1)
+    if (!mHalted && mType != UnsetTimer)
         return TRUE;
+    mHalted = FALSE;
     Init(UnsetTimer, 0);
     mState = 0;
     Cue();
@@ -350,6 +351,7 @@ void GLSndTrack::TestSample()
         mState = kernel->GetSampleVolume(mSample, &iVolume, 0) ? 1 : 0;
     } else {
         mState = -1;
+        mHalted = TRUE;
     }
     // The unlock follows the node's wish, not whether its draw started the
     // sample: a sample that lost its draw is unlocked without having been

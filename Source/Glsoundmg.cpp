@@ -1,5 +1,6 @@
 // Glsoundmg.cpp - the sound manager. See include/glsound.h. The text form of
 // a track is read in Glsoundrd.cpp.
+#include "gldll.h"
 #include "glgame.h"
 #include "glsound.h"
 
@@ -79,7 +80,9 @@ void GLSndManager::DoIt()
             pWatch = RemoveWatch(pWatch);
         } else {
             // A fade is over when the volume written equals the target; the
-            // answer (whether the sample still plays) does not matter.
+            // answer (whether the sample still plays) does not matter. A
+            // silent sample writes nothing and leaves 0, so a fade to
+            // silence of a sample that has ended is over too.
             kernel->GetSampleVolume(pWatch->mSample, &iVolume, 0);
             if (iVolume != pWatch->mVolume) {
                 pWatch = static_cast<GLSndNode*>(pWatch->mpNext);
@@ -255,9 +258,9 @@ void GLSndManager::Unload(int) {}
 
 void GLSndManager::Play(int iSample, int iQualifier, int iVolume, int fAlternate, GLObject* pCaller, int iTag)
 {
-    int iPlaying = 0;
-    if (kernel->GetSampleVolume(iSample, &iPlaying, iTag))
-        return;
+    int iPlayingVolume = 0;
+    if (kernel->GetSampleVolume(iSample, &iPlayingVolume, iTag))
+        return; // already playing: its own watch, if any, goes on
     if (fAlternate)
         kernel->PlaySampleAlternate(iSample, iQualifier, iVolume, iTag);
     else
@@ -364,16 +367,16 @@ void GLSndManager::PauseSndTrack(int id)
 }
 
 // Clearing the mark alone would leave a track that has already come to rest
-// resting for good; the track's own Resume tells the two cases apart. A
-// stopped track stays stopped.
+// resting for good, so such a track is resumed. A stopped track stays
+// stopped, and one that was never played is not started.
 void GLSndManager::ResumeSndTrack(int id)
 {
     for (GLSndTrack* pTrack = mpFirstTrack; pTrack; pTrack = pTrack->mpNextTrack) {
         if (!(id < 1 || pTrack->mTrackId == id) || !pTrack->mPaused)
             continue;
-        if (pTrack->mStopped)
-            pTrack->mPaused = 0;
-        else
+        if (pTrack->mHalted && !pTrack->mStopped)
             pTrack->Resume();
+        else
+            pTrack->mPaused = 0;
     }
 }

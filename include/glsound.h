@@ -246,6 +246,7 @@ public:
 
 private:
     friend void sndTrkCode(GLScript* pScript, int iState);
+    friend class GLSndManager;
 
     // The two working states of sndTrkCode: 1 steps to the next node and
     // starts it, 2 tests the sample started last.
@@ -259,6 +260,10 @@ private:
     // because a use-once node is gone from the ring by the time its sample is
     // tested, and a group member is not the node reached.
     int mSampleLock;
+    // TRUE from the test that found the track stopped or paused until Play or
+    // Resume: the track is at rest, or on its way to it. It tells such a track
+    // apart from one that was never played, which rests in the same state.
+    int mHalted;
 };
 
 // ----- the sound manager -----
@@ -383,8 +388,8 @@ public:
     // Clears the pause of the track with that number, or of every track when
     // id is below 1. A paused track that has come to rest (and is not
     // stopped) goes on at once with its next node; one that had not yet
-    // noticed the pause simply goes on. Tracks that are not paused are left
-    // alone.
+    // noticed the pause simply goes on. Tracks that are not paused, and
+    // paused tracks that were never played, are not started.
     void ResumeSndTrack(int id);
 
     // The number given to the last track attached.

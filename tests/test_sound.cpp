@@ -1,0 +1,1026 @@
+// The sound manager, sound tracks and the track text reader, frame by frame on
+// the recording kernel.
+#include "QuindleTest.h"
+#include "glgame.h"
+#include "glsound.h"
+
+#include <cstdio>
+#include <string>
+#include <vector>
+
+namespace {
+
+// An independent copy of the tracks' generator, started from the library's
+// state, so that a test knows the next draws before the track makes them.
+struct Dice {
+    std::uint32_t state = GLSndRandomState();
+    int Next()
+    {
+        state = state * 214013u + 2531011u;
+        return static_cast<int>((state >> 16) & 0x7FFFu);
+    }
+};
+
+// Draws from the library's generator until the next draw satisfies the test,
+// so that a case can pick which way a chance goes.
+template <typename Predicate>
+void SkipDrawsUntil(Predicate wanted)
+{
+    for (int i = 0; i < 100000; i++) {
+        Dice dice;
+        if (wanted(dice.Next()))
+            return;
+        GLSndRandom();
+    }
+    FAIL() << "no draw satisfied the test";
+}
+
+class Receiver : public GLObject {
+public:
+    void Cue(GLCue* pCue) override
+    {
+        cuers.push_back(pCue->mpCuer);
+        values.push_back(pCue->mValue);
+    }
+    std::vector<GLObject*> cuers;
+    std::vector<int> values;
+};
+
+// Whole frames of a real game on the recording kernel.
+class SoundTest : public QuindleTest {
+protected:
+    void SetUp() override
+    {
+        game = new GLGame;
+        GLDLLInit(game);
+    }
+    void TearDown() override
+    {
+        delete game;
+        theGame = nullptr;
+        for (const std::string& path : files)
+            std::remove(path.c_str());
+    }
+    void Frame() { theGame->DoIt(); }
+    void Frames(int n)
+    {
+        for (int i = 0; i < n; i++)
+            Frame();
+    }
+    // The audible calls since a mark: what starts, stops, pans, fades, locks
+    // and unlocks sounds (not the questions asked of the kernel).
+    std::vector<std::string> Sound(std::size_t mark) const
+    {
+        static const char* const kNames[] = {"PlaySample(", "PlaySampleAlternate(", "PanSample(",
+                                             "LockResource(", "UnlockResource(", "StopSample(",
+                                             "StopAllSamples(", "FadeSample("};
+        std::vector<std::string> result;
+        for (const std::string& call : k.CallsSince(mark)) {
+            for (const char* name : kNames) {
+                if (call.rfind(name, 0) == 0)
+                    result.push_back(call);
+            }
+        }
+        return result;
+    }
+    int CountSince(std::size_t mark, const std::string& name) const
+    {
+        int count = 0;
+        for (const std::string& call : k.CallsSince(mark))
+            count += call.rfind(name + "(", 0) == 0;
+        return count;
+    }
+    // Writes a track file under the test's temporary directory.
+    std::string WriteFile(const std::string& contents)
+    {
+        const ::testing::TestInfo* info = ::testing::UnitTest::GetInstance()->current_test_info();
+        std::string path = ::testing::TempDir() + "quindle_track_" + info->name() + "_" +
+                           std::to_string(files.size()) + ".txt";
+        std::FILE* file = std::fopen(path.c_str(), "wb");
+        EXPECT_NE(file, nullptr);
+        if (file) {
+            std::fwrite(contents.data(), 1, contents.size(), file);
+            std::fclose(file);
+        }
+        files.push_back(path);
+        return path;
+    }
+    // The ring of a track, one word per node: "S101", "W5", "G202/201".
+    static std::vector<std::string> Ring(GLSndTrack* track)
+    {
+        std::vector<std::string> ring;
+        for (GLNode* node = track->mpHeader->mpNext; node != track->mpHeader; node = node->mpNext) {
+            if (node->mNodeType == GLNode::SoundNode) {
+                ring.push_back("S" + std::to_string(static_cast<GLSndNode*>(node)->mSample));
+            } else if (node->mNodeType == GLNode::WaitNode) {
+                ring.push_back("W" + std::to_string(static_cast<GLWaitNode*>(node)->mMinSeconds));
+            } else if (node->mNodeType == GLNode::PRSNode) {
+                std::string group = "G";
+                for (GLNode* m = static_cast<GLPRSNode*>(node)->mpFirstChoice; m; m = m->mpNext)
+                    group += (group.size() > 1 ? "/" : "") + std::to_string(static_cast<GLSndNode*>(m)->mSample);
+                ring.push_back(group);
+            } else {
+                ring.push_back("?");
+            }
+        }
+        return ring;
+    }
+
+    GLGame* game = nullptr;
+    std::vector<std::string> files;
+};
+
+using Calls = std::vector<std::string>;
+
+// ----- the generator -----
+
+TEST(SoundRandom, TheGeneratorIsTheDocumentedThirtyTwoBitCongruence)
+{
+    // From the state 1 the library starts with: 41, 18467, 6334, 26500, 19169.
+    std::uint32_t state = 1;
+    std::vector<int> draws;
+    for (int i = 0; i < 5; i++) {
+        state = GLSndRandomNext(state);
+        draws.push_back(static_cast<int>((state >> 16) & 0x7FFF));
+    }
+    EXPECT_EQ(draws, (std::vector<int>{41, 18467, 6334, 26500, 19169}));
+    // The step wraps modulo 2^32.
+    EXPECT_EQ(GLSndRandomNext(0xFFFFFFFFu), 0xFFFFFFFFu * 214013u + 2531011u);
+
+    Dice dice;
+    for (int i = 0; i < 1000; i++) {
+        int expected = dice.Next();
+        int draw = GLSndRandom();
+        ASSERT_EQ(draw, expected);
+        ASSERT_GE(draw, 0);
+        ASSERT_LE(draw, 32767);
+    }
+    EXPECT_EQ(GLSndRandomState(), dice.state);
+}
+
+// ----- the ring -----
+
+TEST_F(SoundTest, NodesAreAppendedInOrderAndGroupsCollectConsecutiveMembersNewestFirst)
+{
+    GLSndTrack track;
+    EXPECT_EQ(track.mTrackId, -1);
+    EXPECT_EQ(track.mpCurrent, track.mpHeader);
+    EXPECT_EQ(track.mpHeader->mpNext, track.mpHeader);
+    EXPECT_EQ(track.mpHeader->mpPrev, track.mpHeader);
+    EXPECT_EQ(track.mState, 0);
+    EXPECT_TRUE(theGame->mpObjects->IsInList(&track));
+
+    SndByte first = {101, 90, 0, 30, 75};
+    track.AddSndNode(&first);
+    track.AddPRSNode(201, 50, 80, 20);
+    track.AddPRSNode(202, 60, 70, 10);
+    track.AddWaitNode(5, 10, 1, 40);
+    SndByte member = {301, 100, 0, 50, 90};
+    track.AddPRSNode(&member);
+    track.AddSndNode(102, 127, 1, 50, 100);
+    EXPECT_EQ(Ring(&track), (std::vector<std::string>{"S101", "G202/201", "W5", "G301", "S102"}));
+    EXPECT_EQ(track.mpHeader->mpPrev->mNodeType, GLNode::SoundNode);
+    EXPECT_EQ(track.mpHeader->mpPrev->mpNext, track.mpHeader);
+
+    GLSndNode* node = static_cast<GLSndNode*>(track.mpHeader->mpNext);
+    EXPECT_EQ(node->mVolume, 90);
+    EXPECT_EQ(node->mMode, 0);
+    EXPECT_EQ(node->mPan, 30);
+    EXPECT_EQ(node->mProbability, 75);
+    EXPECT_EQ(node->mLock, 1);
+
+    GLPRSNode* group = static_cast<GLPRSNode*>(node->mpNext);
+    EXPECT_EQ(group->mCount, 2);
+    GLSndNode* newest = group->mpFirstChoice;
+    GLSndNode* oldest = static_cast<GLSndNode*>(newest->mpNext);
+    EXPECT_EQ(newest->mpPrev, nullptr);
+    EXPECT_EQ(oldest->mpPrev, newest);
+    EXPECT_EQ(oldest->mpNext, nullptr);
+    // The int form takes (sample, chance, volume, pan) and makes a member that stays.
+    EXPECT_EQ(oldest->mSample, 201);
+    EXPECT_EQ(oldest->mProbability, 50);
+    EXPECT_EQ(oldest->mVolume, 80);
+    EXPECT_EQ(oldest->mPan, 20);
+    EXPECT_EQ(oldest->mMode, 1);
+
+    GLWaitNode* wait = static_cast<GLWaitNode*>(group->mpNext);
+    EXPECT_EQ(wait->mMaxSeconds, 10);
+    EXPECT_EQ(wait->mProbability, 40);
+    // The record form copies all five numbers, the mode included.
+    EXPECT_EQ(static_cast<GLPRSNode*>(wait->mpNext)->mpFirstChoice->mMode, 0);
+}
+
+TEST_F(SoundTest, DeletingANodeTakesTheFirstMatchAndKeepsTheRingClosed)
+{
+    GLSndTrack track;
+    track.AddSndNode(1, 127, 1, 50, 100);
+    track.AddWaitNode(3, 0, 1, 100);
+    track.AddSndNode(2, 127, 1, 50, 100);
+    track.AddSndNode(1, 127, 1, 50, 100);
+    track.AddWaitNode(3, 0, 1, 100);
+    track.AddPRSNode(2, 100, 127, 50);
+
+    track.DeleteSndNode(7); // none: nothing changes
+    track.DeleteWaitNode(4);
+    EXPECT_EQ(Ring(&track), (std::vector<std::string>{"S1", "W3", "S2", "S1", "W3", "G2"}));
+
+    track.DeleteSndNode(1);
+    EXPECT_EQ(Ring(&track), (std::vector<std::string>{"W3", "S2", "S1", "W3", "G2"}));
+    track.DeleteSndNode(2); // the ring node, not the group member
+    EXPECT_EQ(Ring(&track), (std::vector<std::string>{"W3", "S1", "W3", "G2"}));
+    track.DeleteWaitNode(3);
+    track.DeleteWaitNode(3);
+    EXPECT_EQ(Ring(&track), (std::vector<std::string>{"S1", "G2"}));
+    track.AddSndNode(9, 127, 1, 50, 100);
+    track.DeleteSndNode(9); // the last node: the header's back link follows
+    EXPECT_EQ(track.mpHeader->mpPrev->mNodeType, GLNode::PRSNode);
+    track.AddWaitNode(8, 0, 1, 100);
+    EXPECT_EQ(Ring(&track), (std::vector<std::string>{"S1", "G2", "W8"}));
+}
+
+// ----- a track frame by frame -----
+
+TEST_F(SoundTest, ASoundIsTestedEveryFrameAndTheNextNodeStartsTheFrameAfterItEnds)
+{
+    GLSndTrack track;
+    track.AddSndNode(101, 90, 1, 50, 100);
+    track.AddSndNode(102, 100, 1, 50, 100);
+    k.resources[{13, 102}] = true;
+
+    std::uint32_t before = GLSndRandomState();
+    std::size_t mark = k.Mark();
+    track.Play(); // the first node starts inside the call
+    EXPECT_EQ(Sound(mark), (Calls{"LockResource(12,101)", "PlaySample(101,0,90,0,0)"}));
+    EXPECT_EQ(k.CallsSince(mark)[0], "ResourceExists(13,101)");
+    EXPECT_EQ(track.mSample, 101);
+    EXPECT_EQ(track.mpCurrent, track.mpHeader->mpNext);
+
+    for (int i = 0; i < 3; i++) { // still playing: tested once per frame
+        mark = k.Mark();
+        Frame();
+        EXPECT_EQ(CountSince(mark, "GetSampleVolume"), 1);
+        EXPECT_TRUE(Sound(mark).empty());
+    }
+    k.playingSamples.erase(101);
+    mark = k.Mark();
+    Frame(); // the test that finds it ended
+    EXPECT_EQ(Sound(mark), (Calls{"UnlockResource(12,101)"}));
+    mark = k.Mark();
+    Frame(); // the next node
+    EXPECT_EQ(Sound(mark), (Calls{"LockResource(13,102)", "PlaySample(102,0,100,0,0)"}));
+
+    k.playingSamples.erase(102);
+    Frame();
+    mark = k.Mark();
+    Frame(); // round the ring to the first node again
+    EXPECT_EQ(Sound(mark), (Calls{"LockResource(12,101)", "PlaySample(101,0,90,0,0)"}));
+    // Sure nodes draw nothing.
+    EXPECT_EQ(GLSndRandomState(), before);
+}
+
+TEST_F(SoundTest, APanOtherThanTheCentreIsSetBeforeTheSampleStartsAndAnUnlockedNodeLocksNothing)
+{
+    GLSndTrack track;
+    track.AddSndNode(5, 60, 1, 20, 100);
+    track.AddSndNode(6, 70, 1, 50, 100);
+    static_cast<GLSndNode*>(track.mpHeader->mpPrev)->mLock = 0;
+    std::size_t mark = k.Mark();
+    track.Play();
+    EXPECT_EQ(Sound(mark), (Calls{"LockResource(12,5)", "PanSample(5,20,0)", "PlaySample(5,0,60,0,0)"}));
+    k.playingSamples.clear();
+    Frames(2);
+    k.playingSamples.clear();
+    mark = k.Mark();
+    Frames(2); // 6 ends and the first node starts again
+    EXPECT_EQ(Sound(mark), (Calls{"PlaySample(6,0,70,0,0)", "LockResource(12,5)", "PanSample(5,20,0)",
+                                  "PlaySample(5,0,60,0,0)"}));
+}
+
+TEST_F(SoundTest, AWaitLastsItsSecondsThenTheTestRunsAndTheNextNodeStartsTheFrameAfter)
+{
+    GLSndTrack track;
+    track.AddWaitNode(3, 0, 1, 100);
+    track.AddWaitNode(5, 10, 1, 100);
+    track.AddSndNode(7, 127, 1, 50, 100);
+    k.seconds = 1000;
+    track.Play();
+    EXPECT_EQ(track.mType, GLTimer::SecondsTimer);
+    EXPECT_EQ(track.mSecondsEnd, 1003u);
+    EXPECT_EQ(track.mSample, 0);
+
+    Frames(5);
+    EXPECT_EQ(track.mSecondsEnd, 1003u); // nothing happens before the time
+    k.seconds = 1003;
+    std::size_t mark = k.Mark();
+    Frame(); // over: the test runs (on sample 0)
+    EXPECT_EQ(CountSince(mark, "GetSampleVolume"), 1);
+    EXPECT_EQ(k.CallsNamed("GetSampleVolume").back(), "GetSampleVolume(0,ptr,0)");
+
+    Dice dice;
+    int expected = 5 + dice.Next() % 10;
+    Frame(); // the second wait, 5 + r mod 10 seconds
+    EXPECT_EQ(track.mType, GLTimer::SecondsTimer);
+    EXPECT_EQ(track.mSecondsEnd, 1003u + expected);
+    k.seconds = 1003 + expected - 1;
+    mark = k.Mark();
+    Frames(3);
+    EXPECT_EQ(CountSince(mark, "GetSampleVolume"), 0);
+    k.seconds = 1003 + expected;
+    Frame();
+    mark = k.Mark();
+    Frame();
+    EXPECT_EQ(Sound(mark), (Calls{"LockResource(12,7)", "PlaySample(7,0,127,0,0)"}));
+}
+
+TEST_F(SoundTest, AChanceDrawsOnceAndLetsThroughWhenTheDrawModHundredIsAtMostIt)
+{
+    GLSndTrack track;
+    track.AddSndNode(11, 127, 1, 50, 30);
+    int played = 0;
+    for (int round = 0; round < 40; round++) {
+        Dice dice;
+        bool expected = dice.Next() % 100 <= 30;
+        std::size_t mark = k.Mark();
+        if (round == 0)
+            track.Play();
+        else
+            Frames(2); // the test of the last round, then this step
+        int plays = CountSince(mark, "PlaySample");
+        ASSERT_EQ(plays, expected ? 1 : 0) << "round " << round;
+        ASSERT_EQ(GLSndRandomState(), dice.state) << "exactly one draw";
+        played += plays;
+        k.playingSamples.clear();
+        // A node that lost its draw still names its sample and is unlocked
+        // after the test: the unlock follows the node, not the draw.
+        EXPECT_EQ(track.mSample, 11);
+    }
+    EXPECT_GT(played, 0);
+    EXPECT_LT(played, 40);
+}
+
+TEST_F(SoundTest, AChanceOfZeroStillPassesWhenTheDrawIsAMultipleOfHundred)
+{
+    GLSndTrack track;
+    track.AddSndNode(12, 127, 1, 50, 0);
+    SkipDrawsUntil([](int r) { return r % 100 == 0; });
+    std::size_t mark = k.Mark();
+    track.Play();
+    EXPECT_EQ(CountSince(mark, "PlaySample"), 1);
+    k.playingSamples.clear();
+    Frame();
+    SkipDrawsUntil([](int r) { return r % 100 != 0; });
+    mark = k.Mark();
+    Frame();
+    EXPECT_EQ(CountSince(mark, "PlaySample"), 0);
+    EXPECT_EQ(CountSince(mark, "LockResource"), 0);
+}
+
+TEST_F(SoundTest, AGroupDrawsItsMemberAndThenTheMembersChanceEvenWhenItIsSure)
+{
+    GLSndTrack track;
+    track.AddPRSNode(201, 100, 127, 50);
+    track.AddPRSNode(202, 100, 110, 50);
+    track.AddPRSNode(203, 100, 100, 50); // members: 203, 202, 201
+    for (int round = 0; round < 12; round++) {
+        Dice dice;
+        int choice = dice.Next() % 3;
+        dice.Next();
+        int sample = 203 - choice;
+        std::size_t mark = k.Mark();
+        if (round == 0)
+            track.Play();
+        else
+            Frames(2);
+        ASSERT_EQ(CountSince(mark, "PlaySample"), 1);
+        const int volume = sample == 201 ? 127 : sample == 202 ? 110 : 100;
+        EXPECT_EQ(k.CallsNamed("PlaySample").back(),
+                  "PlaySample(" + std::to_string(sample) + ",0," + std::to_string(volume) + ",0,0)");
+        EXPECT_EQ(track.mSample, sample);
+        EXPECT_EQ(GLSndRandomState(), dice.state) << "two draws per group";
+        k.playingSamples.clear();
+    }
+}
+
+TEST_F(SoundTest, AUseOnceNodePlaysOnceIsRemovedAndTheTrackGoesOn)
+{
+    GLSndTrack track;
+    track.AddSndNode(21, 127, 0, 50, 100);
+    track.AddSndNode(22, 127, 1, 50, 100);
+    std::size_t mark = k.Mark();
+    track.Play();
+    EXPECT_EQ(Ring(&track), (std::vector<std::string>{"S22"}));
+    EXPECT_EQ(track.mpCurrent, track.mpHeader);
+    // Its sound is tested like any other and unlocked when it ends.
+    Frames(2);
+    k.playingSamples.erase(21);
+    Frames(2);
+    k.playingSamples.erase(22);
+    Frames(2);
+    k.playingSamples.erase(22);
+    Frames(2);
+    EXPECT_EQ(Sound(mark), (Calls{"LockResource(12,21)", "PlaySample(21,0,127,0,0)", "UnlockResource(12,21)",
+                                  "LockResource(12,22)", "PlaySample(22,0,127,0,0)", "UnlockResource(12,22)",
+                                  "LockResource(12,22)", "PlaySample(22,0,127,0,0)", "UnlockResource(12,22)",
+                                  "LockResource(12,22)", "PlaySample(22,0,127,0,0)"}));
+}
+
+TEST_F(SoundTest, UseOnceWaitsAndWaitsThatLoseTheirDrawPassInOneFrame)
+{
+    GLSndTrack track;
+    track.AddWaitNode(2, 0, 0, 100); // used once
+    track.AddWaitNode(4, 0, 1, 50);  // sometimes
+    track.AddSndNode(31, 127, 1, 50, 100);
+    k.seconds = 50;
+    track.Play();
+    EXPECT_EQ(Ring(&track), (std::vector<std::string>{"W4", "S31"}));
+    EXPECT_EQ(track.mSecondsEnd, 52u); // the removed wait still runs
+    k.seconds = 52;
+    Frame();
+
+    SkipDrawsUntil([](int r) { return r % 100 > 50; });
+    std::size_t mark = k.Mark();
+    Frame(); // the wait loses its draw: no wait...
+    EXPECT_EQ(track.mType, GLTimer::CyclesTimer);
+    Frame(); // ...and the next frame starts the sound
+    EXPECT_EQ(Sound(mark), (Calls{"LockResource(12,31)", "PlaySample(31,0,127,0,0)"}));
+    EXPECT_EQ(CountSince(mark, "GetSampleVolume"), 0);
+
+    k.playingSamples.clear();
+    Frame();
+    SkipDrawsUntil([](int r) { return r % 100 <= 50; });
+    Frame(); // this time it waits
+    EXPECT_EQ(track.mType, GLTimer::SecondsTimer);
+    EXPECT_EQ(track.mSecondsEnd, 56u);
+}
+
+TEST_F(SoundTest, AnEmptyTrackStepsToItsHeaderEveryOtherFrameAndNeverStops)
+{
+    GLSndTrack track;
+    track.Play();
+    std::size_t mark = k.Mark();
+    for (int i = 0; i < 10; i++) {
+        EXPECT_EQ(track.mpCurrent, track.mpHeader);
+        Frame();
+    }
+    EXPECT_EQ(CountSince(mark, "GetSampleVolume"), 5);
+    EXPECT_TRUE(Sound(mark).empty());
+    EXPECT_EQ(track.mType, GLTimer::CyclesTimer);
+
+    // A ring whose nodes are all used up does the same.
+    GLSndTrack once;
+    once.AddSndNode(41, 127, 0, 50, 100);
+    once.Play();
+    k.playingSamples.clear();
+    Frames(2);
+    EXPECT_EQ(once.mpHeader->mpNext, once.mpHeader);
+    mark = k.Mark();
+    Frames(10);
+    EXPECT_TRUE(Sound(mark).empty());
+    EXPECT_EQ(once.mType, GLTimer::CyclesTimer);
+}
+
+TEST_F(SoundTest, APausedTrackRestsAfterItsNextTestAndResumesWithTheNodeAfterTheOneThatPlayed)
+{
+    GLSndTrack track;
+    track.AddSndNode(51, 127, 1, 50, 100);
+    track.AddSndNode(52, 127, 1, 50, 100);
+    track.AddSndNode(53, 127, 1, 50, 100);
+    track.Play();
+    EXPECT_EQ(track.Pause(), TRUE);
+    std::size_t mark = k.Mark();
+    Frame(); // the test sees the pause; 51 plays on untouched
+    EXPECT_EQ(track.mState, -1);
+    EXPECT_EQ(Sound(mark), (Calls{"UnlockResource(12,51)"}));
+    Frame();
+    EXPECT_EQ(track.mState, 0);
+    EXPECT_EQ(track.mType, GLTimer::UnsetTimer);
+    k.playingSamples.clear();
+    mark = k.Mark();
+    Frames(5);
+    EXPECT_TRUE(Sound(mark).empty());
+    EXPECT_EQ(CountSince(mark, "GetSampleVolume"), 0);
+
+    EXPECT_EQ(track.Resume(), TRUE);
+    EXPECT_EQ(Sound(mark), (Calls{"LockResource(12,52)", "PlaySample(52,0,127,0,0)"}));
+
+    // A pause lifted before the track noticed it: the track just goes on.
+    track.Pause();
+    track.Resume();
+    k.playingSamples.clear();
+    mark = k.Mark();
+    Frames(2);
+    EXPECT_EQ(Sound(mark), (Calls{"UnlockResource(12,52)", "LockResource(12,53)", "PlaySample(53,0,127,0,0)"}));
+
+    // Resumed in the frame between the test and the rest.
+    track.Pause();
+    Frame();
+    EXPECT_EQ(track.mState, -1);
+    mark = k.Mark();
+    track.Resume();
+    EXPECT_EQ(Sound(mark), (Calls{"LockResource(12,51)", "PlaySample(51,0,127,0,0)"}));
+    mark = k.Mark();
+    Frames(3);
+    EXPECT_EQ(CountSince(mark, "GetSampleVolume"), 3);
+    EXPECT_EQ(track.mState, 1);
+}
+
+TEST_F(SoundTest, StopAndFadeEndTheTrackAtItsNextTestAndPlayStartsItOverFromTheFirstNode)
+{
+    GLSndTrack track;
+    track.AddSndNode(61, 127, 1, 50, 100);
+    track.AddSndNode(62, 127, 1, 50, 100);
+    track.Play();
+    std::size_t mark = k.Mark();
+    track.Stop();
+    EXPECT_EQ(Sound(mark), (Calls{"StopSample(61,0)", "UnlockResource(12,61)"}));
+    Frames(2);
+    EXPECT_EQ(track.mState, 0);
+    mark = k.Mark();
+    Frames(4);
+    EXPECT_EQ(CountSince(mark, "GetSampleVolume"), 0);
+
+    mark = k.Mark();
+    track.Play();
+    EXPECT_EQ(Sound(mark), (Calls{"LockResource(12,61)", "PlaySample(61,0,127,0,0)"}));
+    EXPECT_EQ(track.mStopped, 0);
+
+    mark = k.Mark();
+    EXPECT_EQ(track.Fade(), TRUE);
+    EXPECT_EQ(Sound(mark), (Calls{"FadeSample(61,0,5,60,1,0)"}));
+    EXPECT_EQ(track.mStopped, 1);
+    Frames(2);
+    EXPECT_EQ(track.mState, 0);
+
+    // Play on a running track drops its wait and starts over, with no second
+    // wait started.
+    track.Play();
+    k.playingSamples.clear();
+    Frames(2);
+    mark = k.Mark();
+    track.Play();
+    EXPECT_EQ(Sound(mark), (Calls{"LockResource(12,61)", "PlaySample(61,0,127,0,0)"}));
+    mark = k.Mark();
+    Frames(3);
+    EXPECT_EQ(CountSince(mark, "GetSampleVolume"), 3);
+    EXPECT_EQ(track.mState, 1);
+}
+
+TEST_F(SoundTest, MisuseOfATrackEndsWithTheExactReport)
+{
+    GLSndTrack track;
+    EXPECT_GL_ASSERT(track.ChangeState(3), "Source/Glsound.cpp", "0");
+    EXPECT_GL_ASSERT(track.ChangeState(-1), "Source/Glsound.cpp", "0");
+    // A wait of no seconds, added by code, stops the game when reached.
+    track.AddWaitNode(0, 0, 1, 100);
+    EXPECT_GL_ASSERT(track.Play(), "Source/Glscript.cpp", "mType==UnsetTimer && secs");
+}
+
+// ----- the sound manager -----
+
+TEST_F(SoundTest, TheManagerForwardsToTheKernelUnchanged)
+{
+    GLSndManager manager;
+    EXPECT_EQ(theGame->mpObjects->First(), &manager);
+    int value = 0;
+    std::size_t mark = k.Mark();
+    k.playingSamples[9] = 77;
+    EXPECT_EQ(manager.NumActiveSamples(), 1);
+    EXPECT_EQ(manager.IsAudioInstalled(), 1);
+    manager.Preload(3);
+    manager.GetGlobalDuration(&value);
+    EXPECT_EQ(manager.GetGlobalVolume(), 127);
+    manager.SetGlobalVolume(90);
+    manager.GetRate();
+    manager.SetRate(22050);
+    manager.SetRate(0);
+    manager.GetBits();
+    manager.SetBits(16);
+    manager.SetBits(0);
+    manager.GetChannels();
+    manager.SetChannels(2);
+    manager.SetChannels(0);
+    manager.GetAutoVolAdjust();
+    manager.SetAutoVolAdjust(4);
+    manager.GetDACCritical();
+    manager.SetDACCritical(5);
+    manager.CheckNoise();
+    manager.GetSampleDuration(9, &value, 6);
+    EXPECT_NE(manager.GetSampleVolume(9, &value, 7), 0);
+    EXPECT_EQ(value, 77);
+    manager.SetSampleVolume(9, 40, 8);
+    EXPECT_EQ(manager.Pause(9, 1), 1);
+    manager.Pause(-1, 1);
+    EXPECT_EQ(manager.Resume(9, 2), 1);
+    manager.Resume(-1, 2);
+    manager.Distort(9, 10, 11);
+    manager.Distort(-1, 12, 13);
+    manager.StopPan(9, 14);
+    EXPECT_EQ(k.CallsSince(mark),
+              (Calls{"GetActiveSampleCount()", "IsAudioInstalled()", "PreloadSample(3)", "GetGlobalDuration(ptr)",
+                     "GetGlobalVolume()", "SetGlobalVolume(90)", "GetSampleRate()", "SetSampleRate(22050)",
+                     "DefaultSampleRate()", "GetSampleBits()", "SetSampleBits(16)", "DefaultSampleRate()",
+                     "GetChannelCount()", "SetChannelCount(2)", "DefaultChannelCount()", "GetAutoVolAdjust()",
+                     "SetAutoVolAdjust(4)", "GetDACCritical()", "SetDACCritical(5)", "CheckNoise()",
+                     "GetSampleDuration(9,ptr,6)", "GetSampleVolume(9,ptr,7)", "SetSampleVolume(9,40,8)",
+                     "PauseSample(9,1)", "PauseAllSamples()", "ResumeSample(9,2)", "ResumeAllSamples()",
+                     "DistortSample(9,10,11)", "DistortAllSamples(12)", "StopPanSample(9,14)"}));
+
+    k.resources[{13, 30}] = true;
+    mark = k.Mark();
+    manager.Lock(30);
+    manager.Lock(31);
+    manager.Unlock(30);
+    manager.Unlock(31);
+    manager.Load(30);
+    manager.Load(31);
+    manager.Unload(31);
+    EXPECT_EQ(k.CallsSince(mark),
+              (Calls{"ResourceExists(13,30)", "LockResource(13,30)", "ResourceExists(13,31)", "LockResource(12,31)",
+                     "ResourceExists(13,30)", "UnlockResource(13,30)", "ResourceExists(13,31)",
+                     "UnlockResource(12,31)", "ResourceExists(13,30)", "LoadResource(13,30,1)",
+                     "ResourceExists(13,31)", "LoadResource(12,31,1)"}));
+}
+
+TEST_F(SoundTest, APlayedSampleCuesItsCallerAndIsUnlockedOnTheFirstFrameItIsSilent)
+{
+    GLSndManager manager;
+    Receiver receiver;
+    std::size_t mark = k.Mark();
+    manager.Play(70, 3, 100, 0, &receiver, 4);
+    manager.Play(71, 5, 90, 1, nullptr, 6);
+    EXPECT_EQ(Sound(mark), (Calls{"PlaySample(70,3,100,4,0)", "PlaySampleAlternate(71,5,90,6)"}));
+    ASSERT_NE(manager.mpFirstWatch, nullptr);
+    EXPECT_EQ(manager.mpFirstWatch->mSample, 71); // newest first
+    EXPECT_EQ(manager.mpFirstWatch->mMode, 4);
+    EXPECT_EQ(manager.mpFirstWatch->mpPrev, nullptr);
+
+    // Already playing: nothing started, nothing watched, nobody cued.
+    Receiver other;
+    mark = k.Mark();
+    manager.Play(70, 3, 100, 0, &other, 4);
+    EXPECT_TRUE(Sound(mark).empty());
+
+    Frames(3);
+    EXPECT_TRUE(receiver.cuers.empty());
+    k.playingSamples.erase(70);
+    mark = k.Mark();
+    Frame(); // the record is seen silent; the cue is delivered a frame later
+    EXPECT_EQ(Sound(mark), (Calls{"UnlockResource(12,70)"}));
+    EXPECT_TRUE(receiver.cuers.empty());
+    Frame();
+    EXPECT_EQ(receiver.cuers, (std::vector<GLObject*>{&manager}));
+    EXPECT_EQ(receiver.values, (std::vector<int>{0}));
+    EXPECT_EQ(manager.mpFirstWatch->mSample, 71);
+    EXPECT_EQ(manager.mpFirstWatch->mpNext, nullptr);
+    mark = k.Mark();
+    Frames(3);
+    EXPECT_EQ(receiver.cuers.size(), 1u);
+    EXPECT_TRUE(Sound(mark).empty());
+    EXPECT_TRUE(other.cuers.empty());
+
+    k.playingSamples.clear();
+    Frames(2);
+    EXPECT_EQ(manager.mpFirstWatch, nullptr);
+}
+
+TEST_F(SoundTest, StoppingAWatchedSampleCuesNobodyAndTheRecordGoesNextFrame)
+{
+    GLSndManager manager;
+    Receiver first, second;
+    manager.Play(80, 0, 100, 0, &first, 0);
+    k.playingSamples.erase(80);
+    manager.Play(80, 0, 100, 0, &second, 0); // two records for 80, second's newest
+    std::size_t mark = k.Mark();
+    manager.Stop(80, 2);
+    EXPECT_EQ(Sound(mark), (Calls{"StopSample(80,2)"}));
+    EXPECT_EQ(manager.mpFirstWatch->mpCaller, nullptr);
+    EXPECT_EQ(static_cast<GLSndNode*>(manager.mpFirstWatch->mpNext)->mpCaller, &first);
+    mark = k.Mark();
+    Frames(2);
+    EXPECT_EQ(Sound(mark), (Calls{"UnlockResource(12,80)", "UnlockResource(12,80)"}));
+    EXPECT_TRUE(second.cuers.empty());
+    EXPECT_EQ(first.cuers.size(), 1u);
+    EXPECT_EQ(manager.mpFirstWatch, nullptr);
+
+    manager.Play(81, 0, 100, 0, &first, 0);
+    mark = k.Mark();
+    manager.Stop(-1, 9);
+    EXPECT_EQ(Sound(mark), (Calls{"StopAllSamples()"}));
+    EXPECT_NE(manager.mpFirstWatch->mpCaller, nullptr); // left to DoIt
+    Frames(2);
+    EXPECT_EQ(first.cuers.size(), 2u);
+}
+
+TEST_F(SoundTest, AFadeWithACallerIsWatchedUntilTheVolumeReachesTheTarget)
+{
+    GLSndManager manager;
+    Receiver receiver;
+    k.playingSamples[90] = 100;
+    std::size_t mark = k.Mark();
+    EXPECT_EQ(manager.Fade(90, 20, 1, 2, 3, nullptr, 4), 1);
+    EXPECT_EQ(manager.mpFirstWatch, nullptr);
+    EXPECT_EQ(manager.Fade(91, 20, 1, 2, 3, &receiver, 4), 0);
+    manager.Fade(90, 20, 5, 6, 7, &receiver, 8);
+    EXPECT_EQ(Sound(mark),
+              (Calls{"FadeSample(90,20,1,2,3,4)", "FadeSample(91,20,1,2,3,4)", "FadeSample(90,20,5,6,7,8)"}));
+    ASSERT_NE(manager.mpFirstWatch, nullptr);
+    EXPECT_EQ(manager.mpFirstWatch->mMode, 5);
+    EXPECT_EQ(manager.mpFirstWatch->mVolume, 20);
+
+    Frames(3);
+    EXPECT_TRUE(receiver.cuers.empty());
+    k.playingSamples[90] = 20;
+    mark = k.Mark();
+    Frames(2);
+    EXPECT_EQ(receiver.cuers, (std::vector<GLObject*>{&manager}));
+    EXPECT_TRUE(Sound(mark).empty()); // a fade unlocks nothing
+    // 91 never plays: its volume is never written and never equals 20.
+    ASSERT_NE(manager.mpFirstWatch, nullptr);
+    EXPECT_EQ(manager.mpFirstWatch->mSample, 91);
+    EXPECT_EQ(manager.mpFirstWatch->mpPrev, nullptr);
+}
+
+TEST_F(SoundTest, PanStartsASilentSampleAtFullVolumeWithoutAWatch)
+{
+    GLSndManager manager;
+    k.playingSamples[95] = 60;
+    std::size_t mark = k.Mark();
+    manager.Pan(95, 30, 1);
+    manager.Pan(96, 70, 2);
+    EXPECT_EQ(Sound(mark), (Calls{"PanSample(95,30,1)", "PanSample(96,70,2)", "PlaySample(96,0,127,0,0)"}));
+    EXPECT_EQ(manager.mpFirstWatch, nullptr);
+}
+
+TEST_F(SoundTest, TracksAreNumberedFoundPausedResumedAndDeletedByTheManager)
+{
+    GLSndManager manager;
+    GLSndTrack* one = manager.CreateSndTrack();
+    EXPECT_EQ(one->mTrackId, 1);
+    EXPECT_TRUE(manager.DeleteSndTrack(1));
+    EXPECT_FALSE(manager.DeleteSndTrack(1));
+    EXPECT_EQ(manager.GetSndTrack(1), nullptr);
+    GLSndTrack* two = manager.CreateSndTrack();
+    GLSndTrack* three = manager.CreateSndTrack();
+    GLSndTrack* four = GL_NEW GLSndTrack;
+    EXPECT_EQ(manager.AttachSndTrack(four), 4);
+    EXPECT_EQ(two->mTrackId, 2);
+    EXPECT_EQ(manager.mpFirstTrack, four);
+    EXPECT_EQ(manager.GetSndTrack(3), three);
+    EXPECT_EQ(manager.GetSndTrack(0), nullptr);
+
+    manager.PauseSndTrack(3);
+    EXPECT_EQ(three->mPaused, 1);
+    EXPECT_EQ(two->mPaused + four->mPaused, 0);
+    manager.PauseSndTrack(7); // none
+    manager.PauseSndTrack(-5);
+    EXPECT_EQ(two->mPaused + three->mPaused + four->mPaused, 3);
+    manager.ResumeSndTrack(0);
+    EXPECT_EQ(two->mPaused + three->mPaused + four->mPaused, 0);
+    manager.PauseSndTrack(0);
+    manager.ResumeSndTrack(2);
+    EXPECT_EQ(two->mPaused, 0);
+    EXPECT_EQ(three->mPaused + four->mPaused, 2);
+
+    // Deleting a track in the middle of the list stops it.
+    three->AddSndNode(100, 127, 1, 50, 100);
+    three->Play();
+    std::size_t mark = k.Mark();
+    EXPECT_TRUE(manager.DeleteSndTrack(3));
+    EXPECT_EQ(Sound(mark), (Calls{"StopSample(100,0)", "UnlockResource(12,100)"}));
+    EXPECT_EQ(manager.mpFirstTrack, four);
+    EXPECT_EQ(four->mpNextTrack, two);
+    EXPECT_FALSE(theGame->mpObjects->IsInList(three));
+    Frames(2);
+}
+
+TEST_F(SoundTest, ResumingATrackThroughTheManagerWakesATrackThatCameToRest)
+{
+    GLSndManager manager;
+    GLSndTrack* track = manager.CreateSndTrack();
+    GLSndTrack* idle = manager.CreateSndTrack();
+    idle->AddSndNode(110, 127, 1, 50, 100);
+    track->AddSndNode(111, 127, 1, 50, 100);
+    track->AddSndNode(112, 127, 1, 50, 100);
+    track->Play();
+    manager.PauseSndTrack(0);
+    Frames(4);
+    EXPECT_EQ(track->mType, GLTimer::UnsetTimer);
+    std::size_t mark = k.Mark();
+    manager.ResumeSndTrack(-1);
+    // Only the paused track that had come to rest moves; the one never played
+    // is merely unpaused.
+    EXPECT_EQ(Sound(mark), (Calls{"LockResource(12,112)", "PlaySample(112,0,127,0,0)"}));
+    EXPECT_EQ(idle->mPaused, 0);
+    EXPECT_EQ(idle->mType, GLTimer::UnsetTimer);
+
+    // A stopped track stays stopped.
+    track->Stop();
+    track->Pause();
+    Frames(3);
+    mark = k.Mark();
+    manager.ResumeSndTrack(track->mTrackId);
+    EXPECT_TRUE(Sound(mark).empty());
+    EXPECT_EQ(track->mPaused, 0);
+    EXPECT_EQ(track->mStopped, 1);
+}
+
+TEST_F(SoundTest, TheManagerStopsAndDeletesItsTracksAndForgetsItsWatchesWhenItGoes)
+{
+    Receiver receiver;
+    std::size_t mark;
+    {
+        GLSndManager manager;
+        GLSndTrack* track = manager.CreateSndTrack();
+        track->AddSndNode(120, 127, 1, 50, 100);
+        track->Play();
+        manager.CreateSndTrack();
+        manager.Play(121, 0, 100, 0, &receiver, 0);
+        manager.Fade(121, 0, 0, 0, 0, &receiver, 0);
+        mark = k.Mark();
+    }
+    EXPECT_EQ(Sound(mark), (Calls{"StopSample(0,0)", "StopSample(120,0)", "UnlockResource(12,120)"}));
+    EXPECT_EQ(theGame->mpObjects->NumElements(), 0);
+    Frames(2);
+    EXPECT_TRUE(receiver.cuers.empty());
+}
+
+// ----- the text form -----
+
+TEST_F(SoundTest, TheDocumentedExampleFileBuildsItsRingAndPlaysFrameByFrame)
+{
+    GLSndManager manager;
+    std::string path = WriteFile("SOUND 101 90\nWAIT 5 10\nPRS 201 50\nPRS 202\nPLAY\n");
+    k.seconds = 200;
+    std::size_t mark = k.Mark();
+    GLSndTrack* track = manager.CreateSndTrack(path.c_str());
+    ASSERT_NE(track, nullptr);
+    EXPECT_EQ(track->mTrackId, 1);
+    EXPECT_EQ(Ring(track), (std::vector<std::string>{"S101", "W5", "G202/201"}));
+    GLSndNode* sound = static_cast<GLSndNode*>(track->mpHeader->mpNext);
+    EXPECT_EQ(sound->mVolume, 90);
+    EXPECT_EQ(sound->mMode, 1);
+    EXPECT_EQ(sound->mPan, 50);
+    EXPECT_EQ(sound->mProbability, 100);
+    GLWaitNode* wait = static_cast<GLWaitNode*>(sound->mpNext);
+    EXPECT_EQ(wait->mMaxSeconds, 10);
+    GLSndNode* newest = static_cast<GLPRSNode*>(wait->mpNext)->mpFirstChoice;
+    GLSndNode* oldest = static_cast<GLSndNode*>(newest->mpNext);
+    EXPECT_EQ(newest->mProbability, 100);
+    EXPECT_EQ(oldest->mProbability, 50);
+    EXPECT_EQ(oldest->mVolume, 127);
+    EXPECT_EQ(Sound(mark), (Calls{"LockResource(12,101)", "PlaySample(101,0,90,0,0)"}));
+
+    for (int loop = 0; loop < 3; loop++) {
+        k.playingSamples.clear();
+        Frames(2); // the test finds 101 ended; the wait begins
+        Dice dice;
+        ASSERT_EQ(track->mType, GLTimer::SecondsTimer);
+        std::uint32_t seconds = 5 + dice.Next() % 10;
+        EXPECT_EQ(track->mSecondsEnd, k.seconds + seconds);
+        k.seconds += seconds;
+        Frame();
+        int choice = dice.Next() % 2;
+        bool passes = dice.Next() % 100 <= (choice == 0 ? 100 : 50);
+        mark = k.Mark();
+        Frame();
+        int sample = choice == 0 ? 202 : 201;
+        EXPECT_EQ(track->mSample, sample);
+        Calls expected{"LockResource(12," + std::to_string(sample) + ")",
+                       "PlaySample(" + std::to_string(sample) + ",0,127,0,0)"};
+        EXPECT_EQ(Sound(mark), passes ? expected : Calls{});
+        k.playingSamples.clear();
+        mark = k.Mark();
+        Frames(2);
+        EXPECT_EQ(Sound(mark), (Calls{"UnlockResource(12," + std::to_string(sample) + ")", "LockResource(12,101)",
+                                      "PlaySample(101,0,90,0,0)"}));
+    }
+}
+
+TEST_F(SoundTest, TheReaderTakesDefaultsPrefixesSeparatorsAndLineEndsAsDocumented)
+{
+    GLSndManager manager;
+    std::string path = WriteFile("SOUNDS 1\r\n"
+                                 "SOUND,2,,3\t4 , 5,6 7 8 9\n"
+                                 "WAIT 7\n"
+                                 "WAITING 8 9 0 70\n"
+                                 "PRS 10 20 30\n"
+                                 "sound 11\n"
+                                 "BEEP 12\n"
+                                 "SOUND 13x 14y -15 +16\n"
+                                 "PRSX -17 z\n"
+                                 "SOUND 18 99999999999 -99999999999\n"
+                                 "PLAYS\r\n"
+                                 "SOUND 19"); // no final line end
+    GLSndTrack* track = manager.CreateSndTrack(path.c_str());
+    ASSERT_NE(track, nullptr);
+    EXPECT_EQ(Ring(track), (std::vector<std::string>{"S1", "S2", "W7", "W8", "G10", "S13", "G-17", "S18", "S19"}));
+    std::vector<std::vector<int>> numbers;
+    for (GLNode* node = track->mpHeader->mpNext; node != track->mpHeader; node = node->mpNext) {
+        if (node->mNodeType == GLNode::SoundNode) {
+            GLSndNode* n = static_cast<GLSndNode*>(node);
+            numbers.push_back({n->mSample, n->mVolume, n->mMode, n->mPan, n->mProbability});
+        } else if (node->mNodeType == GLNode::WaitNode) {
+            GLWaitNode* n = static_cast<GLWaitNode*>(node);
+            numbers.push_back({n->mMinSeconds, n->mMaxSeconds, n->mMode, n->mProbability});
+        } else {
+            GLSndNode* n = static_cast<GLPRSNode*>(node)->mpFirstChoice;
+            numbers.push_back({n->mSample, n->mVolume, n->mMode, n->mPan, n->mProbability});
+        }
+    }
+    EXPECT_EQ(numbers, (std::vector<std::vector<int>>{
+                           {1, 127, 1, 50, 100},
+                           {2, 3, 4, 5, 6},
+                           {7, 0, 1, 100},
+                           {8, 9, 0, 70},
+                           {10, 30, 1, 50, 20},
+                           {13, 14, -15, 16, 100},
+                           {-17, 127, 1, 50, 0},
+                           {18, 2147483647, -2147483647 - 1, 50, 100},
+                           {19, 127, 1, 50, 100},
+                       }));
+    // PLAYS was carried out with the nodes read before it.
+    EXPECT_EQ(track->mSample, 1);
+    EXPECT_EQ(k.CallsNamed("PlaySample"), (Calls{"PlaySample(1,0,127,0,0)"}));
+}
+
+TEST_F(SoundTest, AnEmptyLineEndsTheFileAndMalformedLinesAreSkipped)
+{
+    GLSndManager manager;
+    std::string longLine = "SOUND 50 " + std::string(200, '7') + "\n";
+    std::string fits = "SOUND 51" + std::string(111, ' ') + "\r\n"; // 119 characters
+    std::string path = WriteFile("SOUND\n"
+                                 "SOUND ,\t\n"
+                                 "SOUND x 5\n"
+                                 "PRS\n"
+                                 "WAIT 0 10\n"
+                                 "WAIT -3\n"
+                                 "WAIT 2 -1\n"
+                                 "WAIT\n" +
+                                 longLine + fits +
+                                 "SOUND 52" + std::string(112, ' ') + "\n" + // 120: too long
+                                 std::string("SOUND 5\0" "3\n", 10) +
+                                 "SOUND 53\n"
+                                 " , \t\n"
+                                 "SOUND 54\n"
+                                 "PLAY\n");
+    GLSndTrack* track = manager.CreateSndTrack(path.c_str());
+    ASSERT_NE(track, nullptr);
+    EXPECT_EQ(Ring(track), (std::vector<std::string>{"S51", "S5", "S53"}));
+    EXPECT_EQ(k.Count("PlaySample"), 0); // the PLAY after the blank line is not carried out
+    EXPECT_EQ(track->mType, GLTimer::UnsetTimer);
+
+    std::string crlf = WriteFile("SOUND 60\r\n\r\nSOUND 61\r\n");
+    EXPECT_EQ(Ring(manager.CreateSndTrack(crlf.c_str())), (std::vector<std::string>{"S60"}));
+}
+
+TEST_F(SoundTest, AnEmptyFileGivesAnEmptyTrackAndAMissingOneGivesNone)
+{
+    GLSndManager manager;
+    std::string empty = WriteFile("");
+    GLSndTrack* track = manager.CreateSndTrack(empty.c_str());
+    ASSERT_NE(track, nullptr);
+    EXPECT_EQ(track->mTrackId, 1);
+    EXPECT_EQ(track->mpHeader->mpNext, track->mpHeader);
+
+    EXPECT_EQ(manager.CreateSndTrack((::testing::TempDir() + "quindle_no_such_track.txt").c_str()), nullptr);
+    EXPECT_EQ(manager.CreateSndTrack(nullptr), nullptr);
+    EXPECT_EQ(manager.mLastTrackId, 1); // no number was used up
+    EXPECT_EQ(manager.CreateSndTrack()->mTrackId, 2);
+}
+
+TEST_F(SoundTest, HostileFilesNeverBreakTheReaderOrTheTrack)
+{
+    GLSndManager manager;
+    // Random bytes, weighted toward the reader's own vocabulary, then played
+    // for a while: anything may be read, nothing may go wrong.
+    const std::string pieces[] = {"SOUND", "WAIT", "PRS", "PLAY", " ", ",", "\t", "\n", "\r\n", "-", "+",
+                                  "0", "1", "99", "2147483648", "-2147483649", "x", std::string(1, '\0'),
+                                  "\xff\xfe", std::string(130, 'A')};
+    std::uint32_t seed = 12345;
+    auto next = [&seed](std::uint32_t n) {
+        seed = seed * 1103515245u + 12345u;
+        return (seed >> 8) % n;
+    };
+    for (int file = 0; file < 60; file++) {
+        std::string text;
+        int count = static_cast<int>(next(200));
+        for (int i = 0; i < count; i++) {
+            if (next(4) == 0)
+                text += static_cast<char>(next(256));
+            else
+                text += pieces[next(sizeof(pieces) / sizeof(pieces[0]))];
+        }
+        GLSndTrack* track = manager.CreateSndTrack(WriteFile(text).c_str());
+        ASSERT_NE(track, nullptr);
+        track->Play();
+        for (int frame = 0; frame < 20; frame++) {
+            k.seconds += 1;
+            if (frame % 3 == 0)
+                k.playingSamples.clear();
+            Frame();
+        }
+        manager.DeleteSndTrack(track->mTrackId);
+    }
+}
+
+} // namespace
