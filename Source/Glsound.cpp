@@ -281,6 +281,11 @@ void GLSndTrack::StepNode()
     int iMode = 1;
     switch (pNode->mNodeType) {
     case GLNode::HeaderNode:
+        // An empty ring (or one whose nodes are used up). The sample started
+        // last keeps its name but is no longer this step's: it was unlocked
+        // when its test found it ended, and must not be unlocked again at
+        // every later test.
+        mSampleLock = FALSE;
         break;
     case GLNode::SoundNode: {
         GLSndNode* pSound = static_cast<GLSndNode*>(pNode);
@@ -362,17 +367,18 @@ void GLSndTrack::TestSample()
     SetCycles(1);
 }
 
+// State 0 is entered inside the script's constructor, before the object is a
+// track: the script is cast only in the states that work on it.
 void sndTrkCode(GLScript* pScript, int iState)
 {
-    GLSndTrack* pTrack = static_cast<GLSndTrack*>(pScript);
     switch (iState) {
     case 0:
         break;
     case 1:
-        pTrack->StepNode();
+        static_cast<GLSndTrack*>(pScript)->StepNode();
         break;
     case 2:
-        pTrack->TestSample();
+        static_cast<GLSndTrack*>(pScript)->TestSample();
         break;
     default:
         GL_ASSERT(0);
