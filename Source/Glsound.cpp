@@ -92,8 +92,8 @@ GLPRSNode::~GLPRSNode() {}
 // The script's first state (0) runs inside the script's constructor, before
 // the fields below exist; sndTrkCode does nothing in it.
 GLSndTrack::GLSndTrack()
-    : GLScript(sndTrkCode), mTrackId(-1), mSample(0), mStopped(0), mPaused(0), mpHeader(GL_NEW GLHdrNode),
-      mpCurrent(0), mpNextTrack(0), mSampleLock(FALSE), mHalted(FALSE)
+    : GLScript(sndTrkCode), mTrackId(-1), mSample(0), mStopped(0), mPaused(0), mpHeader(GL_NEW GLHdrNode), mpCurrent(0),
+      mpNextTrack(0), mSampleLock(FALSE), mHalted(FALSE)
 {
     mpHeader->mpNext = mpHeader;
     mpHeader->mpPrev = mpHeader;

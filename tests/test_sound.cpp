@@ -23,8 +23,7 @@ struct Dice {
 
 // Draws from the library's generator until the next draw satisfies the test,
 // so that a case can pick which way a chance goes.
-template <typename Predicate>
-void SkipDrawsUntil(Predicate wanted)
+template <typename Predicate> void SkipDrawsUntil(Predicate wanted)
 {
     for (int i = 0; i < 100000; i++) {
         Dice dice;
@@ -71,8 +70,8 @@ protected:
     // and unlocks sounds (not the questions asked of the kernel).
     std::vector<std::string> Sound(std::size_t mark) const
     {
-        static const char* const kNames[] = {"PlaySample(", "PlaySampleAlternate(", "PanSample(",
-                                             "LockResource(", "UnlockResource(", "StopSample(",
+        static const char* const kNames[] = {"PlaySample(",     "PlaySampleAlternate(", "PanSample(",
+                                             "LockResource(",   "UnlockResource(",      "StopSample(",
                                              "StopAllSamples(", "FadeSample("};
         std::vector<std::string> result;
         for (const std::string& call : k.CallsSince(mark)) {
@@ -94,8 +93,8 @@ protected:
     std::string WriteFile(const std::string& contents)
     {
         const ::testing::TestInfo* info = ::testing::UnitTest::GetInstance()->current_test_info();
-        std::string path = ::testing::TempDir() + "quindle_track_" + info->name() + "_" +
-                           std::to_string(files.size()) + ".txt";
+        std::string path =
+            ::testing::TempDir() + "quindle_track_" + info->name() + "_" + std::to_string(files.size()) + ".txt";
         std::FILE* file = std::fopen(path.c_str(), "wb");
         EXPECT_NE(file, nullptr);
         if (file) {
@@ -615,15 +614,36 @@ TEST_F(SoundTest, TheManagerForwardsToTheKernelUnchanged)
     manager.Distort(9, 10, 11);
     manager.Distort(-1, 12, 13);
     manager.StopPan(9, 14);
-    EXPECT_EQ(k.CallsSince(mark),
-              (Calls{"GetActiveSampleCount()", "IsAudioInstalled()", "PreloadSample(3)", "GetGlobalDuration(ptr)",
-                     "GetGlobalVolume()", "SetGlobalVolume(90)", "GetSampleRate()", "SetSampleRate(22050)",
-                     "DefaultSampleRate()", "GetSampleBits()", "SetSampleBits(16)", "DefaultSampleRate()",
-                     "GetChannelCount()", "SetChannelCount(2)", "DefaultChannelCount()", "GetAutoVolAdjust()",
-                     "SetAutoVolAdjust(4)", "GetDACCritical()", "SetDACCritical(5)", "CheckNoise()",
-                     "GetSampleDuration(9,ptr,6)", "GetSampleVolume(9,ptr,7)", "SetSampleVolume(9,40,8)",
-                     "PauseSample(9,1)", "PauseAllSamples()", "ResumeSample(9,2)", "ResumeAllSamples()",
-                     "DistortSample(9,10,11)", "DistortAllSamples(12)", "StopPanSample(9,14)"}));
+    EXPECT_EQ(k.CallsSince(mark), (Calls{"GetActiveSampleCount()",
+                                         "IsAudioInstalled()",
+                                         "PreloadSample(3)",
+                                         "GetGlobalDuration(ptr)",
+                                         "GetGlobalVolume()",
+                                         "SetGlobalVolume(90)",
+                                         "GetSampleRate()",
+                                         "SetSampleRate(22050)",
+                                         "DefaultSampleRate()",
+                                         "GetSampleBits()",
+                                         "SetSampleBits(16)",
+                                         "DefaultSampleRate()",
+                                         "GetChannelCount()",
+                                         "SetChannelCount(2)",
+                                         "DefaultChannelCount()",
+                                         "GetAutoVolAdjust()",
+                                         "SetAutoVolAdjust(4)",
+                                         "GetDACCritical()",
+                                         "SetDACCritical(5)",
+                                         "CheckNoise()",
+                                         "GetSampleDuration(9,ptr,6)",
+                                         "GetSampleVolume(9,ptr,7)",
+                                         "SetSampleVolume(9,40,8)",
+                                         "PauseSample(9,1)",
+                                         "PauseAllSamples()",
+                                         "ResumeSample(9,2)",
+                                         "ResumeAllSamples()",
+                                         "DistortSample(9,10,11)",
+                                         "DistortAllSamples(12)",
+                                         "StopPanSample(9,14)"}));
 
     k.resources[{13, 30}] = true;
     mark = k.Mark();
@@ -634,11 +654,10 @@ TEST_F(SoundTest, TheManagerForwardsToTheKernelUnchanged)
     manager.Load(30);
     manager.Load(31);
     manager.Unload(31);
-    EXPECT_EQ(k.CallsSince(mark),
-              (Calls{"ResourceExists(13,30)", "LockResource(13,30)", "ResourceExists(13,31)", "LockResource(12,31)",
-                     "ResourceExists(13,30)", "UnlockResource(13,30)", "ResourceExists(13,31)",
-                     "UnlockResource(12,31)", "ResourceExists(13,30)", "LoadResource(13,30,1)",
-                     "ResourceExists(13,31)", "LoadResource(12,31,1)"}));
+    EXPECT_EQ(k.CallsSince(mark), (Calls{"ResourceExists(13,30)", "LockResource(13,30)", "ResourceExists(13,31)",
+                                         "LockResource(12,31)", "ResourceExists(13,30)", "UnlockResource(13,30)",
+                                         "ResourceExists(13,31)", "UnlockResource(12,31)", "ResourceExists(13,30)",
+                                         "LoadResource(13,30,1)", "ResourceExists(13,31)", "LoadResource(12,31,1)"}));
 }
 
 TEST_F(SoundTest, APlayedSampleCuesItsCallerAndIsUnlockedOnTheFirstFrameItIsSilent)
@@ -956,9 +975,10 @@ TEST_F(SoundTest, AnEmptyLineEndsTheFileAndMalformedLinesAreSkipped)
                                  "WAIT -3\n"
                                  "WAIT 2 -1\n"
                                  "WAIT\n" +
-                                 longLine + fits +
-                                 "SOUND 52" + std::string(112, ' ') + "\n" + // 120: too long
-                                 std::string("SOUND 5\0" "3\n", 10) +
+                                 longLine + fits + "SOUND 52" + std::string(112, ' ') + "\n" + // 120: too long
+                                 std::string("SOUND 5\0"
+                                             "3\n",
+                                             10) +
                                  "SOUND 53\n"
                                  " , \t\n"
                                  "SOUND 54\n"
@@ -993,9 +1013,16 @@ TEST_F(SoundTest, HostileFilesNeverBreakTheReaderOrTheTrack)
     GLSndManager manager;
     // Random bytes, weighted toward the reader's own vocabulary, then played
     // for a while: anything may be read, nothing may go wrong.
-    const std::string pieces[] = {"SOUND", "WAIT", "PRS", "PLAY", " ", ",", "\t", "\n", "\r\n", "-", "+",
-                                  "0", "1", "99", "2147483648", "-2147483649", "x", std::string(1, '\0'),
-                                  "\xff\xfe", std::string(130, 'A')};
+    const std::string pieces[] = {"SOUND",      "WAIT",
+                                  "PRS",        "PLAY",
+                                  " ",          ",",
+                                  "\t",         "\n",
+                                  "\r\n",       "-",
+                                  "+",          "0",
+                                  "1",          "99",
+                                  "2147483648", "-2147483649",
+                                  "x",          std::string(1, '\0'),
+                                  "\xff\xfe",   std::string(130, 'A')};
     std::uint32_t seed = 12345;
     auto next = [&seed](std::uint32_t n) {
         seed = seed * 1103515245u + 12345u;
