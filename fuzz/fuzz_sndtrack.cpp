@@ -61,6 +61,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     }
     delete game;
     theGame = nullptr;
+    std::remove(TrackPath().c_str());
     if (k.Ledger().LiveCount() != 0)
         std::abort();
     return 0;
