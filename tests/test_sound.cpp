@@ -6,6 +6,7 @@
 
 #include <cstdio>
 #include <string>
+#include <type_traits>
 #include <vector>
 
 namespace {
@@ -237,6 +238,33 @@ TEST_F(SoundTest, DeletingANodeTakesTheFirstMatchAndKeepsTheRingClosed)
     EXPECT_EQ(Ring(&track), (std::vector<std::string>{"S1", "G2", "W8"}));
 }
 
+TEST_F(SoundTest, DeletingTheNodeThatPlaysLetsTheTrackGoOnAfterItsPredecessor)
+{
+    static_assert(!std::is_copy_constructible<GLSndTrack>::value, "a copy would share the ring");
+    static_assert(!std::is_copy_assignable<GLSndManager>::value, "a copy would share the tracks");
+    GLSndTrack track;
+    track.AddSndNode(1, 127, 1, 50, 100);
+    track.AddSndNode(2, 127, 1, 50, 100);
+    track.AddSndNode(3, 127, 1, 50, 100);
+    track.Play();
+    k.playingSamples.clear();
+    Frames(2); // 2 starts
+    ASSERT_EQ(track.mSample, 2);
+    track.DeleteSndNode(2);
+    EXPECT_EQ(track.mpCurrent, track.mpHeader->mpNext);
+    k.playingSamples.clear();
+    std::size_t mark = k.Mark();
+    Frames(2); // 2 is still unlocked when its test finds it ended; then 3
+    EXPECT_EQ(Sound(mark), (Calls{"UnlockResource(12,2)", "LockResource(12,3)", "PlaySample(3,0,127,0,0)"}));
+    track.DeleteSndNode(3); // the last node, playing
+    EXPECT_EQ(track.mpCurrent, track.mpHeader->mpNext);
+    EXPECT_EQ(track.mpHeader->mpPrev, track.mpHeader->mpNext);
+    k.playingSamples.clear();
+    mark = k.Mark();
+    Frames(2);
+    EXPECT_EQ(Sound(mark), (Calls{"UnlockResource(12,3)", "LockResource(12,1)", "PlaySample(1,0,127,0,0)"}));
+}
+
 // ----- a track frame by frame -----
 
 TEST_F(SoundTest, ASoundIsTestedEveryFrameAndTheNextNodeStartsTheFrameAfterItEnds)
@@ -346,12 +374,16 @@ TEST_F(SoundTest, AChanceDrawsOnceAndLetsThroughWhenTheDrawModHundredIsAtMostIt)
             Frames(2); // the test of the last round, then this step
         int plays = CountSince(mark, "PlaySample");
         ASSERT_EQ(plays, expected ? 1 : 0) << "round " << round;
+        ASSERT_EQ(CountSince(mark, "LockResource"), plays);
         ASSERT_EQ(GLSndRandomState(), dice.state) << "exactly one draw";
+        // A node that lost its draw still names its sample and is unlocked
+        // after its test: the unlock follows the node, not the draw.
+        if (round > 0) {
+            ASSERT_EQ(CountSince(mark, "UnlockResource"), 1);
+        }
+        EXPECT_EQ(track.mSample, 11);
         played += plays;
         k.playingSamples.clear();
-        // A node that lost its draw still names its sample and is unlocked
-        // after the test: the unlock follows the node, not the draw.
-        EXPECT_EQ(track.mSample, 11);
     }
     EXPECT_GT(played, 0);
     EXPECT_LT(played, 40);
