@@ -151,6 +151,13 @@ GLSndTrack* GLSndManager::CreateSndTrack(const char* fileName)
     std::FILE* pFile = std::fopen(fileName, "r");
     if (!pFile)
         return 0;
+    // Some names open but cannot be read (a directory): no track either.
+    int c = std::getc(pFile);
+    if (c == EOF && std::ferror(pFile)) {
+        std::fclose(pFile);
+        return 0;
+    }
+    std::ungetc(c, pFile);
 
     GLSndTrack* pTrack = CreateSndTrack();
     char line[kLineMax + 1];

@@ -348,7 +348,8 @@ public:
     // A new empty track, numbered and owned by the manager.
     GLSndTrack* CreateSndTrack();
     // A track built from a text file, numbered and owned by the manager; null
-    // (and no track made) when the file cannot be opened.
+    // (and no track made) when the file cannot be opened or read. An empty
+    // file gives an empty track.
     //
     // The file holds one node per line; a line is a keyword and whole numbers
     // separated by any mix of commas, spaces and tabs:

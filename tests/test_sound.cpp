@@ -1036,6 +1036,7 @@ TEST_F(SoundTest, AnEmptyFileGivesAnEmptyTrackAndAMissingOneGivesNone)
 
     EXPECT_EQ(manager.CreateSndTrack((::testing::TempDir() + "quindle_no_such_track.txt").c_str()), nullptr);
     EXPECT_EQ(manager.CreateSndTrack(nullptr), nullptr);
+    EXPECT_EQ(manager.CreateSndTrack(::testing::TempDir().c_str()), nullptr); // a directory
     EXPECT_EQ(manager.mLastTrackId, 1); // no number was used up
     EXPECT_EQ(manager.CreateSndTrack()->mTrackId, 2);
 }
