@@ -1,5 +1,5 @@
 // Buttons: faces, presses and releases, hogging.
-#include "QuindleTest.h"
+#include "GameTest.h"
 
 #include <algorithm>
 #include "glbutton.h"
@@ -21,16 +21,11 @@ void CountMouseUp(GLEvent*, GLObject* pButton)
     gLastButton = pButton;
 }
 
-class ButtonTest : public QuindleTest {
+class ButtonTest : public GameTest {
 protected:
     ButtonTest()
     {
         gMouseUps = 0;
-        game = new GLGame();
-        GLDLLInit(game);
-        plane = new GLColoredPlane(ZOR_Rect(0, 0, 639, 479), 0, 1, 0, ZOR_Point(0, 0));
-        game->mpPlaneManager->Add(plane);
-        game->mpUser->IsHandsOn(TRUE); // as Play would
         button = new GLButton(plane, 40, 2, 5, GLPoint(100, 100), 3);
         button->SetMouseUpFnct(CountMouseUp);
         button->Show();
@@ -40,9 +35,6 @@ protected:
     ~ButtonTest() override
     {
         delete button;
-        game->mpPlaneManager->Remove(plane);
-        delete plane;
-        delete game;
     }
     // One event through a whole frame; returns whether it was claimed.
     int Send(std::uint16_t type, int x, int y)
@@ -53,8 +45,6 @@ protected:
     }
     int Cel() { return button->GetCel(); }
 
-    GLGame* game;
-    AbsGLPlane* plane;
     GLButton* button;
 };
 

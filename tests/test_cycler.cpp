@@ -1,5 +1,5 @@
 // Cel cyclers, as whole frames of the main loop.
-#include "QuindleTest.h"
+#include "GameTest.h"
 #include "glcel.h"
 #include "glcycler.h"
 #include "glgame.h"
@@ -11,44 +11,19 @@
 namespace {
 
 // Counts the cues it gets and remembers the last cuer.
-class Listener : public GLObject {
-public:
-    void Cue(GLCue* pCue) override
-    {
-        cues++;
-        lastCuer = pCue->mpCuer;
-    }
-    int cues = 0;
-    GLObject* lastCuer = nullptr;
-};
-
-class CyclerTest : public QuindleTest {
+class CyclerTest : public GameTest {
 protected:
-    CyclerTest()
-    {
-        game = new GLGame();
-        GLDLLInit(game);
-        plane = new GLColoredPlane(ZOR_Rect(0, 0, 639, 479), 0, 1, 0, ZOR_Point(0, 0));
-        k.SetView(100, {4, 3, 1, 2});
-    }
+    CyclerTest() { k.SetView(100, {4, 3, 1, 2}); }
     ~CyclerTest() override
     {
         for (GLCel* cel : cels)
             delete cel;
-        delete plane;
-        delete game;
     }
     GLCel* NewCel(int loop, int cel = 0)
     {
         cels.push_back(new GLCel(plane, 100, static_cast<short>(loop), static_cast<short>(cel), GLPoint(10, 10), 5,
                                  ScaleInfo{128, 128, 100, 0}));
         return cels.back();
-    }
-    // Runs one frame at that tick.
-    void Frame(std::uint32_t tick)
-    {
-        k.ticks = tick;
-        game->DoIt();
     }
     // Runs frames one tick apart and records the cel shown after each.
     std::vector<int> Run(GLCel* cel, std::uint32_t from, std::uint32_t to)
@@ -61,8 +36,6 @@ protected:
         return shown;
     }
 
-    GLGame* game;
-    AbsGLPlane* plane;
     std::vector<GLCel*> cels;
 };
 
@@ -70,7 +43,7 @@ TEST_F(CyclerTest, EndRulesShowTheirDocumentedSequences)
 {
     GLCel* cel = NewCel(0); // four cels
     cel->SetCycleSpeed(0);
-    Listener listener;
+    CueRecorder listener;
     GLEndResetCycler reset;
     reset.Add(cel, FALSE);
     reset.Start(&listener);
@@ -160,7 +133,7 @@ TEST_F(CyclerTest, RandomCelsNeverRepeatAndEmptyCyclersFinish)
         }
         EXPECT_GE(k.Count("Random"), 40);
     }
-    Listener listener;
+    CueRecorder listener;
     GLEndCycler empty;
     empty.Start(&listener);
     Frame(50);
@@ -187,7 +160,7 @@ TEST_F(CyclerTest, MisuseEndsWithTheExactReport)
     EXPECT_GL_ASSERT(cycler.Add(cel, FALSE), "include/glset.h", "!\"Item is already in set!\"");
     EXPECT_GL_ASSERT(
         {
-            Listener listener;
+            CueRecorder listener;
             GLCycler* waiting = new GLCycler();
             waiting->Start(&listener);
             delete waiting;

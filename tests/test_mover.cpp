@@ -1,5 +1,5 @@
 // Movers and paths, as whole frames of the main loop.
-#include "QuindleTest.h"
+#include "GameTest.h"
 #include "glcel.h"
 #include "glcycler.h"
 #include "glgame.h"
@@ -12,24 +12,10 @@
 
 namespace {
 
-class Listener : public GLObject {
-public:
-    void Cue(GLCue* pCue) override
-    {
-        cues++;
-        lastCuer = pCue->mpCuer;
-    }
-    int cues = 0;
-    GLObject* lastCuer = nullptr;
-};
-
-class MoverTest : public QuindleTest {
+class MoverTest : public GameTest {
 protected:
     MoverTest()
     {
-        game = new GLGame();
-        GLDLLInit(game);
-        plane = new GLColoredPlane(ZOR_Rect(0, 0, 639, 479), 0, 1, 0, ZOR_Point(0, 0));
         k.SetView(7, {4});
         actor = new GLCel(plane, 7, 0, 0, GLPoint(0, 0), 5, ScaleInfo{128, 128, 100, 0});
         actor->Show();
@@ -37,25 +23,16 @@ protected:
     ~MoverTest() override
     {
         delete actor;
-        delete plane;
-        delete game;
-    }
-    void Frame(std::uint32_t tick)
-    {
-        k.ticks = tick;
-        game->DoIt();
     }
     std::pair<int, int> Pos() const { return {actor->GetPos().GetX(), actor->GetPos().GetY()}; }
 
-    GLGame* game;
-    AbsGLPlane* plane;
     GLCel* actor;
 };
 
 TEST_F(MoverTest, StepsOneMoveSpeedIntervalApartAndCuesOnArrival)
 {
     Frame(50);
-    Listener listener;
+    CueRecorder listener;
     GLMover mover(actor, GLPoint(10, 4), &listener);
     EXPECT_TRUE(game->mpObjects->IsInList(&mover));
     Frame(55);
@@ -87,7 +64,7 @@ TEST_F(MoverTest, APathWalksItsLegsWhileACyclerAnimatesAndCuesOnceAtTheEnd)
     points.AddToEnd(&a);
     points.AddToEnd(&b);
     points.AddToEnd(&c);
-    Listener listener;
+    CueRecorder listener;
     GLCycler walkCycle(actor);
     GLPath path(actor, points, &listener);
     std::vector<std::pair<int, int>> visited;
@@ -112,7 +89,7 @@ TEST_F(MoverTest, APathWalksItsLegsWhileACyclerAnimatesAndCuesOnceAtTheEnd)
 
 TEST_F(MoverTest, ZeroLengthLegsArriveAndMovingMoversLeaveTheGameWhenDeleted)
 {
-    Listener listener;
+    CueRecorder listener;
     GLMover* stay = new GLMover(actor, GLPoint(0, 0), &listener);
     Frame(6);
     EXPECT_FALSE(stay->IsMoving());

@@ -1,5 +1,5 @@
 // Robots, as whole frames of the main loop.
-#include "QuindleTest.h"
+#include "GameTest.h"
 
 #include <algorithm>
 #include "glcast.h"
@@ -12,40 +12,24 @@
 
 namespace {
 
-class Listener : public GLObject {
-public:
-    void Cue(GLCue*) override { cues++; }
-    int cues = 0;
-};
-
-class RobotTest : public QuindleTest {
+class RobotTest : public GameTest {
 protected:
     RobotTest()
     {
-        game = new GLGame();
-        GLDLLInit(game);
-        plane = new GLColoredPlane(ZOR_Rect(0, 0, 639, 479), 0, 1, 0, ZOR_Point(0, 0));
-        game->mpPlaneManager->Add(plane);
         client = new GLScreenItem(plane, 3, 0, 0, GLPoint(5, 5), 2, ScaleInfo{128, 128, 100, 0});
         client->Show();
     }
     ~RobotTest() override
     {
         delete client;
-        game->mpPlaneManager->Remove(plane);
-        delete plane;
-        delete game;
     }
-    void Frame() { game->DoIt(); }
 
-    GLGame* game;
-    AbsGLPlane* plane;
     GLScreenItem* client;
 };
 
 TEST_F(RobotTest, CuesAtItsCuePointAndAtItsEndThenLeavesTheCast)
 {
-    Listener listener;
+    CueRecorder listener;
     GLRobot robot(900, plane, 4, GLPoint(20, 30));
     robot.SetCaller(&listener);
     robot.SetClient(client);
@@ -79,7 +63,7 @@ TEST_F(RobotTest, CuesAtItsCuePointAndAtItsEndThenLeavesTheCast)
 
 TEST_F(RobotTest, WaitingStartOnlyUpdatesTheScreenUntilDone)
 {
-    Listener listener;
+    CueRecorder listener;
     GLRobot robot(901, plane, 4, GLPoint(0, 0));
     robot.SetCaller(&listener);
     k.robotDoneAfterPolls = 3;
@@ -129,7 +113,7 @@ TEST_F(RobotTest, PauseResumeAndSettingsTakeEffectWhenTheyShould)
 
 TEST_F(RobotTest, AStartWhileAnotherPlaysEndsTheOtherFirst)
 {
-    Listener first;
+    CueRecorder first;
     GLRobot one(1, plane, 1, GLPoint(0, 0));
     GLRobot two(2, plane, 1, GLPoint(0, 0));
     one.SetCaller(&first);
