@@ -757,9 +757,15 @@ void SoftKernel::DrawBitmap(const SoftBitmap& bmp, int left, int top, int scaleX
             if (!mirror) {
                 const std::uint8_t* src = &bmp.pixels[row + (area.left - left)];
                 const std::uint8_t* op = &bmp.opaque[row + (area.left - left)];
-                for (int i = 0; i < w; i++)
-                    if (op[i])
-                        dst[i] = src[i];
+                if (!std::memchr(op, 0, static_cast<std::size_t>(w))) {
+                    std::memcpy(dst, src, static_cast<std::size_t>(w));
+                } else {
+                    // A select written as masks, so the compiler turns it into vector code.
+                    for (int i = 0; i < w; i++) {
+                        const std::uint8_t m = static_cast<std::uint8_t>(-(op[i] != 0));
+                        dst[i] = static_cast<std::uint8_t>((src[i] & m) | (dst[i] & ~m));
+                    }
+                }
             } else {
                 for (int i = 0; i < w; i++) {
                     const int bx = bmp.width - 1 - (area.left + i - left);
