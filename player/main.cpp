@@ -63,6 +63,7 @@ struct Options {
     std::uint32_t gifEvery = 2;
     std::uint32_t step = 1;
     bool quiet = false;
+    bool ticksGiven = false;
     bool window = false;
     int scale = 2;
     std::vector<char*> gameArgs;
@@ -98,6 +99,7 @@ bool ParseOptions(int argc, char** argv, Options* o, std::string* error)
             if (!need("a number of ticks") || !Number(next, 1, 0x7FFFFFFF, &v))
                 return *error = error->empty() ? "--ticks needs a number of ticks 1..2147483647" : *error, false;
             o->ticks = static_cast<std::uint32_t>(v);
+            o->ticksGiven = true;
         } else if (a == "--script") {
             if (!need("a file"))
                 return false;
@@ -300,7 +302,7 @@ int main(int argc, char** argv)
             std::fprintf(stderr, "quindle-player: %s\n", error.c_str());
             return 3;
         }
-        SoftWindow::InstallAssertDialog();
+        GLSetAssertNotice([](const char* text, const char* title) { SoftWindow::ShowMessage(title, text); });
         k.UseRealClock(true);
         run.window = &window;
         window.StartAudio(k);
@@ -355,7 +357,7 @@ int main(int argc, char** argv)
     bool quit = false;
     std::uint32_t shown = 0;
     while (!k.HasFault()) {
-        if (!o.window && k.GetTicks() >= o.ticks)
+        if ((!o.window || o.ticksGiven) && k.GetTicks() >= o.ticks)
             break;
         if (!loop.step(loop.state)) {
             quit = true;

@@ -156,6 +156,17 @@ public:
         const SoftWav* wav;
     };
     bool GetSampleState(int sample, SampleView* out);
+    // What can be heard now: every playing, unpaused sample and speech, for a
+    // mixer. `id` tells sources apart (samples by number, speech below 0);
+    // `elapsedTicks` is where in the WAV the kernel's clock says it is.
+    struct AudibleSource {
+        long long id;
+        const SoftWav* wav;
+        std::uint32_t elapsedTicks;
+        int volume; // 0..127, the global volume applied
+        int pan;    // 0..100
+    };
+    std::vector<AudibleSource> AudibleSources();
 
     // ----- KernelServices -----
     int GetActiveSampleCount() override;

@@ -447,3 +447,28 @@ int SoftKernel::IsMessageAudioPlaying(int iKey1, int iKey2, int iKey3, int iKey4
             return Now() - s.start < s.duration ? 1 : 0;
     return 0;
 }
+
+std::vector<SoftKernel::AudibleSource> SoftKernel::AudibleSources()
+{
+    std::vector<AudibleSource> out;
+    const std::uint32_t now = Now();
+    for (auto& entry : mSamples) {
+        Sample& s = *entry.second;
+        UpdateSample(s);
+        if (!s.playing || s.paused || !s.wav)
+            continue;
+        out.push_back(AudibleSource{entry.first, s.wav, now - s.start - s.pausedTotal, s.volume * mGlobalVolume / 127,
+                                    s.pan});
+    }
+    for (std::size_t i = 0; i < mSpeech.size(); i++) {
+        const Speech& s = mSpeech[i];
+        if (now - s.start >= s.duration)
+            continue;
+        // Speech is told apart by its keys, folded into a negative id.
+        long long id = -1;
+        for (int k = 0; k < 5; k++)
+            id = id * 31 - (s.keys[k] & 0xFFFF);
+        out.push_back(AudibleSource{id < 0 ? id : -id - 1, s.wav, now - s.start, mGlobalVolume, 50});
+    }
+    return out;
+}

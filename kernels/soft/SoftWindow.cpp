@@ -1,0 +1,240 @@
+// SoftWindow.cpp - see SoftWindow.h.
+#include "SoftWindow.h"
+
+#include <SDL.h>
+
+#include <algorithm>
+#include <cmath>
+#include <vector>
+
+SoftWindow::~SoftWindow()
+{
+    if (mAudio)
+        SDL_CloseAudioDevice(mAudio);
+    if (mTexture)
+        SDL_DestroyTexture(static_cast<SDL_Texture*>(mTexture));
+    if (mRenderer)
+        SDL_DestroyRenderer(static_cast<SDL_Renderer*>(mRenderer));
+    if (mWindow)
+        SDL_DestroyWindow(static_cast<SDL_Window*>(mWindow));
+    if (mWindow || mAudio)
+        SDL_Quit();
+}
+
+bool SoftWindow::Open(const std::string& title, int scale, std::string* error)
+{
+    if (SDL_Init(SDL_INIT_VIDEO) != 0) {
+        *error = std::string("no window: ") + SDL_GetError();
+        return false;
+    }
+    mScale = scale;
+    SDL_Window* window = SDL_CreateWindow(title.c_str(), SDL_WINDOWPOS_CENTERED, SDL_WINDOWPOS_CENTERED,
+                                          SoftKernel::kWidth * scale, SoftKernel::kHeight * scale, 0);
+    if (!window) {
+        *error = std::string("no window: ") + SDL_GetError();
+        return false;
+    }
+    mWindow = window;
+    SDL_Renderer* renderer = SDL_CreateRenderer(window, -1, 0);
+    if (!renderer) {
+        *error = std::string("no renderer: ") + SDL_GetError();
+        return false;
+    }
+    mRenderer = renderer;
+    SDL_RenderSetLogicalSize(renderer, SoftKernel::kWidth, SoftKernel::kHeight);
+    mTexture = SDL_CreateTexture(renderer, SDL_PIXELFORMAT_ARGB8888, SDL_TEXTUREACCESS_STREAMING, SoftKernel::kWidth,
+                                 SoftKernel::kHeight);
+    if (!mTexture) {
+        *error = std::string("no texture: ") + SDL_GetError();
+        return false;
+    }
+    SDL_ShowCursor(SDL_DISABLE); // the kernel draws the game's cursor
+    mLastPresent = SDL_GetTicks64();
+    return true;
+}
+
+void SoftWindow::StartAudio(SoftKernel& kernel)
+{
+    if (SDL_InitSubSystem(SDL_INIT_AUDIO) != 0)
+        return;
+    SDL_AudioSpec want{}, have{};
+    want.freq = kernel.GetSampleRate();
+    want.format = AUDIO_S16SYS;
+    want.channels = 2;
+    want.samples = 1024;
+    mAudio = SDL_OpenAudioDevice(nullptr, 0, &want, &have, SDL_AUDIO_ALLOW_FREQUENCY_CHANGE);
+    if (!mAudio)
+        return;
+    mAudioRate = have.freq;
+    SDL_PauseAudioDevice(mAudio, 0);
+}
+
+void SoftWindow::ShowMessage(const char* title, const char* text)
+{
+    SDL_ShowSimpleMessageBox(SDL_MESSAGEBOX_ERROR, title, text, nullptr);
+}
+
+void SoftWindow::Present(SoftKernel& kernel)
+{
+    if (!mTexture)
+        return;
+    void* pixels = nullptr;
+    int pitch = 0;
+    if (SDL_LockTexture(static_cast<SDL_Texture*>(mTexture), nullptr, &pixels, &pitch) == 0) {
+        std::uint32_t lut[256];
+        const SoftPalette& pal = kernel.Palette();
+        for (int i = 0; i < 256; i++)
+            lut[i] = 0xFF000000u | (pal.colors[i].r << 16) | (pal.colors[i].g << 8) | pal.colors[i].b;
+        const std::uint8_t* frame = kernel.Frame();
+        for (int y = 0; y < SoftKernel::kHeight; y++) {
+            auto* row = reinterpret_cast<std::uint32_t*>(static_cast<std::uint8_t*>(pixels) + y * pitch);
+            for (int x = 0; x < SoftKernel::kWidth; x++)
+                row[x] = lut[frame[y * SoftKernel::kWidth + x]];
+        }
+        SDL_UnlockTexture(static_cast<SDL_Texture*>(mTexture));
+    }
+    SDL_Renderer* renderer = static_cast<SDL_Renderer*>(mRenderer);
+    SDL_RenderClear(renderer);
+    SDL_RenderCopy(renderer, static_cast<SDL_Texture*>(mTexture), nullptr, nullptr);
+    SDL_RenderPresent(renderer);
+    // At most 60 frames a second: the game's clock is real, so running faster
+    // would only burn the processor.
+    const std::uint64_t now = SDL_GetTicks64();
+    if (now - mLastPresent < 16)
+        SDL_Delay(static_cast<Uint32>(16 - (now - mLastPresent)));
+    mLastPresent = SDL_GetTicks64();
+}
+
+namespace {
+
+std::uint16_t Modifiers(Uint16 mod)
+{
+    std::uint16_t m = 0;
+    if (mod & KMOD_SHIFT)
+        m |= 1;
+    if (mod & KMOD_CTRL)
+        m |= 4;
+    if (mod & KMOD_ALT)
+        m |= 8;
+    return m;
+}
+
+std::uint32_t KeyCode(SDL_Keycode key)
+{
+    switch (key) {
+    case SDLK_RETURN:
+    case SDLK_KP_ENTER:
+        return 13;
+    case SDLK_ESCAPE:
+        return 27;
+    case SDLK_BACKSPACE:
+        return 8;
+    case SDLK_TAB:
+        return 9;
+    case SDLK_UP:
+        return 0x4800;
+    case SDLK_DOWN:
+        return 0x5000;
+    case SDLK_LEFT:
+        return 0x4B00;
+    case SDLK_RIGHT:
+        return 0x4D00;
+    default:
+        return key >= 32 && key < 127 ? static_cast<std::uint32_t>(key) : 0;
+    }
+}
+
+} // namespace
+
+void SoftWindow::Pump(SoftKernel& kernel)
+{
+    SDL_Event e;
+    while (SDL_PollEvent(&e)) {
+        SoftInputEvent in;
+        switch (e.type) {
+        case SDL_QUIT:
+            mClosed = true;
+            break;
+        case SDL_MOUSEBUTTONDOWN:
+        case SDL_MOUSEBUTTONUP:
+            in.type = e.type == SDL_MOUSEBUTTONDOWN ? kSoftEventPress : kSoftEventRelease;
+            in.x = std::clamp(e.button.x, 0, SoftKernel::kWidth - 1);
+            in.y = std::clamp(e.button.y, 0, SoftKernel::kHeight - 1);
+            in.modifiers = static_cast<std::uint16_t>(Modifiers(static_cast<Uint16>(SDL_GetModState())) |
+                                                      (e.button.button == SDL_BUTTON_RIGHT ? 1 : 0));
+            kernel.PushInput(in);
+            break;
+        case SDL_MOUSEMOTION: {
+            in.type = kSoftEventPointer;
+            in.x = std::clamp(e.motion.x, 0, SoftKernel::kWidth - 1);
+            in.y = std::clamp(e.motion.y, 0, SoftKernel::kHeight - 1);
+            ZOR_Point at(in.x, in.y);
+            kernel.SetCursorPos(&at);
+            kernel.PushInput(in);
+            break;
+        }
+        case SDL_KEYDOWN: {
+            in.type = kSoftEventKey;
+            in.modifiers = Modifiers(e.key.keysym.mod);
+            if (e.key.keysym.sym == SDLK_q && (e.key.keysym.mod & KMOD_CTRL)) {
+                in.message = kSoftQuitKey;
+                in.modifiers = kSoftQuitModifiers;
+            } else {
+                in.message = KeyCode(e.key.keysym.sym);
+                if (in.message == 0)
+                    break;
+            }
+            const ZOR_Point at = kernel.CursorPos();
+            in.x = at.x;
+            in.y = at.y;
+            kernel.PushInput(in);
+            break;
+        }
+        default:
+            break;
+        }
+    }
+    Mix(kernel);
+}
+
+// Keeps about a tenth of a second of sound queued. Each source is mixed from
+// where the kernel's clock says it is; a source that drifted more than a
+// tenth of a second (a pause, a restart) is moved back in step.
+void SoftWindow::Mix(SoftKernel& kernel)
+{
+    if (!mAudio)
+        return;
+    const Uint32 target = static_cast<Uint32>(mAudioRate / 10) * 4;
+    const Uint32 queued = SDL_GetQueuedAudioSize(mAudio);
+    if (queued >= target)
+        return;
+    const int frames = static_cast<int>((target - queued) / 4);
+    std::vector<int> mix(static_cast<std::size_t>(frames) * 2, 0);
+    const auto sources = kernel.AudibleSources();
+    std::map<long long, double> cursors;
+    for (const auto& s : sources) {
+        const SoftWav& wav = *s.wav;
+        const double expected = static_cast<double>(s.elapsedTicks) * wav.rate / 60.0;
+        auto found = mCursors.find(s.id);
+        double pos = found == mCursors.end() || std::fabs(found->second - expected) > wav.rate / 10.0 ? expected
+                                                                                                   : found->second;
+        const double step = static_cast<double>(wav.rate) / mAudioRate;
+        const int left = s.volume * (s.pan <= 50 ? 100 : 100 - (s.pan - 50) * 2) / 100;
+        const int right = s.volume * (s.pan >= 50 ? 100 : s.pan * 2) / 100;
+        for (int i = 0; i < frames; i++, pos += step) {
+            const std::uint32_t f = static_cast<std::uint32_t>(pos);
+            if (f >= wav.frames)
+                break;
+            const int l = wav.samples[static_cast<std::size_t>(f) * wav.channels];
+            const int r = wav.channels == 2 ? wav.samples[static_cast<std::size_t>(f) * 2 + 1] : l;
+            mix[static_cast<std::size_t>(i) * 2] += l * left / 127;
+            mix[static_cast<std::size_t>(i) * 2 + 1] += r * right / 127;
+        }
+        cursors[s.id] = pos;
+    }
+    mCursors = cursors;
+    std::vector<Sint16> out(mix.size());
+    for (std::size_t i = 0; i < mix.size(); i++)
+        out[i] = static_cast<Sint16>(std::clamp(mix[i], -32768, 32767));
+    SDL_QueueAudio(mAudio, out.data(), static_cast<Uint32>(out.size() * sizeof(Sint16)));
+}

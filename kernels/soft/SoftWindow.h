@@ -1,0 +1,54 @@
+// SoftWindow.h - the soft kernel in an SDL2 window: shows each frame scaled,
+// turns the mouse and keyboard into kernel events, and mixes the samples and
+// speech the kernel says are playing into SDL2's audio queue.
+//
+// Input mapping: a left button press / release is event 1 / 2 (modifiers
+// bit 0 with the right button or Shift), mouse motion is 0x800, a key is 8 with
+// its character code (Enter 13, Escape 27, Backspace 8, Tab 9, the arrows
+// 0x4800 up, 0x5000 down, 0x4B00 left, 0x4D00 right). Modifier bits: 1 Shift,
+// 4 Ctrl, 8 Alt. Ctrl+Q sends the quit key (0x4F00 with modifiers 4).
+// Positions are in the 640x480 screen, whatever the window's scale.
+#ifndef QUINDLE_SOFT_WINDOW_H
+#define QUINDLE_SOFT_WINDOW_H
+
+#include "SoftKernel.h"
+
+#include <map>
+#include <string>
+
+class SoftWindow {
+public:
+    SoftWindow() = default;
+    ~SoftWindow();
+    SoftWindow(const SoftWindow&) = delete;
+    SoftWindow& operator=(const SoftWindow&) = delete;
+
+    // Opens a window of 640x480 times `scale`. False with `error` set when SDL2
+    // has no display.
+    bool Open(const std::string& title, int scale, std::string* error);
+    // Starts the sound; without an audio device the game plays on silent.
+    void StartAudio(SoftKernel& kernel);
+    // Shows the kernel's last frame; waits so that frames come 60 a second at most.
+    void Present(SoftKernel& kernel);
+    // Hands waiting input to the kernel and feeds the sound.
+    void Pump(SoftKernel& kernel);
+    // True once the window was closed.
+    bool Closed() const { return mClosed; }
+    // A modal message box (the library's assertion notice, in a window).
+    static void ShowMessage(const char* title, const char* text);
+
+private:
+    void Mix(SoftKernel& kernel);
+
+    void* mWindow = nullptr;   // SDL_Window*
+    void* mRenderer = nullptr; // SDL_Renderer*
+    void* mTexture = nullptr;  // SDL_Texture*
+    int mScale = 2;
+    bool mClosed = false;
+    unsigned mAudio = 0;       // SDL_AudioDeviceID, 0 when none
+    int mAudioRate = 22050;
+    std::map<long long, double> mCursors; // per source: the position mixed up to, in WAV frames
+    std::uint64_t mLastPresent = 0;
+};
+
+#endif
