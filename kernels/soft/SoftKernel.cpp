@@ -24,6 +24,22 @@ int Scaled(int n, int s)
     return v < 1 ? 1 : static_cast<int>(v);
 }
 
+// Coordinates the kernel computes with are kept within +-2^24, far outside
+// anything drawn, so that no sum of them can overflow.
+constexpr std::int32_t kFar = 1 << 24;
+std::int32_t Safe(long long v)
+{
+    return static_cast<std::int32_t>(v < -kFar ? -kFar : v > kFar ? kFar : v);
+}
+ZOR_Point Safe(const ZOR_Point& p)
+{
+    return ZOR_Point(Safe(p.x), Safe(p.y));
+}
+ZOR_Rect Safe(const ZOR_Rect& r)
+{
+    return ZOR_Rect(Safe(r.left), Safe(r.top), Safe(r.right), Safe(r.bottom));
+}
+
 int ClampScale(int s)
 {
     return s <= 0 ? 128 : (s > 128 * 16 ? 128 * 16 : s);
@@ -197,7 +213,7 @@ void SoftKernel::TakeOver(Plane& plane)
     plane.id = r->id;
     plane.type = r->type;
     plane.color = r->color;
-    plane.rect = r->rect;
+    plane.rect = Safe(r->rect);
     plane.mirror = r->mirror;
     plane.priority = r->priority;
     plane.vanishingPoint = r->vanishingPoint;
@@ -293,7 +309,7 @@ void SoftKernel::AddPicAt(std::int32_t lPlaneId, int iPicture, int x, int y, int
         Report(error);
         return;
     }
-    plane->extraPics.push_back(Plane::Pic{iPicture, x, y, fMirror});
+    plane->extraPics.push_back(Plane::Pic{iPicture, Safe(x), Safe(y), fMirror});
 }
 
 void SoftKernel::SetShowStyle(std::int32_t lPlaneId, int iStyle, int iSpeed, int iColor, int /*fAnimate*/,
@@ -373,24 +389,22 @@ void SoftKernel::MovePlaneItems(std::int32_t lPlaneId, int iDeltaX, int iDeltaY,
         Item& item = *entry.second;
         if (item.planeId != lPlaneId)
             continue;
-        item.pos.x += iDeltaX;
-        item.pos.y += iDeltaY;
-        item.record->pos.x += iDeltaX;
-        item.record->pos.y += iDeltaY;
+        item.pos.x = Safe(static_cast<long long>(item.pos.x) + iDeltaX);
+        item.pos.y = Safe(static_cast<long long>(item.pos.y) + iDeltaY);
+        item.record->pos.x = Safe(static_cast<long long>(item.record->pos.x) + iDeltaX);
+        item.record->pos.y = Safe(static_cast<long long>(item.record->pos.y) + iDeltaY);
     }
     for (auto& poly : plane->polygons) {
-        for (auto& p : poly.points) {
-            p.x += iDeltaX;
-            p.y += iDeltaY;
-        }
+        for (auto& p : poly.points)
+            p = Safe(ZOR_Point(Safe(static_cast<long long>(p.x) + iDeltaX), Safe(static_cast<long long>(p.y) + iDeltaY)));
     }
     if (mRobot && mRobot->planeId == lPlaneId) {
-        mRobot->x += iDeltaX;
-        mRobot->y += iDeltaY;
+        mRobot->x = Safe(static_cast<long long>(mRobot->x) + iDeltaX);
+        mRobot->y = Safe(static_cast<long long>(mRobot->y) + iDeltaY);
     }
     if (fMovePictures) {
-        plane->picOffsetX += iDeltaX;
-        plane->picOffsetY += iDeltaY;
+        plane->picOffsetX = Safe(static_cast<long long>(plane->picOffsetX) + iDeltaX);
+        plane->picOffsetY = Safe(static_cast<long long>(plane->picOffsetY) + iDeltaY);
     }
 }
 
@@ -399,8 +413,9 @@ void SoftKernel::PlaneToLocal(std::int32_t lPlaneId, ZOR_Point* pPoint)
     Plane* plane = FindPlane(lPlaneId);
     if (!plane || !pPoint)
         return;
-    pPoint->x -= plane->rect.left;
-    pPoint->y -= plane->rect.top;
+    // Wrapping arithmetic: the point may hold anything, the unset marker included.
+    pPoint->x = static_cast<std::int32_t>(static_cast<std::uint32_t>(pPoint->x) - static_cast<std::uint32_t>(plane->rect.left));
+    pPoint->y = static_cast<std::int32_t>(static_cast<std::uint32_t>(pPoint->y) - static_cast<std::uint32_t>(plane->rect.top));
 }
 
 void SoftKernel::PlaneToGlobal(std::int32_t lPlaneId, ZOR_Point* pPoint)
@@ -408,8 +423,8 @@ void SoftKernel::PlaneToGlobal(std::int32_t lPlaneId, ZOR_Point* pPoint)
     Plane* plane = FindPlane(lPlaneId);
     if (!plane || !pPoint)
         return;
-    pPoint->x += plane->rect.left;
-    pPoint->y += plane->rect.top;
+    pPoint->x = static_cast<std::int32_t>(static_cast<std::uint32_t>(pPoint->x) + static_cast<std::uint32_t>(plane->rect.left));
+    pPoint->y = static_cast<std::int32_t>(static_cast<std::uint32_t>(pPoint->y) + static_cast<std::uint32_t>(plane->rect.top));
 }
 
 // ----- screen items -----
@@ -430,8 +445,10 @@ KernelScreenItemRecord* SoftKernel::NewScreenItem(std::int32_t lPlaneId, KernelS
     record->insetRect = ZOR_Rect(0, 0, 0, 0);
     auto item = std::make_unique<Item>();
     item->record = record;
+    item->id = record->id;
     item->serial = ++mSerial;
     TakeOver(*item);
+    mItemsById[record->id] = item.get();
     mItems[record] = std::move(item);
     return record;
 }
@@ -439,24 +456,24 @@ KernelScreenItemRecord* SoftKernel::NewScreenItem(std::int32_t lPlaneId, KernelS
 void SoftKernel::TakeOver(Item& item)
 {
     const KernelScreenItemRecord* r = item.record;
-    item.id = r->id;
+    // The id is the kernel's: it stays what NewScreenItem gave, whatever the record says.
     item.planeId = r->planeId;
     item.source = r->source;
-    item.pos = r->pos;
+    item.pos = Safe(r->pos);
     item.scale = r->scale;
-    item.z = r->z;
+    item.z = Safe(r->z);
     item.priority = r->priority;
     item.fixedPriority = r->fixedPriority;
     item.useInsetRect = r->useInsetRect;
-    item.insetRect = r->insetRect;
+    item.insetRect = Safe(r->insetRect);
 }
 
 SoftKernel::Item* SoftKernel::FindItem(std::int32_t planeId, std::int32_t itemId)
 {
-    for (auto& entry : mItems)
-        if (entry.second->id == itemId && entry.second->planeId == planeId)
-            return entry.second.get();
-    return nullptr;
+    auto found = mItemsById.find(itemId);
+    if (found == mItemsById.end() || found->second->planeId != planeId)
+        return nullptr;
+    return found->second;
 }
 
 void SoftKernel::AddScreenItem(KernelScreenItemRecord* pRecord)
@@ -494,6 +511,7 @@ void SoftKernel::DeleteScreenItem(KernelScreenItemRecord* pRecord)
         Report("DeleteScreenItem: a screen item record this kernel did not make");
         return;
     }
+    mItemsById.erase(found->second->id);
     mItems.erase(found);
     delete pRecord;
 }
@@ -505,6 +523,7 @@ void SoftKernel::DisposeScreenItem(KernelScreenItemRecord* pRecord)
         Report("DisposeScreenItem: a screen item record this kernel did not make");
         return;
     }
+    mItemsById.erase(found->second->id);
     mItems.erase(found);
     delete pRecord;
 }
@@ -676,8 +695,11 @@ void SoftKernel::UpdatePolygon(std::int32_t lPlaneId, std::int32_t lPolygonId, Z
     for (auto& poly : plane->polygons) {
         if (poly.id != lPolygonId)
             continue;
-        if (pPoints && iCount > 0)
-            poly.points.assign(pPoints, pPoints + iCount);
+        if (pPoints && iCount > 0) {
+            poly.points.assign(pPoints, pPoints + std::min(iCount, 4096));
+            for (auto& p : poly.points)
+                p = Safe(p);
+        }
         // -9999 asks for a place above every item of the plane, decided when drawn.
         poly.priority = iPriority;
         poly.color = iColor;
@@ -710,7 +732,8 @@ int SoftKernel::PointInPolygon(int x, int y, ZOR_Point* pPoints, int iCount)
     for (int i = 0; i < iCount; i++) {
         const ZOR_Point& a = pPoints[i];
         const ZOR_Point& b = pPoints[(i + 1) % iCount];
-        const long long cross = static_cast<long long>(b.x - a.x) * (y - a.y) - static_cast<long long>(b.y - a.y) * (x - a.x);
+        const long long cross = (static_cast<long long>(b.x) - a.x) * (static_cast<long long>(y) - a.y) -
+                                (static_cast<long long>(b.y) - a.y) * (static_cast<long long>(x) - a.x);
         if (cross == 0 && x >= std::min(a.x, b.x) && x <= std::max(a.x, b.x) && y >= std::min(a.y, b.y) &&
             y <= std::max(a.y, b.y))
             return 1;
@@ -721,9 +744,9 @@ int SoftKernel::PointInPolygon(int x, int y, ZOR_Point* pPoints, int iCount)
         const ZOR_Point& b = pPoints[j];
         if ((a.y > y) != (b.y > y)) {
             // x of the edge at height y, compared without division.
-            const long long lhs = static_cast<long long>(x - a.x) * (b.y - a.y);
-            const long long rhs = static_cast<long long>(b.x - a.x) * (y - a.y);
-            if ((b.y - a.y > 0) ? lhs < rhs : lhs > rhs)
+            const long long lhs = (static_cast<long long>(x) - a.x) * (static_cast<long long>(b.y) - a.y);
+            const long long rhs = (static_cast<long long>(b.x) - a.x) * (static_cast<long long>(y) - a.y);
+            if ((static_cast<long long>(b.y) - a.y > 0) ? lhs < rhs : lhs > rhs)
                 inside = !inside;
         }
     }
@@ -1249,8 +1272,8 @@ void SoftKernel::InitRobot(std::uint32_t uRobot, std::int32_t lPlaneId, int iPri
     mRobot->data = data;
     mRobot->planeId = lPlaneId;
     mRobot->priority = iPriority;
-    mRobot->x = x;
-    mRobot->y = y;
+    mRobot->x = Safe(x);
+    mRobot->y = Safe(y);
     mRobot->serial = ++mSerial;
 }
 

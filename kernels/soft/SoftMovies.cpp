@@ -94,8 +94,8 @@ void SoftKernel::SetVmdPlacement(int x, int y, int iFlags, int iRed, int iGreen,
 {
     if (!mVmd)
         return;
-    mVmd->x = x;
-    mVmd->y = y;
+    mVmd->x = std::max(-4096, std::min(4096, x));
+    mVmd->y = std::max(-4096, std::min(4096, y));
     mVmd->flags = iFlags;
     mVmd->red = std::max(0, std::min(255, iRed));
     mVmd->green = std::max(0, std::min(255, iGreen));
@@ -220,8 +220,10 @@ int SoftKernel::AddVmdBlob(int iValue1, int iValue2, int iValue3, int iValue4, i
 {
     if (!mVmd)
         return -1;
-    Vmd::Blob b{mVmd->nextBlob++, std::min(iValue1, iValue3), std::min(iValue2, iValue4), std::max(iValue1, iValue3),
-                std::max(iValue2, iValue4), std::max(1, std::min(iValue5, 64))};
+    // Blobs lie within the movie frame (no frame is larger than the screen).
+    auto in = [](int v) { return std::max(0, std::min(v, 639)); };
+    Vmd::Blob b{mVmd->nextBlob++, in(std::min(iValue1, iValue3)), in(std::min(iValue2, iValue4)),
+                in(std::max(iValue1, iValue3)), in(std::max(iValue2, iValue4)), std::max(1, std::min(iValue5, 64))};
     mVmd->blobs.push_back(b);
     mVmd->blobsOn = true;
     return b.id;
@@ -241,9 +243,10 @@ void SoftKernel::DeleteVmdBlob(int iBlob)
 
 void SoftKernel::BlackOutVmd(int iValue1, int iValue2, int iValue3, int iValue4)
 {
+    auto in = [](int v) { return std::max(-1, std::min(v, 640)); };
     if (mVmd)
-        mVmd->blackouts.push_back(ZOR_Rect(std::min(iValue1, iValue3), std::min(iValue2, iValue4),
-                                           std::max(iValue1, iValue3), std::max(iValue2, iValue4)));
+        mVmd->blackouts.push_back(ZOR_Rect(in(std::min(iValue1, iValue3)), in(std::min(iValue2, iValue4)),
+                                           in(std::max(iValue1, iValue3)), in(std::max(iValue2, iValue4))));
 }
 
 unsigned SoftKernel::GetVmdWidth()
@@ -286,10 +289,10 @@ void SoftKernel::SetAviRect(int iMovie, int x, int y, int iWidth, int iHeight)
     auto found = mAvis.find(iMovie);
     if (found == mAvis.end())
         return;
-    found->second->x = x;
-    found->second->y = y;
-    found->second->width = std::max(0, iWidth);
-    found->second->height = std::max(0, iHeight);
+    found->second->x = std::max(-4096, std::min(4096, x));
+    found->second->y = std::max(-4096, std::min(4096, y));
+    found->second->width = std::max(0, std::min(iWidth, 4096));
+    found->second->height = std::max(0, std::min(iHeight, 4096));
 }
 
 void SoftKernel::SetAviPos(int iMovie, int x, int y)
@@ -297,8 +300,8 @@ void SoftKernel::SetAviPos(int iMovie, int x, int y)
     auto found = mAvis.find(iMovie);
     if (found == mAvis.end())
         return;
-    found->second->x = x;
-    found->second->y = y;
+    found->second->x = std::max(-4096, std::min(4096, x));
+    found->second->y = std::max(-4096, std::min(4096, y));
 }
 
 unsigned SoftKernel::PlayAvi(int iMovie, int iValue1, int iValue2, int iPlayType, int /*iValue4*/)

@@ -407,3 +407,44 @@ TEST_F(SoftCompose, TheCursorIsDrawnOnTopWhereItWasPut)
 }
 
 } // namespace
+
+namespace {
+
+// Values far outside the screen, the unset marker among them, are drawn (or
+// not) without any arithmetic going wrong; the sanitizer build watches.
+TEST(SoftExtremes, FarCoordinatesAreSafe)
+{
+    soft_test::TempGame game;
+    game.Write("views/1.txt", "cel 0 0 a.png 4096 -4096\n");
+    game.WriteSolidPng("views/a.png", 3, 3, 4);
+    SoftKernel k;
+    ASSERT_TRUE(k.SetGameFolder(game.Dir()));
+    const std::int32_t far[] = {INT32_MIN, INT32_MAX, static_cast<std::int32_t>(0x89ABCDEFu), -1, 0};
+    KernelPlaneRecord* p = soft_test::MakePlane(k, -1, 1, ZOR_Rect(INT32_MIN, INT32_MIN, INT32_MAX, INT32_MAX), 0);
+    for (std::int32_t a : far) {
+        for (std::int32_t b : far) {
+            KernelScreenItemRecord* r = soft_test::MakeItem(k, p, 1, 0, 0, a, b, a);
+            r->z = b;
+            r->scale = ScaleInfo{a, b, 100, 0};
+            r->useInsetRect = 1;
+            r->insetRect = ZOR_Rect(a, b, b, a);
+            k.UpdateScreenItem(r);
+            ZOR_Point pt(a, b);
+            k.ScreenItemOnPoint(&pt, p->id, r->id, 1);
+            ZOR_Rect seen;
+            k.GetNowSeenRect(p->id, r->id, &seen);
+            k.PlaneToLocal(p->id, &pt);
+            k.PlaneToGlobal(p->id, &pt);
+            ZOR_Point poly[] = {{a, b}, {b, a}, {0, 0}};
+            k.PointInPolygon(a, b, poly, 3);
+            k.AddPolygon(p->id, poly, 3, 1, 5, ZOR_Line::tPattern, 0x5555, 3, 0);
+        }
+    }
+    k.MovePlaneItems(p->id, INT32_MAX, INT32_MIN, 1);
+    k.AddPicAt(p->id, 1, INT32_MAX, INT32_MIN, 0, 0);
+    k.UpdateScreen(1);
+    k.ClearFault(); // the picture does not exist
+    EXPECT_EQ(k.Frame()[0], 1);
+}
+
+} // namespace
