@@ -133,4 +133,37 @@ TEST_F(SoftPlayer, BadInputGivesAMessageNamingTheFileAndAFailingStatus)
     }
 }
 
+// The whole way: the library's game loop on the soft kernel, driven by the
+// player, a scripted click reaching a cel through the plane manager and the
+// cast, and the quit key ending the game.
+TEST(SoftPlayerLibrary, AGameOnTheLibraryDrawsTakesAClickAndQuits)
+{
+    TempGame game;
+    game.Write("game.txt", std::string("library ") + LIBRARY_GAME + "\n");
+    game.WriteSolidPng("pictures/1.png", 640, 480, 3);
+    game.Write("views/100.txt", "cel 0 0 actor.png 10 29\n");
+    game.WriteSolidPng("views/actor.png", 20, 30, 12);
+    // The actor stands at (100, 100) with its origin (10, 29): it covers (90..109, 71..100).
+    game.Write("script.txt", "10 press 95 80\n12 release 95 80\n20 press 5 5\n30 quit\n");
+    const std::string out = game.Path("out");
+    const Result r = Shell(std::string(PLAYER) + " " + game.Dir() + " --script " + game.Path("script.txt") +
+                           " --out " + out + " --frame 5,20");
+    ASSERT_EQ(r.status, 0) << r.output;
+    EXPECT_NE(r.output.find("the game quit after 30 ticks, 30 frames"), std::string::npos) << r.output;
+    EXPECT_EQ(r.output.find("not given back"), std::string::npos) << r.output;
+
+    SoftBitmap before, after;
+    std::string error;
+    ASSERT_TRUE(SoftReadPng(out + "/frame-000005.png", SoftPalette::Default(), &before, &error)) << error;
+    ASSERT_TRUE(SoftReadPng(out + "/frame-000020.png", SoftPalette::Default(), &after, &error)) << error;
+    EXPECT_EQ(before.At(90, 71), 12);
+    EXPECT_EQ(before.At(109, 100), 12);
+    EXPECT_EQ(before.At(110, 100), 3);
+    EXPECT_EQ(before.At(400, 290), 3);
+    EXPECT_EQ(after.At(95, 80), 3);
+    EXPECT_EQ(after.At(390, 271), 12);
+    EXPECT_EQ(after.At(409, 300), 12);
+    EXPECT_EQ(after.At(410, 300), 3);
+}
+
 } // namespace

@@ -1,0 +1,84 @@
+// library_game.cpp - a test game built on the library, as a game author would
+// write one: a picture plane, a transparent plane with one cel, a click on the
+// cel moves it, the quit key ends the game. The player runs it headless.
+#include "quindle_game.h"
+
+#include "glcel.h"
+#include "gldll.h"
+#include "glgame.h"
+#include "glplane.h"
+#include "glplanes.h"
+#include "glquithd.h"
+#include "gluser.h"
+
+namespace {
+
+struct LibraryGame {
+    GLGame* game = nullptr;
+    GLPicturePlane* back = nullptr;
+    GLTransparentPlane* front = nullptr;
+    GLCel* actor = nullptr;
+    GLQuitHandler* quit = nullptr;
+};
+
+LibraryGame* gGame = nullptr;
+
+// A click on the actor moves it to (400, 300).
+void OnActor(GLEvent*, GLObject*)
+{
+    gGame->actor->SetPos(GLPoint(400, 300), TRUE);
+}
+
+int Step(void*)
+{
+    theGame->DoIt();
+    return theGame->mQuit ? 0 : 1;
+}
+
+void Finish(void* state)
+{
+    LibraryGame* g = static_cast<LibraryGame*>(state);
+    delete g->actor;
+    g->game->mpPlaneManager->Remove(g->front);
+    g->game->mpPlaneManager->Remove(g->back);
+    delete g->front;
+    delete g->back;
+    g->game->mpUser->mpPrimaDonnas->Remove(g->quit);
+    delete g->quit;
+    delete g->game;
+    delete g;
+    gGame = nullptr;
+}
+
+} // namespace
+
+extern "C" __attribute__((visibility("default"))) int QuindleGameStart(const QuindleHost* host,
+                                                                       QuindleGameLoop* loop)
+{
+    DLLInit(host->kernel);
+    gGame = new LibraryGame;
+    LibraryGame* g = gGame;
+    g->game = new GLGame;
+    GLDLLInit(g->game);
+    // What Play would do: the quit handler is the last prima donna, hands on.
+    g->quit = new GLQuitHandler;
+    g->game->mpUser->mpPrimaDonnas->AddToEnd(g->quit);
+    g->game->mpUser->IsHandsOn(TRUE);
+
+    const ZOR_Rect screen(0, 0, 639, 479);
+    g->back = new GLPicturePlane(screen, 1, 0, 0, FALSE, ZOR_Point(0, 0));
+    g->front = new GLTransparentPlane(screen, 1, 0, ZOR_Point(0, 0));
+    g->game->mpPlaneManager->Add(g->back);
+    g->game->mpPlaneManager->Add(g->front);
+    g->actor = new GLCel(g->front, 100, 0, 0, GLPoint(100, 100), 10, ScaleInfo{128, 128, 100, 0});
+    g->actor->SetSelectFunction(&OnActor);
+    g->actor->Show();
+    // A cel's clickable rectangle is what the kernel reports after an update;
+    // Show alone adds the cel without one.
+    g->actor->ForceUpdate();
+
+    loop->state = g;
+    loop->step = &Step;
+    loop->finish = &Finish;
+    return 0;
+}
