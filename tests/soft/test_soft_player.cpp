@@ -164,6 +164,11 @@ TEST(SoftPlayerLibrary, AGameOnTheLibraryDrawsTakesAClickAndQuits)
     EXPECT_EQ(after.At(390, 271), 12);
     EXPECT_EQ(after.At(409, 300), 12);
     EXPECT_EQ(after.At(410, 300), 3);
+    int white = 0;
+    for (int y = 400; y < 430; y++)
+        for (int x = 20; x < 220; x++)
+            white += after.At(x, y) == 15;
+    EXPECT_GT(white, 50); // the caption's text
 }
 
 } // namespace

@@ -3,6 +3,8 @@
 // cel moves it, the quit key ends the game. The player runs it headless.
 #include "quindle_game.h"
 
+#include "SoftExtras.h"
+
 #include "glcel.h"
 #include "gldll.h"
 #include "glgame.h"
@@ -19,6 +21,10 @@ struct LibraryGame {
     GLTransparentPlane* front = nullptr;
     GLCel* actor = nullptr;
     GLQuitHandler* quit = nullptr;
+    SoftKernelExtras* extras = nullptr;
+    std::uint16_t captionId = 0; // the memory id of the caption's bitmap
+    KernelMemBitmap* captionBitmap = nullptr;
+    GLCel* caption = nullptr;
 };
 
 LibraryGame* gGame = nullptr;
@@ -39,6 +45,9 @@ void Finish(void* state)
 {
     LibraryGame* g = static_cast<LibraryGame*>(state);
     delete g->actor;
+    delete g->caption;
+    delete g->captionBitmap;
+    g->extras->FreeMemBitmap(g->captionId);
     g->game->mpPlaneManager->Remove(g->front);
     g->game->mpPlaneManager->Remove(g->back);
     delete g->front;
@@ -76,6 +85,14 @@ extern "C" __attribute__((visibility("default"))) int QuindleGameStart(const Qui
     // A cel's clickable rectangle is what the kernel reports after an update;
     // Show alone adds the cel without one.
     g->actor->ForceUpdate();
+
+    // A caption: text drawn by the kernel into a memory bitmap, shown by a cel.
+    g->extras = host->extras;
+    g->captionId = g->extras->CreateMemBitmap(200, 30, 0, 0);
+    g->extras->DrawText(g->captionId, 0, 0, "Click the box", 15, 20, 0);
+    g->captionBitmap = new KernelMemBitmap(&g->captionId);
+    g->caption = new GLCel(g->front, g->captionBitmap, GLPoint(20, 400), 5, ScaleInfo{128, 128, 100, 0});
+    g->caption->Show();
 
     loop->state = g;
     loop->step = &Step;
