@@ -354,13 +354,22 @@ int main(int argc, char** argv)
     }
 
     const bool progress = !o.quiet && !o.window && ::isatty(2);
+    int status = 0;
     bool quit = false;
     std::uint32_t shown = 0;
     while (!k.HasFault()) {
         if ((!o.window || o.ticksGiven) && k.GetTicks() >= o.ticks)
             break;
+        const std::uint32_t framesBefore = k.FramesComposed();
         if (!loop.step(loop.state)) {
             quit = true;
+            break;
+        }
+        if (k.FramesComposed() == framesBefore) {
+            // Without a frame the headless clock stands still: the run would never end.
+            std::fprintf(stderr, "quindle-player: %s: a step drew no frame (the kernel's UpdateScreen was not called)\n",
+                         game.library.c_str());
+            status = 3;
             break;
         }
 #ifdef QUINDLE_HAVE_WINDOW
@@ -379,7 +388,6 @@ int main(int argc, char** argv)
     if (loop.finish)
         loop.finish(loop.state);
 
-    int status = 0;
     if (k.HasFault()) {
         std::fprintf(stderr, "quindle-player: %s\n", k.Fault().c_str());
         status = 2;
