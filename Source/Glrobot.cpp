@@ -81,9 +81,9 @@ void GLRobot::Start(int fWait, int fHideClient, int fThird)
         mRobotFlags |= kClientHidden;
         mpClient->Hide();
     }
-    // A robot started again after its end is back in its cast.
-    if (!mpPlane->GetCast()->IsInCast(this))
-        mpPlane->GetCast()->Add(this);
+    // Its end took it out of the cast; a robot started while it still plays
+    // is refused here, as it is in the cast already.
+    mpPlane->GetCast()->Add(this);
     gpPlayingRobot = this;
     kernel->PlayRobot();
     if (fWait) {

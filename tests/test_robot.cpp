@@ -133,6 +133,9 @@ TEST_F(RobotTest, MisuseEndsWithTheExactReport)
     EXPECT_GL_ASSERT(robot.SetPri(-3), "Source/Glrobot.cpp", "iNewPriority >= -1");
     EXPECT_GL_ASSERT(robot.SetClient(nullptr), "Source/Glrobot.cpp", "pNewClient != 0");
     EXPECT_GL_ASSERT(robot.SetCaller(nullptr), "Source/Glrobot.cpp", "pWhoToCue != 0");
+    // Started while it still plays, the robot would join its cast twice.
+    robot.Start(FALSE, FALSE, FALSE);
+    EXPECT_GL_ASSERT(robot.Start(FALSE, FALSE, FALSE), "include/glset.h", "!\"Item is already in set!\"");
 }
 
 } // namespace
