@@ -110,16 +110,20 @@ int GLUser::HandleEvent(GLEvent* pEvent)
 
 int GLUser::ProcessHogs(GLEvent* pEvent)
 {
-    int fTaken = mpHogs->HandleEvent(pEvent);
+    // Whether the hogs are modal is read before they are asked: a hog that
+    // switches it while it handles this event changes the next frame only.
     if (HogsAreModal()) {
         // No frame is drawn and no object works until a hog claims an event
         // (by its answer or by the claimed flag). Should the last hog leave
         // the set without claiming one, nobody is left who could: the loop
         // ends there with the event unclaimed rather than spin for ever.
+        int fTaken = mpHogs->HandleEvent(pEvent);
         while (!fTaken && !pEvent->claimed && !mpHogs->IsEmpty()) {
             pEvent->Refresh(0x7FFF);
             fTaken = mpHogs->HandleEvent(pEvent);
         }
+    } else {
+        mpHogs->HandleEvent(pEvent);
     }
     return pEvent->claimed;
 }

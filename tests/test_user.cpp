@@ -287,6 +287,48 @@ TEST_F(UserTest, ModalHogsOfferTheFrameEventAloneWhenAHogClaimsIt)
     user->mpHogs->Remove(&hog);
 }
 
+// Whether the hogs hold the frame is decided before they are offered the
+// event: a hog that switches modal hogs on or off while it declines changes
+// only the next frame.
+TEST_F(UserTest, ModalHogsAreDecidedBeforeTheHogsAreAsked)
+{
+    struct Switcher : Handler {
+        using Handler::Handler;
+        int HandleEvent(GLEvent* pEvent) override
+        {
+            Handler::HandleEvent(pEvent);
+            if (pEvent->type == 8)
+                theGame->mpUser->HogsAreModal(mTurnOn);
+            return pEvent->claimed;
+        }
+        int mTurnOn = TRUE;
+    } hog("hog", log, 1);
+    user->mpHogs->AddToEnd(&hog);
+    user->IsHandsOn(TRUE);
+
+    // Not modal when the key arrives: it is offered once and lost.
+    k.PushEvent(8);
+    k.PushEvent(1);
+    user->DoIt();
+    EXPECT_EQ(log, (Log{"hog:8"}));
+    EXPECT_EQ(user->mEvent.claimed, FALSE);
+    EXPECT_EQ(user->HogsAreModal(), 4);
+    EXPECT_EQ(k.events.size(), 1u);
+
+    // Modal when the key arrives: the hogs are held until one claims, even
+    // though the hog switched modal hogs off meanwhile.
+    k.events.clear();
+    log.clear();
+    hog.mTurnOn = FALSE;
+    k.PushEvent(8);
+    k.PushEvent(1);
+    user->DoIt();
+    EXPECT_EQ(log, (Log{"hog:8", "hog:1"}));
+    EXPECT_EQ(user->mEvent.claimed, TRUE);
+    EXPECT_EQ(user->HogsAreModal(), 0);
+    user->mpHogs->Remove(&hog);
+}
+
 TEST_F(UserTest, CopiesHaveTheirOwnSetsAndEvent)
 {
     Handler prima("prima", log);
