@@ -130,25 +130,17 @@ void KernelListAsArray::AddToEnd(void* pElementNew)
 
 void KernelListAsArray::AddBefore(void* pElementExisting, void* pElementNew)
 {
-    GL_ASSERT(pElementExisting);
-    GL_ASSERT(pElementNew);
-    GL_ASSERT(Assert());
-    GL_ASSERT(IsInList(pElementExisting));
-    int iIndex;
-    if (IndexOf(pElementExisting, &iIndex)) {
-        GL_ASSERT(iIndex >= 0);
-        MakeSpaceAt(iIndex);
-        m_pArray[iIndex] = pElementNew;
-        m_iElementCount++;
-    } else {
-        GL_ASSERT(!"Unsuccesful in locating index of existing element");
-    }
-    GL_ASSERT(Assert());
-    GL_ASSERT(IsInList(pElementExisting));
-    GL_ASSERT(IsInList(pElementNew));
+    AddBeside(pElementExisting, pElementNew, 0);
 }
 
 void KernelListAsArray::AddAfter(void* pElementExisting, void* pElementNew)
+{
+    AddBeside(pElementExisting, pElementNew, 1);
+}
+
+// Puts the new element at the index of the first occurrence of the existing
+// one (before it) or at the index after it (after it).
+void KernelListAsArray::AddBeside(void* pElementExisting, void* pElementNew, int iOffset)
 {
     GL_ASSERT(pElementExisting);
     GL_ASSERT(pElementNew);
@@ -157,8 +149,8 @@ void KernelListAsArray::AddAfter(void* pElementExisting, void* pElementNew)
     int iIndex;
     if (IndexOf(pElementExisting, &iIndex)) {
         GL_ASSERT(iIndex >= 0);
-        MakeSpaceAt(iIndex + 1);
-        m_pArray[iIndex + 1] = pElementNew;
+        MakeSpaceAt(iIndex + iOffset);
+        m_pArray[iIndex + iOffset] = pElementNew;
         m_iElementCount++;
     } else {
         GL_ASSERT(!"Unsuccesful in locating index of existing element");

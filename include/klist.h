@@ -82,6 +82,7 @@ private:
     void MakeSpaceInFront();
     void MakeSpaceInBack();
     void MakeSpaceAt(int iIndex);
+    void AddBeside(void* pElementExisting, void* pElementNew, int iOffset);
     int RemoveNulls();
     void CopyFrom(const KernelListAsArray& other);
 };
