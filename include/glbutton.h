@@ -29,8 +29,6 @@ public:
     // Pointer events (types 1, 2 and 0x800) go to the select function if one
     // is set, else to GeneralSelect. Returns the claimed flag.
     virtual int HandleEvent(GLEvent* pEvent);
-    // Press, release and the mouse-up function; see the header comment.
-    virtual void GeneralSelect(GLEvent* pEvent);
 
     // State operations: each sets its flag and loads its face (pushed to the
     // kernel at once when fDoUpdate is non-zero).
@@ -40,6 +38,10 @@ public:
     virtual void UnDepress(int fDoUpdate);
     virtual void Highlight(int fDoUpdate);
     virtual void UnHighlight(int fDoUpdate);
+    // Press, release and the mouse-up function; see the header comment.
+    // Declared after the state operations: the order of the virtual members
+    // is the order of the exported table.
+    virtual void GeneralSelect(GLEvent* pEvent);
 
     // Faces: stored only; a state operation loads them.
     void SetEnabledFace(unsigned long view, short loop, short cel);

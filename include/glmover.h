@@ -30,10 +30,11 @@ public:
     virtual ~GLMover();
 
     virtual void DoIt();
+    // The virtual members stand in the order of the exported table.
+    // Sets the object to cue on arrival, then begins the leg with Start(dest).
+    virtual void Start(const GLPoint& dest, GLObject* pCaller);
     // Begins a leg from where the actor stands; the mover must be idle.
     virtual void Start(const GLPoint& dest);
-    // The same, cueing pCaller on arrival.
-    virtual void Start(const GLPoint& dest, GLObject* pCaller);
     // Called on arrival at the end of a leg; a mover is then done.
     virtual void NextDest();
 

@@ -2,6 +2,8 @@
 #include "GameTest.h"
 
 #include <algorithm>
+#include <cstdint>
+#include <cstring>
 #include "glbutton.h"
 #include "glcast.h"
 #include "glevent.h"
@@ -11,6 +13,21 @@
 #include "gluser.h"
 
 namespace {
+
+#if defined(__x86_64__) || defined(__i386__)
+// The slot of a virtual member in its class's table, read from the member
+// pointer (on these targets it holds the slot's byte offset plus one).
+template <class F> std::ptrdiff_t VirtualSlot(F f)
+{
+    struct {
+        std::uintptr_t ptr;
+        std::ptrdiff_t adj;
+    } rep;
+    static_assert(sizeof(rep) == sizeof(f), "member pointer layout");
+    std::memcpy(&rep, &f, sizeof(rep));
+    return static_cast<std::ptrdiff_t>((rep.ptr - 1) / sizeof(void*));
+}
+#endif
 
 int gMouseUps = 0;
 GLObject* gLastButton = nullptr;
@@ -135,5 +152,20 @@ TEST_F(ButtonTest, ABitmapButtonOnlyPushesItsScreenItem)
     EXPECT_NE(std::find(names.begin(), names.end(), "UpdateScreenItem"), names.end());
     EXPECT_TRUE(flat.IsDepressed());
 }
+
+#if defined(__x86_64__) || defined(__i386__)
+// Game code built against the exported table calls the added operations by
+// slot: the six state operations come first, then GeneralSelect.
+TEST(ButtonTable, TheAddedOperationsKeepTheirSlots)
+{
+    const std::ptrdiff_t enable = VirtualSlot(&GLButton::Enable);
+    EXPECT_EQ(VirtualSlot(&GLButton::Disable), enable + 1);
+    EXPECT_EQ(VirtualSlot(&GLButton::Depress), enable + 2);
+    EXPECT_EQ(VirtualSlot(&GLButton::UnDepress), enable + 3);
+    EXPECT_EQ(VirtualSlot(&GLButton::Highlight), enable + 4);
+    EXPECT_EQ(VirtualSlot(&GLButton::UnHighlight), enable + 5);
+    EXPECT_EQ(VirtualSlot(&GLButton::GeneralSelect), enable + 6);
+}
+#endif
 
 } // namespace
