@@ -60,7 +60,8 @@ int GLButton::HandleEvent(GLEvent* pEvent)
 void GLButton::GeneralSelect(GLEvent* pEvent)
 {
     GL_ASSERT(pEvent);
-    if (mEnabled && GLFeature::OnMe(pEvent->where)) {
+    // The hit test is virtual: a button class may give itself its own shape.
+    if (mEnabled && OnMe(pEvent->where)) {
         if (pEvent->type == 1) {
             Depress(TRUE);
         } else if (pEvent->type == 2 && mDepressed) {

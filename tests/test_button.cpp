@@ -140,6 +140,25 @@ TEST_F(ButtonTest, KeysAndSelectFunctionsAndFacesFollowTheirRules)
     EXPECT_GL_ASSERT(button->GeneralSelect(nullptr), "Source/Glbutton.cpp", "pEvent");
 }
 
+// A button whose shape is its own: the whole plane is on it.
+class EverywhereButton : public GLButton {
+public:
+    EverywhereButton(AbsGLPlane* pPlane) : GLButton(pPlane, 40, 2, 0, GLPoint(0, 0), 1) {}
+    int OnMe(GLPoint) const override { return TRUE; }
+};
+
+TEST_F(ButtonTest, PressesAreHitTestedWithTheButtonsOwnShape)
+{
+    EverywhereButton wide(plane);
+    wide.Show();
+    wide.Enable(TRUE);
+    GLEvent press;
+    press.type = 1;
+    press.where = GLPoint(600, 400); // far off what the kernel drew of it
+    EXPECT_TRUE(wide.HandleEvent(&press));
+    EXPECT_TRUE(wide.IsDepressed());
+}
+
 TEST_F(ButtonTest, ABitmapButtonOnlyPushesItsScreenItem)
 {
     std::uint16_t memId = 12;
