@@ -61,14 +61,62 @@ GLPoint& GLPoint::operator/=(int divisor)
     return *this;
 }
 
-GLPoint GLPoint::operator+(const GLPoint& point) const { return GLPoint(*this) += point; }
-GLPoint GLPoint::operator+(const ZOR_Point& point) const { return GLPoint(*this) += point; }
-GLPoint GLPoint::operator+(int value) const { return GLPoint(*this) += value; }
-GLPoint GLPoint::operator-(const GLPoint& point) const { return GLPoint(*this) -= point; }
-GLPoint GLPoint::operator-(const ZOR_Point& point) const { return GLPoint(*this) -= point; }
-GLPoint GLPoint::operator-(int value) const { return GLPoint(*this) -= value; }
-GLPoint GLPoint::operator*(int factor) const { return GLPoint(*this) *= factor; }
-GLPoint GLPoint::operator/(int divisor) const { return GLPoint(*this) /= divisor; }
+// Each result is built in place: one new kernel point per expression.
+GLPoint GLPoint::operator+(const GLPoint& point) const
+{
+    GLPoint result(*this);
+    result += point;
+    return result;
+}
+
+GLPoint GLPoint::operator+(const ZOR_Point& point) const
+{
+    GLPoint result(*this);
+    result += point;
+    return result;
+}
+
+GLPoint GLPoint::operator+(int value) const
+{
+    GLPoint result(*this);
+    result += value;
+    return result;
+}
+
+GLPoint GLPoint::operator-(const GLPoint& point) const
+{
+    GLPoint result(*this);
+    result -= point;
+    return result;
+}
+
+GLPoint GLPoint::operator-(const ZOR_Point& point) const
+{
+    GLPoint result(*this);
+    result -= point;
+    return result;
+}
+
+GLPoint GLPoint::operator-(int value) const
+{
+    GLPoint result(*this);
+    result -= value;
+    return result;
+}
+
+GLPoint GLPoint::operator*(int factor) const
+{
+    GLPoint result(*this);
+    result *= factor;
+    return result;
+}
+
+GLPoint GLPoint::operator/(int divisor) const
+{
+    GLPoint result(*this);
+    result /= divisor;
+    return result;
+}
 
 int GLPoint::operator==(const GLPoint& point) const { return *this == point.GetZORPoint(); }
 

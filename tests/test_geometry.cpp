@@ -42,7 +42,9 @@ TEST_F(GeometryTest, PointsOwnTheirKernelPoint)
 TEST_F(GeometryTest, ArithmeticLeavesTheOperandOrChangesItAsTheOperatorSays)
 {
     GLPoint p(2, 3);
+    const std::uint64_t before = k.Ledger().TotalAllocations();
     GLPoint sum = p + 1;
+    EXPECT_EQ(k.Ledger().TotalAllocations() - before, 1u); // the result's own point, nothing more
     EXPECT_TRUE(sum == GLPoint(3, 4));
     EXPECT_TRUE(p == ZOR_Point(2, 3));
     p += 1;
