@@ -51,6 +51,11 @@
 // volume moves from where it is to the target in `durationTicks` ticks (at once
 // when 0 or less), in steps every `stepTicks` ticks (every tick when 0 or less);
 // with stopAtEnd non-zero the sample stops when the fade is over.
+// DistortSample / DistortAllSamples set a distortion the window's mixer applies
+// (the value n > 0 drops the n lowest bits of each sample). The sample rate,
+// bits and channel count, the automatic volume adjustment and the DAC flag are
+// kept and answered back; the mixer opens its device at the rate in force
+// when the window starts.
 // GetGlobalDuration writes the ticks left of the longest sample still playing
 // and returns how many samples play. CheckNoise answers how many playing,
 // unpaused samples have a volume above 0. ResourceExists knows the sound types
@@ -163,8 +168,9 @@ public:
         long long id;
         const SoftWav* wav;
         std::uint32_t elapsedTicks;
-        int volume; // 0..127, the global volume applied
-        int pan;    // 0..100
+        int volume;  // 0..127, the global volume applied
+        int pan;     // 0..100
+        int distort; // 0 none; n > 0 drops the n lowest bits of every sample (at most 15)
     };
     std::vector<AudibleSource> AudibleSources();
 

@@ -458,7 +458,7 @@ std::vector<SoftKernel::AudibleSource> SoftKernel::AudibleSources()
         if (!s.playing || s.paused || !s.wav)
             continue;
         out.push_back(AudibleSource{entry.first, s.wav, now - s.start - s.pausedTotal, s.volume * mGlobalVolume / 127,
-                                    s.pan});
+                                    s.pan, s.distort});
     }
     for (std::size_t i = 0; i < mSpeech.size(); i++) {
         const Speech& s = mSpeech[i];
@@ -468,7 +468,7 @@ std::vector<SoftKernel::AudibleSource> SoftKernel::AudibleSources()
         long long id = -1;
         for (int k = 0; k < 5; k++)
             id = id * 31 - (s.keys[k] & 0xFFFF);
-        out.push_back(AudibleSource{id < 0 ? id : -id - 1, s.wav, now - s.start, mGlobalVolume, 50});
+        out.push_back(AudibleSource{id < 0 ? id : -id - 1, s.wav, now - s.start, mGlobalVolume, 50, 0});
     }
     return out;
 }

@@ -225,8 +225,13 @@ void SoftWindow::Mix(SoftKernel& kernel)
             const std::uint32_t f = static_cast<std::uint32_t>(pos);
             if (f >= wav.frames)
                 break;
-            const int l = wav.samples[static_cast<std::size_t>(f) * wav.channels];
-            const int r = wav.channels == 2 ? wav.samples[static_cast<std::size_t>(f) * 2 + 1] : l;
+            int l = wav.samples[static_cast<std::size_t>(f) * wav.channels];
+            int r = wav.channels == 2 ? wav.samples[static_cast<std::size_t>(f) * 2 + 1] : l;
+            if (s.distort > 0) {
+                const int bits = s.distort > 15 ? 15 : s.distort;
+                l = (l / (1 << bits)) * (1 << bits);
+                r = (r / (1 << bits)) * (1 << bits);
+            }
             mix[static_cast<std::size_t>(i) * 2] += l * left / 127;
             mix[static_cast<std::size_t>(i) * 2 + 1] += r * right / 127;
         }

@@ -156,6 +156,30 @@ TEST_F(SoftSound, AMissingOrBrokenSampleIsAFaultNamingTheFiles)
     EXPECT_EQ(k2.Fault(), game.Path("sfx/13.wav") + ": chunk 'fmt ' runs past the end of the file");
 }
 
+TEST_F(SoftSound, TheMixerHearsWhatPlaysWhereTheClockSaysItIs)
+{
+    game.Write("messages.txt", "1 2 3 4 1 5 \"Hi\" speech audio/10.wav\n");
+    k.SetGlobalVolume(64);
+    k.PlaySample(10, 0, 100, 0, 0);
+    k.PlaySample(11, 0, 127, 0, 0);
+    k.DistortSample(11, 4, 0);
+    Ticks(3);
+    k.PauseSample(10, 0);
+    EXPECT_EQ(k.PlayMessageAudio(1, 2, 3, 4, 1, 0, 127, 0), 60);
+    Ticks(2);
+    const auto heard = k.AudibleSources();
+    ASSERT_EQ(heard.size(), 2u); // the paused sample is silent
+    EXPECT_EQ(heard[0].id, 11);
+    EXPECT_EQ(heard[0].elapsedTicks, 5u);
+    EXPECT_EQ(heard[0].volume, 127 * 64 / 127);
+    EXPECT_EQ(heard[0].distort, 4);
+    EXPECT_LT(heard[1].id, 0); // speech
+    EXPECT_EQ(heard[1].elapsedTicks, 2u);
+    EXPECT_EQ(heard[1].wav->rate, 22050);
+    Ticks(10);
+    EXPECT_EQ(k.AudibleSources().size(), 1u); // sample 11 has ended, the speech goes on
+}
+
 TEST(SoftWav, HeadersAreCheckedBeforeAnythingIsRead)
 {
     SoftWav wav;
