@@ -4,8 +4,9 @@
 //
 // The files come from outside the program and are read as untrusted: a line
 // is collected byte by byte into a fixed buffer whose bounds are checked on
-// every byte, any byte (a NUL included) is an ordinary character unless it is
-// a separator or the line end, and numbers saturate instead of overflowing.
+// every byte, a NUL ends the text of its line, any other byte is an ordinary
+// character unless it is a separator or the line end, and numbers saturate
+// instead of overflowing.
 #include "glsound.h"
 
 #include <climits>
@@ -14,7 +15,8 @@
 
 namespace {
 
-// A line holds at most this many characters besides its line end.
+// A line is read at most this many characters at a time, its line end
+// included: the rest of a longer line is read as a line of its own.
 const int kLineMax = 119;
 
 // The most numbers a keyword takes.
@@ -30,43 +32,39 @@ int IsSeparator(char c)
     return c == ',' || c == ' ' || c == '\t';
 }
 
-enum LineResult {
-    kLineRead,    // a line of at most kLineMax characters is in the buffer
-    kLineTooLong, // a longer line was read and dropped
-    kEndOfFile    // nothing was left to read
-};
-
-// Reads one line into pBuffer, which holds kLineMax + 1 characters, without
-// its line end ("\n", "\r\n", or the end of the file); the line is not
-// terminated and its length goes to *piLength. A longer line is read to its
-// end and dropped.
-LineResult ReadLine(std::FILE* pFile, char* pBuffer, int* piLength)
+// Reads the next line, or the next kLineMax characters of a longer one, into
+// pBuffer (kLineMax characters, not terminated); returns how many were read,
+// 0 at the end of the file. The line end "\n" (or "\r\n", which is read as
+// "\n") stays in the buffer as its last character.
+int ReadLine(std::FILE* pFile, char* pBuffer)
 {
-    *piLength = 0;
-    int c = std::getc(pFile);
-    if (c == EOF)
-        return kEndOfFile;
-    long long lLength = 0;
-    int iLast = 0;
-    while (c != EOF && c != '\n') {
-        if (lLength <= kLineMax)
-            pBuffer[lLength] = static_cast<char>(c);
-        lLength++;
-        iLast = c;
-        c = std::getc(pFile);
+    int iLength = 0;
+    while (iLength < kLineMax) {
+        int c = std::getc(pFile);
+        if (c == EOF)
+            break;
+        if (c == '\r') {
+            int cNext = std::getc(pFile);
+            if (cNext == '\n')
+                c = '\n';
+            else if (cNext != EOF)
+                std::ungetc(cNext, pFile);
+        }
+        pBuffer[iLength++] = static_cast<char>(c);
+        if (c == '\n')
+            break;
     }
-    // A carriage return before the line end belongs to the line end.
-    if (iLast == '\r')
-        lLength--;
-    if (lLength > kLineMax)
-        return kLineTooLong;
-    *piLength = static_cast<int>(lLength);
-    return kLineRead;
+    return iLength;
 }
 
-// Splits a line into at most iMax tokens; returns how many were found.
+// Splits a line into at most iMax tokens; returns how many were found. A NUL
+// ends the line's text. The line end is no separator: it stays part of the
+// last token (and a separator before it makes it a token of its own).
 int SplitLine(const char* pLine, int iLength, Token* pTokens, int iMax)
 {
+    const void* pNul = std::memchr(pLine, '\0', iLength);
+    if (pNul)
+        iLength = static_cast<int>(static_cast<const char*>(pNul) - pLine);
     int iCount = 0;
     int i = 0;
     while (i < iLength && iCount < iMax) {
@@ -160,17 +158,14 @@ GLSndTrack* GLSndManager::CreateSndTrack(const char* fileName)
     std::ungetc(c, pFile);
 
     GLSndTrack* pTrack = CreateSndTrack();
-    char line[kLineMax + 1];
+    char line[kLineMax];
     Token tokens[1 + kNumbersMax];
     for (;;) {
-        int iLength = 0;
-        LineResult result = ReadLine(pFile, line, &iLength);
-        if (result == kEndOfFile)
+        int iLength = ReadLine(pFile, line);
+        if (iLength == 0)
             break;
-        if (result == kLineTooLong)
-            continue;
         int iTokens = SplitLine(line, iLength, tokens, 1 + kNumbersMax);
-        if (iTokens == 0)
+        if (iTokens == 0 || tokens[0].text[0] == '\n')
             break; // an empty line ends the track
         const Token& keyword = tokens[0];
         if (StartsWith(keyword, "SOUND")) {

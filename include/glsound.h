@@ -363,7 +363,11 @@ public:
     // still add nodes. A number is read as the C library's atoi reads it (so
     // "12x" is 12 and "x" is 0) except that it saturates at the 32-bit limits
     // instead of overflowing. Line ends may be "\n" or "\r\n"; a file need
-    // not end with one.
+    // not end with one. The line end belongs to the line's last token, so a
+    // separator just before it gives one more number, read as 0 ("SOUND 5 "
+    // is a sound of volume 0). A line is read at most 119 characters at a
+    // time, its line end included (a NUL ends the text of its piece): the
+    // rest of a longer line is read as a line of its own.
     //
     // Reading stops at the end of the file or at the first empty line (or one
     // of separators only): what follows is ignored, a PLAY included. A line
@@ -371,8 +375,7 @@ public:
     // goes on: a keyword without its first number (no token after it, or one
     // without a digit); a WAIT whose wait could come out below 1 second (its
     // minimum below 1 or its maximum negative), which would otherwise stop the
-    // game when the track reached it; and a line longer than 119 characters
-    // (the line end not counted), which is dropped whole rather than cut.
+    // game when the track reached it.
     GLSndTrack* CreateSndTrack(const char* fileName);
     // Gives the track the next number (the first is 1; numbers are never
     // reused), puts it first in the manager's list and returns the number.

@@ -997,8 +997,6 @@ TEST_F(SoundTest, TheReaderTakesDefaultsPrefixesSeparatorsAndLineEndsAsDocumente
 TEST_F(SoundTest, AnEmptyLineEndsTheFileAndMalformedLinesAreSkipped)
 {
     GLSndManager manager;
-    std::string longLine = "SOUND 50 " + std::string(200, '7') + "\n";
-    std::string fits = "SOUND 51" + std::string(111, ' ') + "\r\n"; // 119 characters
     std::string path = WriteFile("SOUND\n"
                                  "SOUND ,\t\n"
                                  "SOUND x 5\n"
@@ -1006,8 +1004,8 @@ TEST_F(SoundTest, AnEmptyLineEndsTheFileAndMalformedLinesAreSkipped)
                                  "WAIT 0 10\n"
                                  "WAIT -3\n"
                                  "WAIT 2 -1\n"
-                                 "WAIT\n" +
-                                 longLine + fits + "SOUND 52" + std::string(112, ' ') + "\n" + // 120: too long
+                                 "WAIT\n"
+                                 "SOUND 51\n" +
                                  std::string("SOUND 5\0"
                                              "3\n",
                                              10) +
@@ -1023,6 +1021,59 @@ TEST_F(SoundTest, AnEmptyLineEndsTheFileAndMalformedLinesAreSkipped)
 
     std::string crlf = WriteFile("SOUND 60\r\n\r\nSOUND 61\r\n");
     EXPECT_EQ(Ring(manager.CreateSndTrack(crlf.c_str())), (std::vector<std::string>{"S60"}));
+}
+
+// The line end belongs to the last token: a separator before it makes the
+// line end a number of its own, which has no digits and reads as 0.
+TEST_F(SoundTest, ASeparatorBeforeTheLineEndGivesOneMoreNumberReadAsZero)
+{
+    GLSndManager manager;
+    std::string path = WriteFile("SOUND 5 \n"
+                                 "PRS 6,\n"
+                                 "SOUND 7 90\t\r\n"
+                                 "WAIT 8 3 \n"
+                                 "SOUND 9 1 1 60 100 \n"
+                                 "SOUND 10");
+    GLSndTrack* track = manager.CreateSndTrack(path.c_str());
+    ASSERT_NE(track, nullptr);
+    ASSERT_EQ(Ring(track), (std::vector<std::string>{"S5", "G6", "S7", "W8", "S9", "S10"}));
+    GLSndNode* five = static_cast<GLSndNode*>(track->mpHeader->mpNext);
+    GLSndNode* six = static_cast<GLPRSNode*>(five->mpNext)->mpFirstChoice;
+    GLSndNode* seven = static_cast<GLSndNode*>(five->mpNext->mpNext);
+    GLWaitNode* eight = static_cast<GLWaitNode*>(seven->mpNext);
+    GLSndNode* nine = static_cast<GLSndNode*>(eight->mpNext);
+    GLSndNode* ten = static_cast<GLSndNode*>(nine->mpNext);
+    EXPECT_EQ(five->mVolume, 0);
+    EXPECT_EQ(five->mMode, 1);
+    EXPECT_EQ(six->mProbability, 0);
+    EXPECT_EQ(six->mVolume, 127);
+    EXPECT_EQ(seven->mVolume, 90);
+    EXPECT_EQ(seven->mMode, 0);
+    EXPECT_EQ(eight->mMaxSeconds, 3);
+    EXPECT_EQ(eight->mMode, 0);
+    EXPECT_EQ(nine->mProbability, 100); // a sixth number is not read
+    EXPECT_EQ(ten->mVolume, 127);       // no line end, no extra number
+}
+
+// A line is read at most 119 characters at a time (a line end of "\r\n"
+// counting as one): the rest of a longer line is read as a line of its own.
+TEST_F(SoundTest, ALongLineIsReadInPiecesOfAtMostOneHundredAndNineteenCharacters)
+{
+    GLSndManager manager;
+    std::string text = "SOUND 1" + std::string(112, ' ') + "SOUND 2 64\n" + // 119 + a line
+                       "SOUND 3" + std::string(110, ' ') + "\r\n" +      // 117 + line end: fits
+                       "SOUND 4 " + std::string(111, '7') + "5\n" +      // the 120th character is a line
+                       "SOUND 6" + std::string(112, ' ') + "\n" +        // 119 + an empty line
+                       "SOUND 7\n";
+    GLSndTrack* track = manager.CreateSndTrack(WriteFile(text).c_str());
+    ASSERT_NE(track, nullptr);
+    EXPECT_EQ(Ring(track), (std::vector<std::string>{"S1", "S2", "S3", "S4", "S6"}));
+    GLSndNode* two = static_cast<GLSndNode*>(track->mpHeader->mpNext->mpNext);
+    GLSndNode* three = static_cast<GLSndNode*>(two->mpNext);
+    EXPECT_EQ(static_cast<GLSndNode*>(track->mpHeader->mpNext)->mVolume, 127);
+    EXPECT_EQ(two->mVolume, 64);
+    EXPECT_EQ(three->mVolume, 0);
+    EXPECT_EQ(static_cast<GLSndNode*>(three->mpNext)->mVolume, 2147483647);
 }
 
 TEST_F(SoundTest, AnEmptyFileGivesAnEmptyTrackAndAMissingOneGivesNone)
