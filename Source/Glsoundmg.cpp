@@ -366,17 +366,12 @@ void GLSndManager::PauseSndTrack(int id)
     }
 }
 
-// Clearing the mark alone would leave a track that has already come to rest
-// resting for good, so such a track is resumed. A stopped track stays
-// stopped, and one that was never played is not started.
+// Only the mark is cleared: a track that has already come to rest stays at
+// rest until it is resumed or played itself.
 void GLSndManager::ResumeSndTrack(int id)
 {
     for (GLSndTrack* pTrack = mpFirstTrack; pTrack; pTrack = pTrack->mpNextTrack) {
-        if (!(id < 1 || pTrack->mTrackId == id) || !pTrack->mPaused)
-            continue;
-        if (pTrack->mHalted && !pTrack->mStopped)
-            pTrack->Resume();
-        else
+        if (id < 1 || pTrack->mTrackId == id)
             pTrack->mPaused = 0;
     }
 }

@@ -390,10 +390,9 @@ public:
     // The tracks notice at their next test and come to rest.
     void PauseSndTrack(int id);
     // Clears the pause of the track with that number, or of every track when
-    // id is below 1. A paused track that has come to rest (and is not
-    // stopped) goes on at once with its next node; one that had not yet
-    // noticed the pause simply goes on. Tracks that are not paused, and
-    // paused tracks that were never played, are not started.
+    // id is below 1, and does nothing else: a track that had not yet noticed
+    // the pause simply goes on, but one that has come to rest stays at rest
+    // until its own Resume (or Play).
     void ResumeSndTrack(int id);
 
     // The number given to the last track attached.

@@ -844,7 +844,7 @@ TEST_F(SoundTest, TracksAreNumberedFoundPausedResumedAndDeletedByTheManager)
     Frames(2);
 }
 
-TEST_F(SoundTest, ResumingATrackThroughTheManagerWakesATrackThatCameToRest)
+TEST_F(SoundTest, ResumingTracksThroughTheManagerOnlyClearsTheirPause)
 {
     GLSndManager manager;
     GLSndTrack* track = manager.CreateSndTrack();
@@ -858,21 +858,25 @@ TEST_F(SoundTest, ResumingATrackThroughTheManagerWakesATrackThatCameToRest)
     EXPECT_EQ(track->mType, GLTimer::UnsetTimer);
     std::size_t mark = k.Mark();
     manager.ResumeSndTrack(-1);
-    // Only the paused track that had come to rest moves; the one never played
-    // is merely unpaused.
-    EXPECT_EQ(Sound(mark), (Calls{"LockResource(12,112)", "PlaySample(112,0,127,0,0)"}));
-    EXPECT_EQ(idle->mPaused, 0);
-    EXPECT_EQ(idle->mType, GLTimer::UnsetTimer);
-
-    // A stopped track stays stopped.
-    track->Stop();
-    track->Pause();
-    Frames(3);
-    mark = k.Mark();
-    manager.ResumeSndTrack(track->mTrackId);
-    EXPECT_TRUE(Sound(mark).empty());
+    // Nothing moves: a track that came to rest stays at rest, unpaused,
+    // until it is resumed or played itself.
+    EXPECT_TRUE(k.CallsSince(mark).empty());
     EXPECT_EQ(track->mPaused, 0);
-    EXPECT_EQ(track->mStopped, 1);
+    EXPECT_EQ(idle->mPaused, 0);
+    EXPECT_EQ(track->mType, GLTimer::UnsetTimer);
+    EXPECT_EQ(idle->mType, GLTimer::UnsetTimer);
+    Frames(3);
+    EXPECT_TRUE(Sound(mark).empty());
+    track->Resume();
+    EXPECT_EQ(Sound(mark), (Calls{"LockResource(12,112)", "PlaySample(112,0,127,0,0)"}));
+
+    // A track that had not yet noticed its pause simply goes on.
+    k.playingSamples.clear();
+    manager.PauseSndTrack(track->mTrackId);
+    manager.ResumeSndTrack(track->mTrackId);
+    mark = k.Mark();
+    Frames(2);
+    EXPECT_EQ(Sound(mark), (Calls{"UnlockResource(12,112)", "LockResource(12,111)", "PlaySample(111,0,127,0,0)"}));
 }
 
 TEST_F(SoundTest, TheManagerStopsAndDeletesItsTracksAndForgetsItsWatchesWhenItGoes)
