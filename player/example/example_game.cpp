@@ -1,6 +1,7 @@
 // example_game.cpp - a small game that draws through the kernel interface
 // alone: a picture, a bouncing ball, a marker that goes where you click, a
-// caption drawn with the kernel's font. Escape or the quit key ends it.
+// caption drawn with the kernel's font, a blip at each click. Escape or the
+// quit key ends it.
 //
 // It shows what a game library gives the player (quindle_game.h) and runs on
 // any machine without the rest of the library.
@@ -65,11 +66,13 @@ int Step(void* state)
 
     KernelEventRecord e{};
     k->GetEvent(0x7FFF, &e);
-    if (e.type == 1) { // a press: the marker goes there
+    if (e.type == 1) { // a press: the marker goes there, with a blip
         ZOR_Point at = e.where;
         k->PlaneToLocal(g.front->id, &at);
         g.marker->pos = at;
         k->UpdateScreenItem(g.marker);
+        if (k->ResourceExists(13, 1))
+            k->PlaySample(1, 0, 100, 0, 0);
     } else if (e.type == 8 && (e.message == 27 || (e.message == 0x4F00 && e.modifiers == 4))) {
         return 0;
     }

@@ -5,6 +5,8 @@
 
 #include <sys/stat.h>
 
+#include <cmath>
+#include <cstdint>
 #include <cstdio>
 #include <fstream>
 #include <string>
@@ -27,7 +29,7 @@ int main(int argc, char** argv)
         return 1;
     }
     const std::string dir = argv[1];
-    for (const char* sub : {"", "/views", "/pictures"})
+    for (const char* sub : {"", "/views", "/pictures", "/audio"})
         ::mkdir((dir + sub).c_str(), 0777);
     const SoftPalette pal = SoftPalette::Default();
     std::string error;
@@ -76,6 +78,35 @@ int main(int argc, char** argv)
     }
     ok = ok && SoftWriteBitmapPng(dir + "/views/cross.png", cross, pal, &error) &&
          Text(dir + "/views/101.txt", "cel 0 0 cross.png 7 7\n");
+
+    // The blip: a tenth of a second of a falling tone, 16-bit mono PCM.
+    {
+        const int rate = 22050, frames = rate / 10;
+        std::ofstream wav(dir + "/audio/1.wav", std::ios::binary);
+        auto put = [&wav](std::uint32_t v, int bytes) {
+            for (int i = 0; i < bytes; i++)
+                wav.put(static_cast<char>((v >> (8 * i)) & 0xFF));
+        };
+        wav << "RIFF";
+        put(36 + frames * 2, 4);
+        wav << "WAVEfmt ";
+        put(16, 4);
+        put(1, 2);
+        put(1, 2);
+        put(rate, 4);
+        put(rate * 2, 4);
+        put(2, 2);
+        put(16, 2);
+        wav << "data";
+        put(frames * 2, 4);
+        double phase = 0;
+        for (int i = 0; i < frames; i++) {
+            phase += 2 * 3.14159265 * (880.0 - 400.0 * i / frames) / rate;
+            const double fade = 1.0 - static_cast<double>(i) / frames;
+            put(static_cast<std::uint32_t>(static_cast<std::int16_t>(8000 * fade * std::sin(phase))) & 0xFFFF, 2);
+        }
+        ok = ok && static_cast<bool>(wav);
+    }
 
     // Two clicks, then the quit key.
     ok = ok && Text(dir + "/script.txt", "# tick  event\n"

@@ -133,6 +133,21 @@ TEST_F(SoftPlayer, BadInputGivesAMessageNamingTheFileAndAFailingStatus)
     }
 }
 
+#ifdef QUINDLE_HAVE_WINDOW
+// The window with SDL's display-less drivers: frames are shown, the real clock
+// runs, the sound is mixed, and the run ends by its ticks.
+TEST_F(SoftPlayer, PlaysInAWindow)
+{
+    // Clicks (each plays the example's blip) come at once: the script's ticks
+    // are the real clock's here.
+    game.Write("clicks.txt", "0 press 100 100\n1 press 200 200\n");
+    const Result r = Shell("SDL_VIDEODRIVER=dummy SDL_AUDIODRIVER=dummy " + std::string(PLAYER) + " " + game.Dir() +
+                           " --window --scale 1 --ticks 20 --script " + game.Path("clicks.txt"));
+    EXPECT_EQ(r.status, 0) << r.output;
+    EXPECT_NE(r.output.find("time over after"), std::string::npos) << r.output;
+}
+#endif
+
 // The whole way: the library's game loop on the soft kernel, driven by the
 // player, a scripted click reaching a cel through the plane manager and the
 // cast, and the quit key ending the game.
