@@ -1,0 +1,34 @@
+// DemoButton.cpp - highlighting on hover, hogging while pressed.
+#include "DemoButton.h"
+
+#include "glevent.h"
+
+DemoButton::DemoButton(AbsGLPlane* pPlane, int view, int loop, const GLPoint& pos, GLSelectFunction onClick)
+    : GLButton(pPlane, view, loop, 0, pos, 500), mHogWhilePressed(FALSE)
+{
+    SetMouseUpFnct(onClick);
+    Show();
+    Enable(TRUE);
+}
+
+int DemoButton::HandleEvent(GLEvent* pEvent)
+{
+    // The pointer moving over an enabled button that is not pressed lights it;
+    // moving off puts it out. The move is not claimed: others may want it.
+    if (pEvent->type == 0x800 && IsEnabled() && !IsDepressed()) {
+        const int over = GLFeature::OnMe(pEvent->where);
+        if (over && !IsHighlit())
+            Highlight(TRUE);
+        else if (!over && IsHighlit())
+            UnHighlight(TRUE);
+        return pEvent->claimed;
+    }
+    // A press over the lit button: it goes down (GLButton's work) and is no
+    // longer lit.
+    if (pEvent->type == 1 && IsHighlit() && GLFeature::OnMe(pEvent->where))
+        UnHighlight(FALSE);
+    GLButton::HandleEvent(pEvent);
+    if (mHogWhilePressed && IsHogging() != IsDepressed())
+        SetHogging(IsDepressed());
+    return pEvent->claimed;
+}

@@ -1,0 +1,150 @@
+// DemoGame.cpp - the demo's game object and the start of the game library.
+#include "DemoGame.h"
+
+#include "Rooms.h"
+
+#include "glcursor.h"
+#include "gldll.h"
+#include "glquithd.h"
+#include "glsound.h"
+#include "gluser.h"
+#include "quindle_game.h"
+
+#include <cstdarg>
+#include <cstdio>
+#include <cstring>
+
+DemoGame::DemoGame(SoftKernelExtras* pExtras, const char* gameFolder)
+    : mpExtras(pExtras), mpQuitHandler(0), mpSound(0), mRoom(0), mCameFrom(0), mNextRoom(0)
+{
+    std::snprintf(mFolder, sizeof mFolder, "%s", gameFolder);
+    mPath[0] = 0;
+}
+
+void DemoGame::Start()
+{
+    // The cursor: cel 0 of view 900 is the arrow; the other modes have their
+    // own pictures, and the cursor switches between them by itself.
+    GLCelRes arrow(kCursorView, 0, 0, 0);
+    GLCursor* cursor = new GLCursor(arrow, TRUE);
+    GLCelRes hourglass(kCursorView, 0, 1, 0), barred(kCursorView, 0, 2, 0), hand(kCursorView, 0, 3, 0);
+    cursor->SetWaitCelRes(hourglass);
+    cursor->SetHandsOffCelRes(barred);
+    cursor->SetHighLtCelRes(hand);
+    SetCursor(cursor); // the game owns it from now on
+
+    mpSound = new GLSndManager;
+
+    // What Play does before its loop: the quit key ends the game.
+    mpQuitHandler = new GLQuitHandler;
+    mpUser->mpPrimaDonnas->AddToEnd(mpQuitHandler);
+    mpUser->IsHandsOn(TRUE);
+
+    EnterRoom(kCourtyard);
+}
+
+DemoGame::~DemoGame()
+{
+    if (mRoom)
+        LeaveRoom();
+    mpUser->mpPrimaDonnas->Remove(mpQuitHandler);
+    delete mpQuitHandler;
+    delete mpSound;
+    // Cues and timers that were still on their way when the game ended are
+    // in the object set; they are ours to delete (each leaves the set itself).
+    while (mpObjects->NumElements() > 0)
+        delete mpObjects->At(0);
+}
+
+void DemoGame::DoIt()
+{
+    GLGame::DoIt();
+    if (mNextRoom && !mQuit) {
+        const int next = mNextRoom;
+        mNextRoom = 0;
+        LeaveRoom();
+        EnterRoom(next);
+    }
+}
+
+void DemoGame::EnterRoom(int room)
+{
+    mCameFrom = mRoom;
+    mRoom = room;
+    Log("room %d entered: %s", room, RoomName(room));
+    RoomsEnter(room);
+}
+
+void DemoGame::LeaveRoom()
+{
+    RoomsLeave(mRoom);
+    // Whatever mode a scene left the cursor in, the next room starts normal.
+    HandsOn();
+    mpCursor->EndWait();
+    mpCursor->EndHighlight();
+}
+
+void DemoGame::HandsOff()
+{
+    mpUser->IsHandsOn(FALSE);
+    mpCursor->HandsOff();
+}
+
+void DemoGame::HandsOn()
+{
+    mpUser->IsHandsOn(TRUE);
+    mpCursor->HandsOn();
+}
+
+void DemoGame::Log(const char* format, ...)
+{
+    char line[256];
+    va_list args;
+    va_start(args, format);
+    std::vsnprintf(line, sizeof line, format, args);
+    va_end(args);
+    std::printf("[%5u] %s\n", mGameTicks, line);
+    std::fflush(stdout);
+}
+
+const char* DemoGame::FolderFile(const char* name)
+{
+    std::snprintf(mPath, sizeof mPath, "%s/%s", mFolder, name);
+    return mPath;
+}
+
+// ----- the game library's one export: the player starts us here -----
+
+namespace {
+
+int Step(void*)
+{
+    theGame->DoIt();
+    return theGame->mQuit ? 0 : 1;
+}
+
+void Finish(void* state)
+{
+    DemoGame* game = static_cast<DemoGame*>(state);
+    game->Log("the game ends");
+    delete game;
+}
+
+} // namespace
+
+extern "C" __attribute__((visibility("default"))) int QuindleGameStart(const QuindleHost* host,
+                                                                       QuindleGameLoop* loop)
+{
+    if (host->version != QUINDLE_HOST_VERSION || !host->extras) {
+        std::fprintf(stderr, "demo: this player speaks another version\n");
+        return 1;
+    }
+    DLLInit(host->kernel);
+    DemoGame* game = new DemoGame(host->extras, host->gameFolder);
+    GLDLLInit(game);
+    game->Start();
+    loop->state = game;
+    loop->step = &Step;
+    loop->finish = &Finish;
+    return 0;
+}

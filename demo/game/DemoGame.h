@@ -1,0 +1,83 @@
+// DemoGame.h - the demo's game object.
+//
+// A game is a GLGame, or a class derived from it, handed to the library with
+// GLDLLInit. Ours adds what every room of the demo shares:
+//   - the sound manager (ambient tracks and sound effects);
+//   - the cursor with its four pictures;
+//   - which room comes next: a room asks for the next one with GoTo, and the
+//     game makes the change between two frames, never inside one, so that no
+//     object of the old room is deleted while the library is still walking it;
+//   - the log of what happened (rooms entered, conversations said, cues
+//     delivered), printed with the tick at which it happened.
+#ifndef DEMO_GAME_H
+#define DEMO_GAME_H
+
+#include "gldll.h"
+#include "glgame.h"
+
+class GLQuitHandler;
+class GLSndManager;
+class SoftKernelExtras;
+
+// The numbers of the demo's resources, shared by the rooms and the asset maker.
+enum DemoRooms { kCourtyard = 100, kGallery = 200 };
+enum DemoViews { kPipView = 100, kGateView = 110, kBellView = 120, kButtonView = 130, kTelevisionView = 140, kCursorView = 900 };
+enum DemoSounds { kWind = 1, kBellToll = 4, kChirp = 5, kGateCreak = 6, kClick = 7 };
+
+class DemoGame : public GLGame {
+public:
+    DemoGame(SoftKernelExtras* pExtras, const char* gameFolder);
+    // Leaves the room we are in and gives back what Start made.
+    virtual ~DemoGame();
+
+    // Once the game is installed (GLDLLInit): builds the cursor and the sound
+    // manager, does what GLGame::Play does before its loop (the quit handler
+    // joins the prima donnas, hands go on) and enters the first room. The
+    // player runs our frames one by one, so we never call Play.
+    void Start();
+
+    // One frame of the library (GLGame::DoIt), then the room change asked for
+    // during it, if any.
+    virtual void DoIt();
+
+    // Asks for a room change at the end of this frame.
+    void GoTo(int room) { mNextRoom = room; }
+    // The room we are in, and the one we came from (0 at the start).
+    int Room() const { return mRoom; }
+    int CameFrom() const { return mCameFrom; }
+
+    // Puts the player's hands off (input is swallowed, the cursor shows the
+    // hands-off picture) for a scripted sequence, or back on.
+    void HandsOff();
+    void HandsOn();
+
+    // Prints one line of the log: "[tick] text".
+    void Log(const char* format, ...) __attribute__((format(printf, 2, 3)));
+
+    GLSndManager* Sound() { return mpSound; }
+    // Memory bitmaps and text, for the narrator's speech balloons.
+    SoftKernelExtras* Extras() { return mpExtras; }
+    // A file of the game folder, for things the library reads by file name.
+    const char* FolderFile(const char* name);
+
+private:
+    void EnterRoom(int room);
+    void LeaveRoom();
+
+    SoftKernelExtras* mpExtras;
+    char mFolder[512];
+    char mPath[640];
+    GLQuitHandler* mpQuitHandler;
+    GLSndManager* mpSound;
+    int mRoom;
+    int mCameFrom;
+    int mNextRoom;
+};
+
+// The game, as the rooms see it.
+inline DemoGame* Demo()
+{
+    return static_cast<DemoGame*>(theGame);
+}
+
+#endif

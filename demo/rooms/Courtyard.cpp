@@ -1,0 +1,239 @@
+// Courtyard.cpp - room 100: a courtyard at dusk.
+//
+// Pip stands by the well. Click the cobbles and he walks there, around the
+// well if it is in his way. The Ring button rings the bell over the well (the
+// button holds the input while pressed: let go elsewhere and it does not
+// ring). The pointed arch on the right is a hot spot of irregular shape:
+// pointing at it lights its outline and turns the cursor into a hand;
+// clicking it plays a little scene: Pip walks to the gate, the gate creaks
+// open, he steps through, and we are in the gallery. All the while the wind
+// blows and now and then a bird sings: the ambient track.
+#include "../assets/Palette.h"
+#include "../game/DemoButton.h"
+#include "../game/DemoGame.h"
+#include "../game/Rooms.h"
+#include "../game/Walker.h"
+
+#include "glcursor.h"
+#include "glcycler.h"
+#include "glevent.h"
+#include "glplane.h"
+#include "glplanes.h"
+#include "glpoly.h"
+#include "glscript.h"
+#include "glsound.h"
+
+namespace {
+
+const ScaleInfo kFullSize = {128, 128, 100, 0};
+const ZOR_Rect kScreen(0, 0, 639, 479);
+
+class Courtyard : public GLObject {
+public:
+    Courtyard();
+    virtual ~Courtyard();
+
+    virtual void DoIt();
+    virtual int HandleEvent(GLEvent* pEvent);
+    virtual void Cue(GLCue* pCue);
+
+    void RingBell();
+    void ThroughTheGate();
+
+    GLPicturePlane* mpBack;       // the picture: sky, wall, well, cobbles
+    GLTransparentPlane* mpFront;  // everything that moves or takes clicks
+    Walker* mpPip;
+    GLCel* mpGate;
+    GLCel* mpBell;
+    GLCycler* mpBellSwing;
+    DemoButton* mpRing;
+    DemoButton* mpTalk;
+    GLPoly* mpArch;
+    GLScript* mpScene;
+    int mAmbience;                // the ambient track's number
+};
+
+Courtyard* gCourtyard = 0;
+
+// ----- the buttons and the hot spot call these -----
+
+void OnRing(GLEvent*, GLObject*)
+{
+    gCourtyard->RingBell();
+}
+
+void OnTalk(GLEvent*, GLObject*)
+{
+    Demo()->Log("Pip has nothing to say yet");
+}
+
+void OnArch(GLEvent* pEvent, GLObject*)
+{
+    if (pEvent->type == 1)
+        gCourtyard->ThroughTheGate();
+}
+
+// ----- the scene through the gate: a script, one state at a time -----
+
+enum { kWalkToGate, kOpenGate, kPause, kStepThrough, kGone, kLeave };
+
+void GateScene(GLScript* pScript, int iState)
+{
+    Courtyard* room = gCourtyard;
+    switch (iState) {
+    case kWalkToGate: // hands off: the scene plays by itself
+        Demo()->HandsOff();
+        room->mpPip->WalkTo(GLPoint(545, 318), pScript);
+        break;
+    case kOpenGate: { // the walk cued us: face the gate and open it
+        room->mpPip->Face(Walker::kAway);
+        Demo()->Sound()->Play(kGateCreak, 0, 110, FALSE, 0, 0);
+        GLCycler* opening = new GLEndForwardCycler(); // to the last cel, then cue
+        room->mpGate->SetCycleSpeed(10);
+        opening->Add(room->mpGate, FALSE);
+        opening->Start(pScript);
+        pScript->mpData = opening;
+        break;
+    }
+    case kPause: // the gate is open: a breath before stepping through
+        delete static_cast<GLCycler*>(pScript->mpData);
+        pScript->mpData = 0;
+        pScript->SetTicks(30);
+        break;
+    case kStepThrough:
+        room->mpPip->WalkTo(GLPoint(545, 292), pScript);
+        break;
+    case kGone: // through the arch: Pip vanishes into the dark
+        room->mpPip->Cel()->Hide();
+        pScript->SetTicks(20);
+        break;
+    case kLeave:
+        Demo()->GoTo(kGallery);
+        break;
+    }
+}
+
+// ----- the room -----
+
+Courtyard::Courtyard() : mpScene(0)
+{
+    gCourtyard = this;
+    mpBack = new GLPicturePlane(kScreen, kCourtyard, 0, 0, FALSE, ZOR_Point(0, 0));
+    mpFront = new GLTransparentPlane(kScreen, 1, 0, ZOR_Point(0, 0));
+    theGame->mpPlaneManager->Add(mpBack);
+    theGame->mpPlaneManager->Add(mpFront);
+
+    // Pip appears where he came from: by the tree, or out of the arch.
+    const int fromGallery = Demo()->CameFrom() == kGallery;
+    mpPip = new Walker(mpFront, kPipView, fromGallery ? GLPoint(545, 318) : GLPoint(150, 420));
+    mpPip->SetFloor(ZOR_Rect(16, 300, 624, 430));
+    mpPip->SetObstacle(ZOR_Rect(258, 345, 382, 392)); // the well's foot
+
+    // The gate fills the arch, behind Pip (fixed priority 0).
+    mpGate = new GLCel(mpFront, kGateView, 0, 0, GLPoint(500, 170), 0, kFullSize);
+    mpGate->Show();
+
+    // The bell hangs from the well's beam.
+    mpBell = new GLCel(mpFront, kBellView, 0, 2, GLPoint(320, 272), 0, kFullSize);
+    mpBell->SetCycleSpeed(5);
+    mpBell->Show();
+    mpBellSwing = new GLPingPongCycler();
+
+    mpTalk = new DemoButton(mpFront, kButtonView, 0, GLPoint(16, 442), &OnTalk);
+    mpTalk->Disable(TRUE); // nothing to say yet: the disabled face
+    mpRing = new DemoButton(mpFront, kButtonView, 1, GLPoint(96, 442), &OnRing);
+    mpRing->HogWhilePressed(TRUE);
+
+    // The arch: a pointed outline, not a rectangle.
+    GLPoint arch[] = {GLPoint(500, 300), GLPoint(500, 215), GLPoint(510, 192), GLPoint(527, 177), GLPoint(545, 170),
+                      GLPoint(563, 177), GLPoint(580, 192), GLPoint(590, 215), GLPoint(590, 300)};
+    mpArch = new GLPoly(mpFront, arch, 9);
+    mpArch->SetColor(Shade(kGold, 14), FALSE);
+    mpArch->SetSelectFunction(&OnArch);
+    mpArch->Init();
+
+    // Wind and birds, read from a track file: the track plays at once.
+    GLSndTrack* track = Demo()->Sound()->CreateSndTrack(Demo()->FolderFile("ambient.txt"));
+    mAmbience = track ? track->mTrackId : 0;
+    if (track)
+        Demo()->Log("ambient track %d plays: wind and birds", mAmbience);
+}
+
+Courtyard::~Courtyard()
+{
+    if (mAmbience)
+        Demo()->Sound()->DeleteSndTrack(mAmbience);
+    delete mpScene;
+    delete mpArch;
+    delete mpRing;
+    delete mpTalk;
+    delete mpBellSwing;
+    delete mpBell;
+    delete mpGate;
+    delete mpPip;
+    theGame->mpPlaneManager->Remove(mpFront);
+    theGame->mpPlaneManager->Remove(mpBack);
+    delete mpFront;
+    delete mpBack;
+    gCourtyard = 0;
+}
+
+void Courtyard::DoIt()
+{
+    // Pointing at the arch lights its outline and shows the hand; the
+    // cursor's other modes (hands off during the scene) take precedence.
+    GLCursor* cursor = theGame->mpCursor;
+    GLPoint at = theGame->GetMousePos();
+    const int over = mpArch->OnMe(at) && !mpScene && (cursor->IsNormal() || cursor->IsHighlighted());
+    if (over && !cursor->IsHighlighted()) {
+        cursor->BeginHighlight();
+        mpArch->Show();
+    } else if (!over && cursor->IsHighlighted()) {
+        cursor->EndHighlight();
+        mpArch->Hide();
+    }
+}
+
+// What nobody else took: a press on the floor sends Pip there.
+int Courtyard::HandleEvent(GLEvent* pEvent)
+{
+    if (pEvent->type == 1 && !mpScene) {
+        mpPip->WalkTo(pEvent->where, 0);
+        pEvent->claimed = TRUE;
+    }
+    return pEvent->claimed;
+}
+
+void Courtyard::RingBell()
+{
+    Demo()->Log("the bell rings");
+    mpBellSwing->Add(mpBell, FALSE);
+    mpBellSwing->Start();
+    // The sound manager cues us when the toll has died away.
+    Demo()->Sound()->Play(kBellToll, 0, 127, FALSE, this, 0);
+}
+
+void Courtyard::Cue(GLCue* pCue)
+{
+    if (pCue->mpCuer == Demo()->Sound()) {
+        Demo()->Log("cue: the bell's toll has died away (sound manager)");
+        mpBellSwing->Stop();
+        mpBellSwing->Release();
+        mpBell->SetCel(2, TRUE);
+    }
+}
+
+void Courtyard::ThroughTheGate()
+{
+    if (mpScene)
+        return;
+    Demo()->Log("Pip heads for the arch");
+    mpScene = new GLScript(&GateScene);
+}
+
+} // namespace
+
+GLObject* MakeCourtyard()
+{
+    return new Courtyard;
+}

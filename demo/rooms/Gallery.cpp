@@ -1,0 +1,142 @@
+// Gallery.cpp - room 200: the gallery behind the courtyard.
+//
+// Pip comes in by the door. A swallow crosses the window (a robot: a
+// prerecorded animation the kernel plays; halfway across it passes a cue
+// point and chirps). The television on its stand glows on and off (a
+// cycler); clicking it walks Pip over to watch. The Back button takes him
+// back to the courtyard.
+#include "../assets/Palette.h"
+#include "../game/DemoButton.h"
+#include "../game/DemoGame.h"
+#include "../game/Rooms.h"
+#include "../game/Walker.h"
+
+#include "glcycler.h"
+#include "glevent.h"
+#include "glplane.h"
+#include "glplanes.h"
+#include "glrobot.h"
+#include "glsound.h"
+
+namespace {
+
+const ScaleInfo kFullSize = {128, 128, 100, 0};
+const ZOR_Rect kScreen(0, 0, 639, 479);
+const int kSwallow = 10; // robot 10
+const std::uint32_t kRobotEnd = 0xFFFFFFFFu;
+
+class Gallery : public GLObject {
+public:
+    Gallery();
+    virtual ~Gallery();
+
+    virtual void DoIt() {}
+    virtual int HandleEvent(GLEvent* pEvent);
+    virtual void Cue(GLCue* pCue);
+
+    void WatchTelevision();
+
+    GLPicturePlane* mpBack;
+    GLTransparentPlane* mpFront;
+    Walker* mpPip;
+    GLCel* mpTelevision;
+    GLCycler* mpGlow;
+    GLRobot* mpSwallow;
+    DemoButton* mpBackButton;
+};
+
+Gallery* gGallery = 0;
+
+void OnBack(GLEvent*, GLObject*)
+{
+    Demo()->Log("Pip goes back to the courtyard");
+    Demo()->GoTo(kCourtyard);
+}
+
+void OnTelevision(GLEvent* pEvent, GLObject*)
+{
+    if (pEvent->type == 1)
+        gGallery->WatchTelevision();
+}
+
+Gallery::Gallery()
+{
+    gGallery = this;
+    mpBack = new GLPicturePlane(kScreen, kGallery, 0, 0, FALSE, ZOR_Point(0, 0));
+    mpFront = new GLTransparentPlane(kScreen, 1, 0, ZOR_Point(0, 0));
+    theGame->mpPlaneManager->Add(mpBack);
+    theGame->mpPlaneManager->Add(mpFront);
+
+    mpPip = new Walker(mpFront, kPipView, GLPoint(70, 410));
+    mpPip->SetFloor(ZOR_Rect(30, 330, 610, 430));
+    mpPip->Face(Walker::kRight);
+
+    // The television glows on and off: a plain cycler steps through its two
+    // cels for ever, one every half second.
+    mpTelevision = new GLCel(mpFront, kTelevisionView, 0, 0, GLPoint(160, 160), 0, kFullSize);
+    mpTelevision->SetCycleSpeed(30);
+    mpTelevision->SetSelectFunction(&OnTelevision);
+    mpTelevision->Show();
+    mpGlow = new GLCycler(mpTelevision);
+
+    mpBackButton = new DemoButton(mpFront, kButtonView, 2, GLPoint(16, 442), &OnBack);
+
+    // The swallow: the robot cues us at its cue point and at its end.
+    mpSwallow = new GLRobot(kSwallow, mpFront, 5, GLPoint(390, 50));
+    mpSwallow->SetCaller(this);
+    mpSwallow->Start(FALSE, FALSE, FALSE);
+}
+
+Gallery::~Gallery()
+{
+    delete mpSwallow;
+    delete mpBackButton;
+    delete mpGlow;
+    delete mpTelevision;
+    delete mpPip;
+    theGame->mpPlaneManager->Remove(mpFront);
+    theGame->mpPlaneManager->Remove(mpBack);
+    delete mpFront;
+    delete mpBack;
+    gGallery = 0;
+}
+
+int Gallery::HandleEvent(GLEvent* pEvent)
+{
+    if (pEvent->type == 1) {
+        mpPip->WalkTo(pEvent->where, 0);
+        pEvent->claimed = TRUE;
+    }
+    return pEvent->claimed;
+}
+
+void Gallery::Cue(GLCue* pCue)
+{
+    if (pCue->mpCuer == Demo()->Sound()) {
+        Demo()->Log("cue: the chirp is over (sound manager)");
+    } else if (pCue->mpCuer == mpPip) {
+        Demo()->Log("cue: Pip stands before the television");
+        mpPip->Face(Walker::kAway);
+    } else if (mpSwallow->GetSignal() == kRobotEnd) {
+        // A robot's cue names no cuer: its signal tells its end from a cue
+        // point (by the time the cue arrives, the signal of a cue point has
+        // been read over again and is 0).
+        Demo()->Log("cue: the swallow has flown past (robot end)");
+    } else {
+        Demo()->Log("cue: the swallow passes the window (robot cue point)");
+        Demo()->Sound()->Play(kChirp, 0, 100, FALSE, this, 0);
+    }
+}
+
+void Gallery::WatchTelevision()
+{
+    Demo()->Log("Pip goes to watch the television");
+    mpPip->WalkTo(GLPoint(250, 420), this);
+}
+
+} // namespace
+
+GLObject* MakeGallery()
+{
+    return new Gallery;
+}

@@ -1,0 +1,155 @@
+// test_demo.cpp - the demo played through headless by the player, as the
+// README's first command plays it: it reaches its end, visits every room,
+// gives back every block, and draws the key frames it always drew.
+#include "SoftImage.h"
+#include "SoftResources.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <sys/wait.h>
+#include <fstream>
+#include <sstream>
+#include <string>
+#include <vector>
+
+namespace {
+
+struct PlayRun {
+    int status = -1;
+    std::string log;    // the game's log (standard output)
+    std::string errors; // the player's report (standard error)
+    std::string out;    // where the frames went
+};
+
+std::string ReadAll(const std::string& path)
+{
+    std::ifstream in(path, std::ios::binary);
+    std::stringstream s;
+    s << in.rdbuf();
+    return s.str();
+}
+
+// One playthrough for the whole suite: it takes a few seconds.
+const PlayRun& Playthrough()
+{
+    static PlayRun run;
+    static bool done = false;
+    if (done)
+        return run;
+    done = true;
+    char dir[] = "/tmp/quindle-demo-XXXXXX";
+    if (!::mkdtemp(dir))
+        return run;
+    run.out = dir;
+    static const std::string remove = "rm -rf " + run.out;
+    std::atexit([] { (void)std::system(remove.c_str()); });
+    const std::string command = std::string(PLAYER) + " " + DEMO_FOLDER + " --no-gif --script " +
+                                PLAYTHROUGH + " --ticks 4000 --frame " + KEY_FRAMES + " --out " + run.out + " > " +
+                                run.out + "/log.txt 2> " + run.out + "/errors.txt";
+    const int status = std::system(command.c_str());
+    run.status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+    run.log = ReadAll(run.out + "/log.txt");
+    run.errors = ReadAll(run.out + "/errors.txt");
+    return run;
+}
+
+std::vector<std::string> Lines(const std::string& text, const std::string& containing)
+{
+    std::vector<std::string> lines;
+    std::istringstream in(text);
+    std::string line;
+    while (std::getline(in, line))
+        if (line.find(containing) != std::string::npos)
+            lines.push_back(line);
+    return lines;
+}
+
+TEST(DemoPlaythrough, ReachesItsEndThroughEveryRoom)
+{
+    const PlayRun& run = Playthrough();
+    ASSERT_EQ(run.status, 0) << run.errors;
+    // The quit key at the end of the script ended the game, not the time limit.
+    EXPECT_NE(run.errors.find("the game quit"), std::string::npos) << run.errors;
+    EXPECT_NE(run.log.find("the game ends"), std::string::npos) << run.log;
+
+    const auto rooms = Lines(run.log, "entered");
+    ASSERT_EQ(rooms.size(), 3u) << run.log;
+    EXPECT_NE(rooms[0].find("room 100 entered"), std::string::npos);
+    EXPECT_NE(rooms[1].find("room 200 entered"), std::string::npos);
+    EXPECT_NE(rooms[2].find("room 100 entered"), std::string::npos);
+}
+
+TEST(DemoPlaythrough, EveryCueArrives)
+{
+    const PlayRun& run = Playthrough();
+    for (const char* cue : {"the bell's toll has died away", "the swallow passes the window",
+                            "the chirp is over", "the swallow has flown past", "Pip stands before the television"})
+        EXPECT_EQ(Lines(run.log, cue).size(), 1u) << cue << "\n" << run.log;
+    // Ring pressed and let go elsewhere rang nothing: the bell rang once.
+    EXPECT_EQ(Lines(run.log, "the bell rings").size(), 1u) << run.log;
+}
+
+TEST(DemoPlaythrough, GivesBackEveryBlock)
+{
+    const PlayRun& run = Playthrough();
+    EXPECT_EQ(run.errors.find("not given back"), std::string::npos) << run.errors;
+}
+
+// A frame's fingerprint: FNV-1a over the colour of every pixel.
+std::uint64_t FrameHash(const std::string& png, const SoftPalette& palette)
+{
+    SoftBitmap frame;
+    std::string error;
+    if (!SoftReadPng(png, palette, &frame, &error))
+        return 0;
+    std::uint64_t h = 1469598103934665603ull;
+    for (std::uint8_t index : frame.pixels) {
+        const SoftColor& c = palette.colors[index];
+        for (std::uint8_t byte : {c.r, c.g, c.b}) {
+            h ^= byte;
+            h *= 1099511628211ull;
+        }
+    }
+    return h;
+}
+
+// golden.txt holds "<tick> <hash>" lines. When the demo changes on purpose,
+// the failure prints the new lines to paste there.
+TEST(DemoPlaythrough, KeyFramesMatchTheirGoldenHashes)
+{
+    const PlayRun& run = Playthrough();
+    ASSERT_EQ(run.status, 0) << run.errors;
+    SoftResources folder(DEMO_FOLDER);
+    SoftPalette palette;
+    std::string error;
+    ASSERT_TRUE(folder.LoadPalette(&palette, &error)) << error;
+
+    std::istringstream golden(ReadAll(GOLDEN));
+    std::string line, actual;
+    int compared = 0, wrong = 0;
+    while (std::getline(golden, line)) {
+        if (line.empty() || line[0] == '#')
+            continue;
+        unsigned tick = 0;
+        unsigned long long expected = 0;
+        ASSERT_EQ(std::sscanf(line.c_str(), "%u %llx", &tick, &expected), 2) << line;
+        char name[32];
+        std::snprintf(name, sizeof name, "/frame-%06u.png", tick);
+        const std::uint64_t hash = FrameHash(run.out + name, palette);
+        char text[64];
+        std::snprintf(text, sizeof text, "%u %016llx\n", tick, static_cast<unsigned long long>(hash));
+        actual += text;
+        compared++;
+        if (hash != expected) {
+            wrong++;
+            ADD_FAILURE() << "frame at tick " << tick << " differs (" << run.out << name << ")";
+        }
+    }
+    EXPECT_GT(compared, 0) << "no golden frames in " << GOLDEN;
+    if (wrong)
+        std::printf("new golden lines:\n%s", actual.c_str());
+}
+
+} // namespace
