@@ -178,8 +178,6 @@ GLSndTrack* GLSndManager::CreateSndTrack(const char* fileName)
             int numbers[kNumbersMax] = {0, 0, 1, 100, 0};
             if (!ParseNumbers(tokens, iTokens, numbers, 4))
                 continue;
-            if (numbers[0] < 1 || numbers[1] < 0)
-                continue; // the wait could come out below 1 second
             pTrack->AddWaitNode(numbers[0], numbers[1], numbers[2], numbers[3]);
         } else if (StartsWith(keyword, "PRS")) {
             int numbers[kNumbersMax] = {0, 100, 127, 50, 0};

@@ -373,9 +373,9 @@ public:
     // of separators only): what follows is ignored, a PLAY included. A line
     // whose keyword is unknown is skipped. So is a malformed line, and reading
     // goes on: a keyword without its first number (no token after it, or one
-    // without a digit); a WAIT whose wait could come out below 1 second (its
-    // minimum below 1 or its maximum negative), which would otherwise stop the
-    // game when the track reached it.
+    // without a digit). A WAIT is taken as written: one whose wait comes out
+    // at 0 seconds when the track reaches it is the script's failed check
+    // "mType==UnsetTimer && secs", as for a wait node added by code.
     GLSndTrack* CreateSndTrack(const char* fileName);
     // Gives the track the next number (the first is 1; numbers are never
     // reused), puts it first in the manager's list and returns the number.

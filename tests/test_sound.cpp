@@ -604,6 +604,10 @@ TEST_F(SoundTest, MisuseOfATrackEndsWithTheExactReport)
     // A wait of no seconds, added by code, stops the game when reached.
     track.AddWaitNode(0, 0, 1, 100);
     EXPECT_GL_ASSERT(track.Play(), "Source/Glscript.cpp", "mType==UnsetTimer && secs");
+    // So does one read from a file.
+    GLSndManager manager;
+    std::string path = WriteFile("WAIT 0\nPLAY\n");
+    EXPECT_GL_ASSERT(manager.CreateSndTrack(path.c_str()), "Source/Glscript.cpp", "mType==UnsetTimer && secs");
 }
 
 // ----- the sound manager -----
@@ -1019,7 +1023,8 @@ TEST_F(SoundTest, AnEmptyLineEndsTheFileAndMalformedLinesAreSkipped)
                                  "PLAY\n");
     GLSndTrack* track = manager.CreateSndTrack(path.c_str());
     ASSERT_NE(track, nullptr);
-    EXPECT_EQ(Ring(track), (std::vector<std::string>{"S51", "S5", "S53"}));
+    // Waits are taken as written, even those that can come out at 0 seconds.
+    EXPECT_EQ(Ring(track), (std::vector<std::string>{"W0", "W-3", "W2", "S51", "S5", "S53"}));
     EXPECT_EQ(k.Count("PlaySample"), 0); // the PLAY after the blank line is not carried out
     EXPECT_EQ(track->mType, GLTimer::UnsetTimer);
 
