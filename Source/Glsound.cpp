@@ -93,7 +93,7 @@ GLPRSNode::~GLPRSNode() {}
 // the fields below exist; sndTrkCode does nothing in it.
 GLSndTrack::GLSndTrack()
     : GLScript(sndTrkCode), mTrackId(-1), mSample(0), mStopped(0), mPaused(0), mpHeader(GL_NEW GLHdrNode), mpCurrent(0),
-      mpNextTrack(0), mSampleLock(FALSE), mHalted(FALSE)
+      mpNextTrack(0), mSampleLock(FALSE)
 {
     mpHeader->mpNext = mpHeader;
     mpHeader->mpPrev = mpHeader;
@@ -213,18 +213,21 @@ void GLSndTrack::DeleteWaitNode(int iMinSeconds)
     }
 }
 
-// A resting track is in state 0 with no wait. Dropping a wait that still runs
-// and entering state 1 from 0 makes Play start the first node at once in every
-// case: a running track (whose next test would otherwise start a second wait,
-// a failed check) and one stopped a frame ago (still on its way to rest) alike.
+// Play and Resume cue the track, which adds 1 to its state: a resting track
+// (state 0, no wait) steps at once, and one still on its way to rest (state
+// -1, the wait to state 0 running) goes to state 0 now and steps when that
+// wait ends, on the next frame. Cuing a track that is running otherwise would
+// start a second wait, a failed check, so Play drops the running wait and
+// starts over from state 0, and Resume leaves such a track to go on by itself.
 void GLSndTrack::Play()
 {
     mPaused = 0;
     mStopped = 0;
     mpCurrent = mpHeader;
-    mHalted = FALSE;
-    Init(UnsetTimer, 0);
-    mState = 0;
+    if (mType != UnsetTimer && mState != -1) {
+        Init(UnsetTimer, 0);
+        mState = 0;
+    }
     Cue();
 }
 
@@ -234,18 +237,12 @@ int GLSndTrack::Pause()
     return TRUE;
 }
 
-// A track that has not noticed its pause still has a wait running: clearing
-// the marks lets it go on by itself, and cuing it as well would start a second
-// wait. Any other track is at rest, or about to be, and steps on now.
 int GLSndTrack::Resume()
 {
     mStopped = 0;
     mPaused = 0;
-    if (!mHalted && mType != UnsetTimer)
+    if (mType != UnsetTimer && mState != -1)
         return TRUE;
-    mHalted = FALSE;
-    Init(UnsetTimer, 0);
-    mState = 0;
     Cue();
     return TRUE;
 }
@@ -356,7 +353,6 @@ void GLSndTrack::TestSample()
         mState = kernel->GetSampleVolume(mSample, &iVolume, 0) ? 1 : 0;
     } else {
         mState = -1;
-        mHalted = TRUE;
     }
     // The unlock follows the node's wish, not whether its draw started the
     // sample: a sample that lost its draw is unlocked without having been

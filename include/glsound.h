@@ -211,16 +211,18 @@ public:
     // The same for the first wait node whose fixed part is iMinSeconds.
     void DeleteWaitNode(int iMinSeconds);
 
-    // Starts the track from its first node, at once (inside the call). On a
-    // running track the wait that runs is dropped and the track starts over;
-    // the sample that plays is not touched.
+    // Starts the track from its first node, at once (inside the call). A
+    // track that has seen its stop or pause but not yet come to rest starts
+    // on the next frame. On a running track the wait that runs is dropped and
+    // the track starts over; the sample that plays is not touched.
     void Play();
     // Marks the track paused; returns TRUE. The sample that plays is not
     // touched: the track stops advancing at its next test and then rests.
     int Pause();
     // Clears the stopped and paused marks; returns TRUE. A track that had come
-    // to rest goes on at once with the node after the one reached last; one
-    // that had not yet noticed its pause simply goes on.
+    // to rest goes on at once with the node after the one reached last (one
+    // that has seen its pause but not yet come to rest, on the next frame);
+    // one that had not yet noticed its pause simply goes on.
     int Resume();
     // Marks the track stopped, stops the sample started last and, if its node
     // locks its sample, unlocks it.
@@ -260,10 +262,6 @@ private:
     // because a use-once node is gone from the ring by the time its sample is
     // tested, and a group member is not the node reached.
     int mSampleLock;
-    // TRUE from the test that found the track stopped or paused until Play or
-    // Resume: the track is at rest, or on its way to it. It tells such a track
-    // apart from one that was never played, which rests in the same state.
-    int mHalted;
 };
 
 // ----- the sound manager -----

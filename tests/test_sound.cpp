@@ -542,12 +542,17 @@ TEST_F(SoundTest, APausedTrackRestsAfterItsNextTestAndResumesWithTheNodeAfterThe
     Frames(2);
     EXPECT_EQ(Sound(mark), (Calls{"UnlockResource(12,52)", "LockResource(12,53)", "PlaySample(53,0,127,0,0)"}));
 
-    // Resumed in the frame between the test and the rest.
+    // Resumed in the frame between the test and the rest: the cue takes the
+    // track to state 0 at once, and the wait that runs to state 1 (the next
+    // node) on the next frame.
     track.Pause();
     Frame();
     EXPECT_EQ(track.mState, -1);
     mark = k.Mark();
     track.Resume();
+    EXPECT_EQ(track.mState, 0);
+    EXPECT_TRUE(Sound(mark).empty());
+    Frame();
     EXPECT_EQ(Sound(mark), (Calls{"LockResource(12,51)", "PlaySample(51,0,127,0,0)"}));
     mark = k.Mark();
     Frames(3);
@@ -581,6 +586,21 @@ TEST_F(SoundTest, StopAndFadeEndTheTrackAtItsNextTestAndPlayStartsItOverFromTheF
     EXPECT_EQ(track.mStopped, 1);
     Frames(2);
     EXPECT_EQ(track.mState, 0);
+
+    // Played in the frame between the test that saw the stop and the rest:
+    // the first node starts on the next frame.
+    track.Play();
+    track.Stop();
+    Frame();
+    EXPECT_EQ(track.mState, -1);
+    mark = k.Mark();
+    track.Play();
+    EXPECT_EQ(track.mState, 0);
+    EXPECT_TRUE(Sound(mark).empty());
+    Frame();
+    EXPECT_EQ(Sound(mark), (Calls{"LockResource(12,61)", "PlaySample(61,0,127,0,0)"}));
+    track.Stop();
+    Frames(2);
 
     // Play on a running track drops its wait and starts over, with no second
     // wait started.
