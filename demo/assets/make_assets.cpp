@@ -267,14 +267,16 @@ int main(int argc, char** argv)
     Film();
     Sounds();
 
-    // The conversation (room 100, noun 1, verb 1, case 0): Pip is talker 1,
-    // the narrator of the story talker 0. The first line has speech.
-    Text("messages.txt", "# noun verb case 0 seq talker text\n"
-                         "100 1 1 0 1 1 \"Evening, old well. Any wishes left?\" speech speech/pip-1.wav\n"
-                         "100 1 1 0 2 0 \"The well keeps its own counsel, as wells do.\"\n"
-                         "100 1 1 0 3 1 \"Then I'll ring the bell and see who answers.\"\n"
-                         "100 1 1 0 4 0 \"Somewhere beyond the arch, a gate creaks.\"\n"
-                         "200 1 1 0 1 1 \"A television! Let's see what's on.\"\n");
+    // The conversations; the first line has recorded speech.
+    Text("messages.txt",
+         "# key1 key2 key3 key4 sequence talker \"text\" [speech file]\n"
+         "# keys: room, noun, verb, case. Talker 1 is Pip, 2 the voice of the story.\n"
+         "100 1 1 0 1 1 \"Evening, old well. Any wishes left in you?\" speech speech/pip-1.wav\n"
+         "100 1 1 0 2 2 \"The well keeps its own counsel, as wells do.\"\n"
+         "100 1 1 0 3 1 \"Then I'll ring the bell and see who answers.\"\n"
+         "100 1 1 0 4 2 \"Somewhere beyond the arch, a gate creaks.\"\n"
+         "200 1 1 0 1 1 \"A television! I wonder what's on.\"\n"
+         "200 1 1 0 2 2 \"The television hums, as if it were waiting for him.\"\n");
 
     // The courtyard's ambience: wind, a pause, a bird picked at random.
     Text("ambient.txt", "# The courtyard at dusk.\n"

@@ -4,6 +4,7 @@
 #include "Rooms.h"
 
 #include "glcursor.h"
+#include "kernel.h"
 #include "gldll.h"
 #include "glquithd.h"
 #include "glsound.h"
@@ -103,7 +104,8 @@ void DemoGame::Log(const char* format, ...)
     va_start(args, format);
     std::vsnprintf(line, sizeof line, format, args);
     va_end(args);
-    std::printf("[%5u] %s\n", mGameTicks, line);
+    // The kernel's clock, not the frame's: a movie plays inside one frame.
+    std::printf("[%5u] %s\n", kernel->GetTicks(), line);
     std::fflush(stdout);
 }
 

@@ -47,7 +47,7 @@ Walker::Walker(AbsGLPlane* pPlane, int view, const GLPoint& pos)
 
 Walker::~Walker()
 {
-    StopWalking();
+    Stop();
     delete mpSteps;
     delete mpCel;
 }
@@ -71,7 +71,7 @@ void Walker::FaceToward(const GLPoint& point)
 
 void Walker::WalkTo(const GLPoint& dest, GLObject* pCaller)
 {
-    StopWalking();
+    Stop();
     GLPoint to(dest);
     to.SetX(mFloor.left > to.GetX() ? mFloor.left : mFloor.right < to.GetX() ? mFloor.right : to.GetX());
     to.SetY(mFloor.top > to.GetY() ? mFloor.top : mFloor.bottom < to.GetY() ? mFloor.bottom : to.GetY());
@@ -124,7 +124,7 @@ void Walker::ClearRoute()
     }
 }
 
-void Walker::StopWalking()
+void Walker::Stop()
 {
     if (mpPath) {
         // The path leaves the game's object set itself when deleted mid-walk.
@@ -145,7 +145,7 @@ void Walker::Cue(GLCue* pCue)
     if (pCue->mpCuer != mpPath)
         return; // the cue of a path we have since replaced
     GLObject* caller = mpCaller;
-    StopWalking();
+    Stop();
     if (caller)
         new GLCue(caller, this, 0, 0);
 }

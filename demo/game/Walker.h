@@ -37,6 +37,8 @@ public:
     // replaces the one under way; its caller is not cued.
     void WalkTo(const GLPoint& dest, GLObject* pCaller);
     int IsWalking() const { return mpPath != 0; }
+    // Stops where he stands; whoever sent him is not cued.
+    void Stop();
     void Face(Facing facing);
     // Looks toward a point without moving.
     void FaceToward(const GLPoint& point);
@@ -50,7 +52,6 @@ private:
     void PlanRoute(const GLPoint& from, const GLPoint& to);
     int Crosses(const GLPoint& from, const GLPoint& to) const;
     void ClearRoute();
-    void StopWalking();
 
     GLCel* mpCel;
     GLCycler* mpSteps;

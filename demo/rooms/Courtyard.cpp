@@ -1,7 +1,9 @@
 // Courtyard.cpp - room 100: a courtyard at dusk.
 //
 // Pip stands by the well. Click the cobbles and he walks there, around the
-// well if it is in his way. The Ring button rings the bell over the well (the
+// well if it is in his way. The Talk button starts a conversation between
+// Pip and the voice of the story (the cursor waits meanwhile; a click or
+// Enter moves on to the next line, Escape cuts it short). The Ring button rings the bell over the well (the
 // button holds the input while pressed: let go elsewhere and it does not
 // ring). The pointed arch on the right is a hot spot of irregular shape:
 // pointing at it lights its outline and turns the cursor into a hand;
@@ -12,6 +14,7 @@
 #include "../game/DemoButton.h"
 #include "../game/DemoGame.h"
 #include "../game/Rooms.h"
+#include "../game/Talk.h"
 #include "../game/Walker.h"
 
 #include "glcursor.h"
@@ -38,6 +41,7 @@ public:
     virtual void Cue(GLCue* pCue);
 
     void RingBell();
+    void Talk();
     void ThroughTheGate();
 
     GLPicturePlane* mpBack;       // the picture: sky, wall, well, cobbles
@@ -50,6 +54,9 @@ public:
     DemoButton* mpTalk;
     GLPoly* mpArch;
     GLScript* mpScene;
+    Conversation* mpConversation;
+    Balloon* mpPipSays;
+    Balloon* mpStorySays;
     int mAmbience;                // the ambient track's number
 };
 
@@ -64,7 +71,7 @@ void OnRing(GLEvent*, GLObject*)
 
 void OnTalk(GLEvent*, GLObject*)
 {
-    Demo()->Log("Pip has nothing to say yet");
+    gCourtyard->Talk();
 }
 
 void OnArch(GLEvent* pEvent, GLObject*)
@@ -140,9 +147,15 @@ Courtyard::Courtyard() : mpScene(0)
     mpBellSwing = new GLPingPongCycler();
 
     mpTalk = new DemoButton(mpFront, kButtonView, 0, GLPoint(16, 442), &OnTalk);
-    mpTalk->Disable(TRUE); // nothing to say yet: the disabled face
     mpRing = new DemoButton(mpFront, kButtonView, 1, GLPoint(96, 442), &OnRing);
     mpRing->HogWhilePressed(TRUE);
+
+    // Who says the lines of messages.txt: talker 1 is Pip, talker 2 the story.
+    mpPipSays = new Balloon(mpFront, mpPip->Cel(), Shade(kWood, 2), Shade(kGold, 15), "Pip");
+    mpStorySays = new Balloon(mpFront, 0, Shade(kGold, 14), Shade(kDusk, 2), "the story");
+    mpConversation = new Conversation;
+    mpConversation->Cast(1, mpPipSays);
+    mpConversation->Cast(2, mpStorySays);
 
     // The arch: a pointed outline, not a rectangle.
     GLPoint arch[] = {GLPoint(500, 300), GLPoint(500, 215), GLPoint(510, 192), GLPoint(527, 177), GLPoint(545, 170),
@@ -164,6 +177,9 @@ Courtyard::~Courtyard()
     if (mAmbience)
         Demo()->Sound()->DeleteSndTrack(mAmbience);
     delete mpScene;
+    delete mpConversation;
+    delete mpStorySays;
+    delete mpPipSays;
     delete mpArch;
     delete mpRing;
     delete mpTalk;
@@ -183,8 +199,10 @@ void Courtyard::DoIt()
     // Pointing at the arch lights its outline and shows the hand; the
     // cursor's other modes (hands off during the scene) take precedence.
     GLCursor* cursor = theGame->mpCursor;
+    if (mpScene)
+        return;
     GLPoint at = theGame->GetMousePos();
-    const int over = mpArch->OnMe(at) && !mpScene && (cursor->IsNormal() || cursor->IsHighlighted());
+    const int over = mpArch->OnMe(at) && (cursor->IsNormal() || cursor->IsHighlighted());
     if (over && !cursor->IsHighlighted()) {
         cursor->BeginHighlight();
         mpArch->Show();
@@ -213,9 +231,26 @@ void Courtyard::RingBell()
     Demo()->Sound()->Play(kBellToll, 0, 127, FALSE, this, 0);
 }
 
+// Noun 1, verb 1 of room 100 in messages.txt: four lines, the first spoken.
+void Courtyard::Talk()
+{
+    Demo()->Log("conversation 100/1 begins");
+    mpPip->Stop(); // stand still to talk
+    mpPip->Face(Walker::kToward);
+    theGame->mpCursor->BeginWait();
+    mpTalk->Disable(TRUE);
+    mpRing->Disable(TRUE);
+    mpConversation->Say(kCourtyard, 1, 1, 0, 0, this);
+}
+
 void Courtyard::Cue(GLCue* pCue)
 {
-    if (pCue->mpCuer == Demo()->Sound()) {
+    if (pCue->mpCuer == mpConversation) {
+        Demo()->Log("cue: conversation 100/1 %s", pCue->mValue ? "cut short" : "said to its end");
+        theGame->mpCursor->EndWait();
+        mpTalk->Enable(TRUE);
+        mpRing->Enable(TRUE);
+    } else if (pCue->mpCuer == Demo()->Sound()) {
         Demo()->Log("cue: the bell's toll has died away (sound manager)");
         mpBellSwing->Stop();
         mpBellSwing->Release();
@@ -228,6 +263,9 @@ void Courtyard::ThroughTheGate()
     if (mpScene)
         return;
     Demo()->Log("Pip heads for the arch");
+    // The cursor's modes do not stack: the hand goes before hands off comes.
+    theGame->mpCursor->EndHighlight();
+    mpArch->Hide();
     mpScene = new GLScript(&GateScene);
 }
 

@@ -2,28 +2,34 @@
 //
 // Pip comes in by the door. A swallow crosses the window (a robot: a
 // prerecorded animation the kernel plays; halfway across it passes a cue
-// point and chirps). The television on its stand glows on and off (a
-// cycler); clicking it walks Pip over to watch. The Back button takes him
-// back to the courtyard.
+// point and chirps). Half a second in (a timer), Pip remarks on the
+// television. The television glows on and off (a cycler); clicking it walks
+// Pip over, and a film plays on its screen (a movie, through a movie
+// player). The Back button takes him back to the courtyard.
 #include "../assets/Palette.h"
 #include "../game/DemoButton.h"
 #include "../game/DemoGame.h"
 #include "../game/Rooms.h"
+#include "../game/Talk.h"
 #include "../game/Walker.h"
 
 #include "glcycler.h"
 #include "glevent.h"
+#include "glmovie.h"
 #include "glplane.h"
 #include "glplanes.h"
 #include "glrobot.h"
 #include "glsound.h"
+#include "gltimer.h"
 
 namespace {
 
 const ScaleInfo kFullSize = {128, 128, 100, 0};
 const ZOR_Rect kScreen(0, 0, 639, 479);
 const int kSwallow = 10; // robot 10
+const int kFilm = 300;   // movie 300.VMD
 const std::uint32_t kRobotEnd = 0xFFFFFFFFu;
+const int kGreeting = 1; // the value of the timer that starts the greeting
 
 class Gallery : public GLObject {
 public:
@@ -35,6 +41,7 @@ public:
     virtual void Cue(GLCue* pCue);
 
     void WatchTelevision();
+    void PlayFilm();
 
     GLPicturePlane* mpBack;
     GLTransparentPlane* mpFront;
@@ -43,6 +50,9 @@ public:
     GLCycler* mpGlow;
     GLRobot* mpSwallow;
     DemoButton* mpBackButton;
+    Conversation* mpConversation;
+    Balloon* mpPipSays;
+    Balloon* mpStorySays;
 };
 
 Gallery* gGallery = 0;
@@ -81,6 +91,13 @@ Gallery::Gallery()
 
     mpBackButton = new DemoButton(mpFront, kButtonView, 2, GLPoint(16, 442), &OnBack);
 
+    mpPipSays = new Balloon(mpFront, mpPip->Cel(), Shade(kWood, 2), Shade(kGold, 15), "Pip");
+    mpStorySays = new Balloon(mpFront, 0, Shade(kGold, 14), Shade(kDusk, 2), "the story");
+    mpConversation = new Conversation;
+    mpConversation->Cast(1, mpPipSays);
+    mpConversation->Cast(2, mpStorySays);
+    new GLTimer(this, GLTimer::TicksTimer, 30, kGreeting); // the timer deletes itself once it has cued us
+
     // The swallow: the robot cues us at its cue point and at its end.
     mpSwallow = new GLRobot(kSwallow, mpFront, 5, GLPoint(390, 50));
     mpSwallow->SetCaller(this);
@@ -90,6 +107,9 @@ Gallery::Gallery()
 Gallery::~Gallery()
 {
     delete mpSwallow;
+    delete mpConversation;
+    delete mpStorySays;
+    delete mpPipSays;
     delete mpBackButton;
     delete mpGlow;
     delete mpTelevision;
@@ -112,11 +132,19 @@ int Gallery::HandleEvent(GLEvent* pEvent)
 
 void Gallery::Cue(GLCue* pCue)
 {
-    if (pCue->mpCuer == Demo()->Sound()) {
+    if (pCue->mpCuer == 0 && pCue->mValue == kGreeting) {
+        Demo()->Log("cue: half a second in the gallery (timer); conversation 200/1 begins");
+        theGame->mpCursor->BeginWait();
+        mpConversation->Say(kGallery, 1, 1, 0, 0, this);
+    } else if (pCue->mpCuer == mpConversation) {
+        Demo()->Log("cue: conversation 200/1 %s", pCue->mValue ? "cut short" : "said to its end");
+        theGame->mpCursor->EndWait();
+    } else if (pCue->mpCuer == Demo()->Sound()) {
         Demo()->Log("cue: the chirp is over (sound manager)");
     } else if (pCue->mpCuer == mpPip) {
         Demo()->Log("cue: Pip stands before the television");
         mpPip->Face(Walker::kAway);
+        PlayFilm();
     } else if (mpSwallow->GetSignal() == kRobotEnd) {
         // A robot's cue names no cuer: its signal tells its end from a cue
         // point (by the time the cue arrives, the signal of a cue point has
@@ -132,6 +160,22 @@ void Gallery::WatchTelevision()
 {
     Demo()->Log("Pip goes to watch the television");
     mpPip->WalkTo(GLPoint(250, 420), this);
+}
+
+// The film plays on the television's screen. A VMD movie plays to its end
+// (or until a click or a key) before Play returns; the kernel keeps drawing
+// the frames meanwhile.
+void Gallery::PlayFilm()
+{
+    Demo()->Log("the film begins");
+    GLVmdMovie film(kFilm);
+    film.SetPos(GLPoint(170, 170), 0, FALSE); // placed when opened
+    GLMoviePlayer player(&film);
+    player.Open(0);
+    film.SetPos(GLPoint(170, 170), 0, TRUE);
+    const unsigned stopped = player.Play();
+    player.Close();
+    Demo()->Log("the film %s", stopped ? "was stopped" : "is over");
 }
 
 } // namespace

@@ -84,9 +84,14 @@ TEST(DemoPlaythrough, ReachesItsEndThroughEveryRoom)
 TEST(DemoPlaythrough, EveryCueArrives)
 {
     const PlayRun& run = Playthrough();
-    for (const char* cue : {"the bell's toll has died away", "the swallow passes the window",
-                            "the chirp is over", "the swallow has flown past", "Pip stands before the television"})
+    for (const char* cue :
+         {"conversation 100/1 said to its end", "the bell's toll has died away", "half a second in the gallery",
+          "the swallow passes the window", "the chirp is over", "the swallow has flown past",
+          "conversation 200/1 cut short", "Pip stands before the television"})
         EXPECT_EQ(Lines(run.log, cue).size(), 1u) << cue << "\n" << run.log;
+    // Four lines said in the courtyard; Escape cut the gallery's after one.
+    EXPECT_EQ(Lines(run.log, " says: ").size(), 5u) << run.log;
+    EXPECT_EQ(Lines(run.log, "the film is over").size(), 1u) << run.log;
     // Ring pressed and let go elsewhere rang nothing: the bell rang once.
     EXPECT_EQ(Lines(run.log, "the bell rings").size(), 1u) << run.log;
 }
