@@ -94,9 +94,9 @@ int IsWhiteSpace(char c)
 }
 
 // Reads a whole number as atoi does: white space, an optional sign, digits,
-// up to the first other character. Saturates at the 32-bit limits. Sets
-// *pfDigits to whether there was any digit.
-int ParseNumber(const Token& token, int* pfDigits)
+// up to the first other character; a token without digits gives 0.
+// Saturates at the 32-bit limits.
+int ParseNumber(const Token& token)
 {
     int i = 0;
     while (i < token.length && IsWhiteSpace(token.text[i]))
@@ -110,9 +110,7 @@ int ParseNumber(const Token& token, int* pfDigits)
     // that can matter (that of INT_MIN).
     const long long kLimit = 2147483648LL;
     long long lMagnitude = 0;
-    *pfDigits = FALSE;
     while (i < token.length && token.text[i] >= '0' && token.text[i] <= '9') {
-        *pfDigits = TRUE;
         lMagnitude = lMagnitude * 10 + (token.text[i] - '0');
         if (lMagnitude > kLimit)
             lMagnitude = kLimit;
@@ -125,18 +123,14 @@ int ParseNumber(const Token& token, int* pfDigits)
 }
 
 // Fills pNumbers from the tokens after the keyword; the ones not given keep
-// the defaults the caller put there. Returns FALSE when the first number is
-// missing (no token, or a token without a digit): the line is malformed.
+// the defaults the caller put there. Returns FALSE when there is no token
+// after the keyword, so no first number: the line is malformed.
 int ParseNumbers(const Token* pTokens, int iTokens, int* pNumbers, int iWanted)
 {
     if (iTokens < 2)
         return FALSE;
-    for (int i = 0; i < iWanted && i + 1 < iTokens; i++) {
-        int fDigits = FALSE;
-        pNumbers[i] = ParseNumber(pTokens[i + 1], &fDigits);
-        if (i == 0 && !fDigits)
-            return FALSE;
-    }
+    for (int i = 0; i < iWanted && i + 1 < iTokens; i++)
+        pNumbers[i] = ParseNumber(pTokens[i + 1]);
     return TRUE;
 }
 

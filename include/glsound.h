@@ -370,8 +370,8 @@ public:
     // Reading stops at the end of the file or at the first empty line (or one
     // of separators only): what follows is ignored, a PLAY included. A line
     // whose keyword is unknown is skipped. So is a malformed line, and reading
-    // goes on: a keyword without its first number (no token after it, or one
-    // without a digit). A WAIT is taken as written: one whose wait comes out
+    // goes on: a keyword without its first number (no token after it; a
+    // token without digits, the line end among them, is the number 0). A WAIT is taken as written: one whose wait comes out
     // at 0 seconds when the track reaches it is the script's failed check
     // "mType==UnsetTimer && secs", as for a wait node added by code.
     GLSndTrack* CreateSndTrack(const char* fileName);
