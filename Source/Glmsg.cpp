@@ -209,16 +209,10 @@ void GLMessager::DoIt()
 
 GLNarrator* GLMessager::FindTalker(int)
 {
-    // The narrators made here belong to the messager. An idle one is reused;
-    // one that still talks (a new Say while a conversation is under way) is
-    // left alone and another is made.
+    // Every call makes a new narrator. Those made here belong to the messager
+    // and are deleted with it, since nothing else would ever delete them.
     if (!mpOwnTalkers)
         mpOwnTalkers = GL_NEW GLSetAsArray<GLNarrator>(2, 2);
-    for (int i = 0; i < mpOwnTalkers->NumElements(); ++i) {
-        GLNarrator* pNarrator = mpOwnTalkers->At(i);
-        if (pNarrator->mIAmTalking == FALSE)
-            return pNarrator;
-    }
     GLNarrator* pNarrator = GL_NEW GLNarrator();
     mpOwnTalkers->AddToEnd(pNarrator);
     return pNarrator;

@@ -102,8 +102,8 @@ public:
     // Maps a talker number to the narrator that speaks it, or null to end the
     // conversation. Games override it to return their own narrators (for
     // instance kept in mpTalkers). The library's own version ignores the
-    // number and returns a plain narrator that this messager owns: one that
-    // is idle is reused, and a new one is made only when all are talking.
+    // number and makes a new plain narrator on every call; the messager owns
+    // the narrators it made this way and deletes them with itself.
     virtual GLNarrator* FindTalker(int iTalker);
 
     // The message before is over: 0 when it ended on its own, anything else

@@ -319,8 +319,16 @@ TEST_F(MessagerTest, TheLibrarysOwnTalkersBelongToTheMessager)
             speakers.push_back(game->mpUser->mpHogs->First());
     }
     ASSERT_EQ(caller.cues, 1);
+    // Each message gets a narrator of its own, made for it.
+    std::vector<GLObject*> distinct;
     for (GLObject* speaker : speakers)
-        EXPECT_EQ(speaker, first) << "one idle narrator is reused";
+        if (distinct.empty() || distinct.back() != speaker)
+            distinct.push_back(speaker);
+    ASSERT_EQ(distinct.size(), 4u);
+    for (std::size_t i = 0; i < distinct.size(); ++i)
+        for (std::size_t j = i + 1; j < distinct.size(); ++j)
+            EXPECT_NE(distinct[i], distinct[j]);
+    EXPECT_NE(plain->FindTalker(1), plain->FindTalker(1));
     EXPECT_EQ(k.Count("StopMessageAudio"), 4);
 
     // A second Say while a conversation is under way takes over the caller;
