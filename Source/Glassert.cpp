@@ -1,5 +1,6 @@
 // Glassert.cpp - the assertion reporter, the end of every failed check.
 #include "gldefs.h"
+#include "glplatfm.h"
 
 #include <csignal>
 #include <cstdio>
@@ -22,6 +23,12 @@ GLAssertNotice gNotice = StandardErrorNotice;
 void GLSetAssertNotice(GLAssertNotice notice)
 {
     gNotice = notice ? notice : StandardErrorNotice;
+}
+
+// The library's other notices are shown through the same routine.
+GLAssertNotice GLCurrentAssertNotice()
+{
+    return gNotice;
 }
 
 void GLAssertFailed(const char* file, int line, const char* expression)

@@ -1,0 +1,136 @@
+// Glplatfm.cpp - loading room libraries, and the blocking notice, on a system
+// with the dynamic loader of glibc. See glplatfm.h.
+#include "glplatfm.h"
+
+#include <climits>
+#include <cstdio>
+#include <cstring>
+#include <dlfcn.h>
+#include <link.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace {
+
+// The platform's own extension of a shared library.
+const char kLibraryExtension[] = ".so";
+
+// Formats "<directory>/<name>.so" into the buffer; FALSE when it does not fit.
+int MakeLibraryPath(char* pBuffer, std::size_t uSize, const char* pDirectory, const char* pName)
+{
+    const int iLength = std::snprintf(pBuffer, uSize, "%s/%s%s", pDirectory, pName, kLibraryExtension);
+    return iLength > 0 && static_cast<std::size_t>(iLength) < uSize;
+}
+
+int IsFile(const char* pPath)
+{
+    struct stat info;
+    return ::stat(pPath, &info) == 0 && S_ISREG(info.st_mode);
+}
+
+// The directory of the running program, from the system's own link to it.
+int ProgramDirectory(char* pBuffer, std::size_t uSize)
+{
+    const ssize_t iLength = ::readlink("/proc/self/exe", pBuffer, uSize - 1);
+    if (iLength <= 0 || static_cast<std::size_t>(iLength) >= uSize - 1)
+        return FALSE;
+    pBuffer[iLength] = '\0';
+    char* pSlash = std::strrchr(pBuffer, '/');
+    if (!pSlash)
+        return FALSE;
+    // The program in the root directory keeps "/" rather than an empty name.
+    pSlash[pSlash == pBuffer ? 1 : 0] = '\0';
+    return TRUE;
+}
+
+void* Open(const char* pPath)
+{
+    // Every symbol is bound now, so that a room missing one fails to load here
+    // rather than in the middle of a frame.
+    return ::dlopen(pPath, RTLD_NOW | RTLD_LOCAL);
+}
+
+// The loader's search directories for a name without a path, asked of the
+// loader itself for this library (the object that calls dlopen), so that the
+// walk below sees LD_LIBRARY_PATH as the loader read it at start-up, not as the
+// environment may say now. The directories come back in search order, with an
+// empty entry as ".", $ORIGIN expanded and no trailing slash. Null when the
+// loader cannot say; release the result with GL_FREE.
+Dl_serinfo* LoaderSearchPath()
+{
+    Dl_info self;
+    if (!::dladdr(reinterpret_cast<void*>(&GLPlatformLoadLibrary), &self) || !self.dli_fname)
+        return 0;
+    void* pSelf = ::dlopen(self.dli_fname, RTLD_LAZY | RTLD_NOLOAD);
+    if (!pSelf)
+        return 0;
+    Dl_serinfo size;
+    Dl_serinfo* pSearch = 0;
+    if (::dlinfo(pSelf, RTLD_DI_SERINFOSIZE, &size) == 0 && size.dls_size > 0) {
+        pSearch = static_cast<Dl_serinfo*>(GL_ALLOC(size.dls_size));
+        GL_ASSERT(pSearch != 0);
+        // The size request fills in the two counts that the full request needs.
+        if (::dlinfo(pSelf, RTLD_DI_SERINFOSIZE, pSearch) != 0 || ::dlinfo(pSelf, RTLD_DI_SERINFO, pSearch) != 0) {
+            GL_FREE(pSearch);
+            pSearch = 0;
+        }
+    }
+    ::dlclose(pSelf);
+    return pSearch;
+}
+
+// Where the loader would find "<name>.so" given without a path. The first
+// search directory holding the file decides, as it would for the loader.
+void* OpenFromLoaderPath(const char* pName)
+{
+    char szPath[PATH_MAX];
+    Dl_serinfo* pSearch = LoaderSearchPath();
+    if (pSearch) {
+        for (unsigned int i = 0; i < pSearch->dls_cnt; i++) {
+            const char* pDirectory = pSearch->dls_serpath[i].dls_name;
+            if (!MakeLibraryPath(szPath, sizeof szPath, pDirectory, pName) || !IsFile(szPath))
+                continue;
+            // A relative directory is the working directory by another name:
+            // whoever controls that directory must not choose the room.
+            const int fRelative = pDirectory[0] != '/';
+            GL_FREE(pSearch);
+            return fRelative ? 0 : Open(szPath);
+        }
+        GL_FREE(pSearch);
+    }
+    // In no search directory: only the loader's cache of system libraries is
+    // left, which holds absolute paths only.
+    std::snprintf(szPath, sizeof szPath, "%s%s", pName, kLibraryExtension);
+    return Open(szPath);
+}
+
+} // namespace
+
+void* GLPlatformLoadLibrary(const char* pDirectory, const char* pName)
+{
+    char szDirectory[PATH_MAX];
+    if (!pDirectory) {
+        if (!ProgramDirectory(szDirectory, sizeof szDirectory))
+            return OpenFromLoaderPath(pName);
+        pDirectory = szDirectory;
+    }
+    char szPath[PATH_MAX];
+    if (MakeLibraryPath(szPath, sizeof szPath, pDirectory, pName) && IsFile(szPath))
+        return Open(szPath);
+    return OpenFromLoaderPath(pName);
+}
+
+void* GLPlatformFindExport(void* pLibrary, const char* pName)
+{
+    return ::dlsym(pLibrary, pName);
+}
+
+void GLPlatformFreeLibrary(void* pLibrary)
+{
+    ::dlclose(pLibrary);
+}
+
+void GLPlatformMessageBox(const char* pText, const char* pTitle, unsigned int)
+{
+    GLCurrentAssertNotice()(pText, pTitle);
+}

@@ -1,0 +1,450 @@
+// Rooms loaded by number through the system's loader, driven frame by frame
+// by a real game, and unloaded; where a room's library is found and where it
+// is not.
+#include "GameTest.h"
+#include "glevent.h"
+#include "glrmmgr.h"
+#include "room_trace.h"
+
+#include <dlfcn.h>
+#include <link.h>
+#include <unistd.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <string>
+
+namespace {
+
+const std::string kRoomDirectory = QUINDLE_ROOM_DIRECTORY;
+const std::string kLoaderDirectory = QUINDLE_LOADER_DIRECTORY;
+const std::string kWorkingDirectory = QUINDLE_WORKING_DIRECTORY;
+
+// The file the loader actually mapped for this handle.
+std::string LibraryPath(void* pLibrary)
+{
+    link_map* pMap = nullptr;
+    if (!pLibrary || ::dlinfo(pLibrary, RTLD_DI_LINKMAP, &pMap) != 0 || !pMap)
+        return "";
+    return pMap->l_name;
+}
+
+RoomTrace* Trace(GLRoomManager& manager)
+{
+    auto pTrace = reinterpret_cast<RoomTraceFunction>(::dlsym(manager.GetLibrary(), "roomTrace"));
+    return pTrace ? pTrace() : nullptr;
+}
+
+int IsMapped(const std::string& path)
+{
+    void* pLibrary = ::dlopen(path.c_str(), RTLD_LAZY | RTLD_NOLOAD);
+    if (pLibrary)
+        ::dlclose(pLibrary);
+    return pLibrary != nullptr;
+}
+
+std::string ProgramDirectory()
+{
+    char path[4096];
+    const ssize_t length = ::readlink("/proc/self/exe", path, sizeof path - 1);
+    if (length <= 0)
+        return "";
+    path[length] = '\0';
+    return std::string(path).substr(0, std::string(path).rfind('/'));
+}
+
+class RoomTest : public GameTest {
+protected:
+    RoomTest()
+    {
+        char working[4096];
+        if (::getcwd(working, sizeof working))
+            savedWorkingDirectory = working;
+        GLSetRoomDirectory(kRoomDirectory.c_str());
+    }
+    ~RoomTest() override
+    {
+        if (manager.IsRoomLoaded()) {
+            if (game->mpObjects->IsInList(&manager))
+                manager.DisposeRoom();
+            manager.UnLoadRoom();
+        }
+        GLSetRoomDirectory(nullptr);
+        if (!savedWorkingDirectory.empty())
+            (void)::chdir(savedWorkingDirectory.c_str());
+    }
+
+    GLRoomManager manager;
+    std::string savedWorkingDirectory;
+};
+
+// ----- loading by number -----
+
+TEST_F(RoomTest, ARoomIsLoadedByItsNumberFromTheRoomDirectoryAndStartedWithTheLibrarysKernel)
+{
+    EXPECT_EQ(manager.mRoomNumber, 0u);
+    EXPECT_EQ(manager.IsRoomLoaded(), FALSE);
+    EXPECT_EQ(manager.GetLibrary(), nullptr);
+
+    EXPECT_EQ(manager.LoadRoom(120), TRUE);
+    EXPECT_EQ(manager.IsRoomLoaded(), TRUE);
+    EXPECT_EQ(manager.IsRoomLoaded(120), TRUE);
+    EXPECT_EQ(manager.IsRoomLoaded(121), FALSE);
+    EXPECT_EQ(manager.mRoomNumber, 120u);
+    ASSERT_NE(manager.GetLibrary(), nullptr);
+    EXPECT_EQ(LibraryPath(manager.GetLibrary()), kRoomDirectory + "/120.so");
+
+    RoomTrace* trace = Trace(manager);
+    ASSERT_NE(trace, nullptr);
+    EXPECT_STREQ(trace->origin, "room directory");
+    EXPECT_STREQ(trace->calls, "DLLInit ");
+    EXPECT_EQ(trace->kernelGiven, static_cast<void*>(&k));
+    // The room links against the library: it sees the same kernel pointer.
+    EXPECT_EQ(trace->kernelSeen, static_cast<void*>(&k));
+    // Loading alone does not put the room in the frame.
+    EXPECT_FALSE(game->mpObjects->IsInList(&manager));
+}
+
+TEST_F(RoomTest, UnloadingFreesTheLibraryKeepsTheNumberAndAllowsTheNextLoad)
+{
+    manager.LoadRoom(120);
+    const std::string path = LibraryPath(manager.GetLibrary());
+    ASSERT_TRUE(IsMapped(path));
+
+    EXPECT_EQ(manager.UnLoadRoom(), TRUE);
+    EXPECT_EQ(manager.IsRoomLoaded(), FALSE);
+    EXPECT_EQ(manager.IsRoomLoaded(120), FALSE);
+    EXPECT_EQ(manager.GetLibrary(), nullptr);
+    EXPECT_EQ(manager.mRoomNumber, 120u);
+    EXPECT_FALSE(IsMapped(path));
+
+    // The same room again: a fresh copy, started once.
+    manager.LoadRoom(120);
+    ASSERT_NE(Trace(manager), nullptr);
+    EXPECT_STREQ(Trace(manager)->calls, "DLLInit ");
+    EXPECT_EQ(Trace(manager)->dllInits, 1);
+    manager.UnLoadRoom();
+
+    // Then another room.
+    manager.LoadRoom(121);
+    EXPECT_EQ(manager.IsRoomLoaded(121), TRUE);
+    EXPECT_EQ(LibraryPath(manager.GetLibrary()), kRoomDirectory + "/121.so");
+    manager.UnLoadRoom();
+}
+
+TEST_F(RoomTest, TheLongestRoomNumberHasSevenDigitsAndALongerOneIsRefused)
+{
+    EXPECT_EQ(manager.LoadRoom(9999999), TRUE);
+    EXPECT_EQ(LibraryPath(manager.GetLibrary()), kRoomDirectory + "/9999999.so");
+    EXPECT_EQ(manager.IsRoomLoaded(9999999), TRUE);
+    manager.UnLoadRoom();
+
+    EXPECT_GL_ASSERT(manager.LoadRoom(10000000), "Source/Glrmmgr.cpp", "uRoomNumber <= 9999999");
+    EXPECT_GL_ASSERT(manager.LoadRoom(4294967295u), "Source/Glrmmgr.cpp", "uRoomNumber <= 9999999");
+}
+
+TEST_F(RoomTest, LoadingIsRefusedWhileARoomIsInMemoryOrWhenTheLibraryIsMissing)
+{
+    EXPECT_GL_ASSERT(manager.LoadRoom(4242), "Source/Glrmmgr.cpp", "!\"Library did not load correctly!!\"");
+    EXPECT_EQ(manager.IsRoomLoaded(), FALSE);
+
+    manager.LoadRoom(120);
+    EXPECT_GL_ASSERT(manager.LoadRoom(120), "Source/Glrmmgr.cpp", "!\"This room already loaded!!\"");
+    EXPECT_GL_ASSERT(manager.LoadRoom(121), "Source/Glrmmgr.cpp", "!\"There is a room still in memory!!\"");
+    // Even a number that could never load is refused first for the room in memory.
+    EXPECT_GL_ASSERT(manager.LoadRoom(4242), "Source/Glrmmgr.cpp", "!\"There is a room still in memory!!\"");
+}
+
+// ----- the room's life, frame by frame -----
+
+TEST_F(RoomTest, ARoomIsCalledInOrderAndEveryFrameOnlyWhileItRuns)
+{
+    manager.LoadRoom(120);
+    RoomTrace* trace = Trace(manager);
+    ASSERT_NE(trace, nullptr);
+
+    Frame(1);
+    Frame(2);
+    EXPECT_EQ(trace->doIts, 0);
+
+    manager.InitRoom();
+    EXPECT_EQ(game->mpObjects->Last(), &manager);
+    EXPECT_EQ(trace->gameSeen, game);
+    EXPECT_EQ(trace->doIts, 0); // started, but the first frame has not come yet
+    Frame(3);
+    Frame(4);
+    Frame(5);
+    EXPECT_EQ(trace->doIts, 3);
+
+    GLEvent event;
+    trace->reply = TRUE;
+    EXPECT_EQ(manager.HandleEvent(&event), TRUE);
+    EXPECT_EQ(trace->lastEvent, &event);
+    trace->reply = FALSE;
+    EXPECT_EQ(manager.HandleEvent(&event), FALSE);
+    trace->reply = 7; // whatever the room answers is passed on unchanged
+    EXPECT_EQ(manager.HandleEvent(&event), 7);
+
+    manager.DisposeRoom();
+    EXPECT_FALSE(game->mpObjects->IsInList(&manager));
+    Frame(6);
+    Frame(7);
+    EXPECT_EQ(trace->doIts, 3);
+    EXPECT_STREQ(trace->calls, "DLLInit Init DoIt DoIt DoIt Event Event Event Dispose ");
+    EXPECT_EQ(trace->dllInits, 1);
+
+    EXPECT_EQ(manager.UnLoadRoom(), TRUE);
+    Frame(8);
+}
+
+TEST_F(RoomTest, ALoadedRoomTakesEventsBeforeItRunsAndADisposedRoomMayRunAgain)
+{
+    manager.LoadRoom(120);
+    RoomTrace* trace = Trace(manager);
+    ASSERT_NE(trace, nullptr);
+    GLEvent event;
+    trace->reply = TRUE;
+    EXPECT_EQ(manager.HandleEvent(&event), TRUE);
+
+    manager.InitRoom();
+    Frame(1);
+    manager.DisposeRoom();
+    manager.InitRoom();
+    Frame(2);
+    EXPECT_EQ(trace->doIts, 2);
+    EXPECT_STREQ(trace->calls, "DLLInit Event Init DoIt Dispose Init DoIt ");
+}
+
+// A room that ends itself from its own frame would unload the code it runs
+// in; this room manager's user is the game code around it, and the game's walk
+// of its object set survives the manager leaving it during the walk.
+TEST_F(RoomTest, AManagerThatLeavesTheObjectSetDuringTheFrameEndsTheRoomCleanly)
+{
+    class Ender : public GLObject {
+    public:
+        explicit Ender(GLRoomManager* pManager) : mpManager(pManager) {}
+        void DoIt() override
+        {
+            if (mpManager->IsRoomLoaded()) {
+                mpManager->DisposeRoom();
+                mpManager->UnLoadRoom();
+            }
+        }
+        GLRoomManager* mpManager;
+    } ender(&manager);
+
+    manager.LoadRoom(120);
+    manager.InitRoom();
+    game->mpObjects->AddToEnd(&ender);
+    Frame(1);
+    EXPECT_EQ(manager.IsRoomLoaded(), FALSE);
+    EXPECT_FALSE(game->mpObjects->IsInList(&manager));
+    Frame(2);
+    game->mpObjects->Remove(&ender);
+}
+
+TEST_F(RoomTest, MisuseOutsideALoadedRoomIsReported)
+{
+    GLEvent event;
+    EXPECT_GL_ASSERT(manager.InitRoom(), "Source/Glrmmgr.cpp", "IsRoomLoaded()");
+    EXPECT_GL_ASSERT(manager.DoIt(), "Source/Glrmmgr.cpp", "IsRoomLoaded()");
+    EXPECT_GL_ASSERT(manager.HandleEvent(&event), "Source/Glrmmgr.cpp", "IsRoomLoaded()");
+    EXPECT_GL_ASSERT(manager.DisposeRoom(), "Source/Glrmmgr.cpp", "IsRoomLoaded()");
+    EXPECT_GL_ASSERT(manager.UnLoadRoom(), "Source/Glrmmgr.cpp", "IsRoomLoaded()");
+
+    manager.LoadRoom(120);
+    EXPECT_GL_ASSERT(manager.HandleEvent(nullptr), "Source/Glrmmgr.cpp", "pEvent");
+    // Running twice would put the manager in the game's set twice.
+    manager.InitRoom();
+    EXPECT_GL_ASSERT(manager.InitRoom(), "include/glset.h", "!\"Item is already in set!\"");
+    manager.DisposeRoom();
+    EXPECT_GL_ASSERT(manager.DisposeRoom(), "include/glset.h", "IsInList(pElementExisting)");
+}
+
+TEST_F(RoomTest, UnloadingARunningRoomFailsOnTheNextFrame)
+{
+    manager.LoadRoom(120);
+    manager.InitRoom();
+    manager.UnLoadRoom();
+    EXPECT_GL_ASSERT(Frame(1), "Source/Glrmmgr.cpp", "IsRoomLoaded()");
+    game->mpObjects->Remove(&manager);
+}
+
+TEST_F(RoomTest, AMissingExportIsReportedWhenTheStepThatNeedsItComes)
+{
+    EXPECT_GL_ASSERT(manager.LoadRoom(122), "Source/Glrmmgr.cpp", "!\"No such function!\"");
+
+    // 121 has its start-up only.
+    manager.LoadRoom(121);
+    RoomTrace* trace = Trace(manager);
+    ASSERT_NE(trace, nullptr);
+    EXPECT_EQ(trace->dllInits, 1);
+    EXPECT_EQ(trace->kernelGiven, static_cast<void*>(&k));
+    GLEvent event;
+    EXPECT_GL_ASSERT(manager.InitRoom(), "Source/Glrmmgr.cpp", "!\"No such function!\"");
+    EXPECT_GL_ASSERT(manager.DoIt(), "Source/Glrmmgr.cpp", "!\"No such function!\"");
+    EXPECT_GL_ASSERT(manager.HandleEvent(&event), "Source/Glrmmgr.cpp", "!\"No such function!\"");
+    EXPECT_GL_ASSERT(manager.DisposeRoom(), "Source/Glrmmgr.cpp", "!\"No such function!\"");
+    // The missing export of InitRoom is found before the manager joins the set.
+    EXPECT_FALSE(game->mpObjects->IsInList(&manager));
+}
+
+TEST_F(RoomTest, CopiesTakeTheNumberTheFlagAndTheHandle)
+{
+    manager.LoadRoom(120);
+    GLRoomManager copy(manager);
+    EXPECT_EQ(copy.mRoomNumber, 120u);
+    EXPECT_EQ(copy.IsRoomLoaded(120), TRUE);
+    EXPECT_EQ(copy.GetLibrary(), manager.GetLibrary());
+    GLRoomManager assigned;
+    assigned = manager;
+    EXPECT_EQ(assigned.GetLibrary(), manager.GetLibrary());
+    EXPECT_EQ(assigned.IsRoomLoaded(120), TRUE);
+    // The copies share the one load: neither unloads it on destruction.
+}
+
+// ----- where a room is found -----
+
+TEST_F(RoomTest, TheDefaultRoomDirectoryIsTheDirectoryOfTheProgram)
+{
+    GLSetRoomDirectory(nullptr);
+    manager.LoadRoom(130);
+    EXPECT_EQ(LibraryPath(manager.GetLibrary()), ProgramDirectory() + "/130.so");
+    ASSERT_NE(Trace(manager), nullptr);
+    EXPECT_STREQ(Trace(manager)->origin, "program directory");
+    manager.UnLoadRoom();
+
+    // The named room directory is not searched by default.
+    EXPECT_GL_ASSERT(manager.LoadRoom(121), "Source/Glrmmgr.cpp", "!\"Library did not load correctly!!\"");
+    GLSetRoomDirectory("");
+    EXPECT_GL_ASSERT(manager.LoadRoom(121), "Source/Glrmmgr.cpp", "!\"Library did not load correctly!!\"");
+}
+
+TEST_F(RoomTest, ARelativeRoomDirectoryIsFixedWhenItIsNamed)
+{
+    const std::string parent = kRoomDirectory.substr(0, kRoomDirectory.rfind('/'));
+    ASSERT_EQ(::chdir(parent.c_str()), 0);
+    GLSetRoomDirectory("room-directory//");
+    ASSERT_EQ(::chdir("/"), 0);
+    manager.LoadRoom(120);
+    EXPECT_EQ(LibraryPath(manager.GetLibrary()), kRoomDirectory + "/120.so");
+}
+
+TEST_F(RoomTest, ARoomInTheWorkingDirectoryIsNotLoaded)
+{
+    ASSERT_EQ(::chdir(kWorkingDirectory.c_str()), 0);
+    ASSERT_EQ(::access("125.so", F_OK), 0);
+    EXPECT_GL_ASSERT(manager.LoadRoom(125), "Source/Glrmmgr.cpp", "!\"Library did not load correctly!!\"");
+
+    // A planted copy of a room that the room directory has is passed over.
+    ASSERT_EQ(::access("120.so", F_OK), 0);
+    manager.LoadRoom(120);
+    EXPECT_EQ(LibraryPath(manager.GetLibrary()), kRoomDirectory + "/120.so");
+    ASSERT_NE(Trace(manager), nullptr);
+    EXPECT_STREQ(Trace(manager)->origin, "room directory");
+}
+
+// The loader reads its search path once, when the program starts, so these
+// cases run in a fresh copy of the test program started with the path set.
+class RoomLoaderPathTest : public RoomTest {
+protected:
+    void SetUp() override
+    {
+        GTEST_FLAG_SET(death_test_style, "threadsafe");
+        const char* saved = std::getenv("LD_LIBRARY_PATH");
+        hadPath = saved != nullptr;
+        if (saved)
+            savedPath = saved;
+    }
+    void TearDown() override
+    {
+        if (hadPath)
+            ::setenv("LD_LIBRARY_PATH", savedPath.c_str(), 1);
+        else
+            ::unsetenv("LD_LIBRARY_PATH");
+        GTEST_FLAG_SET(death_test_style, "fast");
+    }
+    // Loads the room, then ends the process naming the file that was loaded.
+    void LoadAndShow(std::uint32_t room)
+    {
+        manager.LoadRoom(room);
+        std::fprintf(stderr, "loaded %s\n", LibraryPath(manager.GetLibrary()).c_str());
+        std::fflush(stderr);
+        std::abort();
+    }
+    bool hadPath = false;
+    std::string savedPath;
+};
+
+TEST_F(RoomLoaderPathTest, ARoomNotInTheRoomDirectoryIsFoundWhereTheLoaderLooks)
+{
+    ::setenv("LD_LIBRARY_PATH", kLoaderDirectory.c_str(), 1);
+    EXPECT_DEATH(LoadAndShow(126), "loaded " + kLoaderDirectory + "/126\\.so");
+    // The room directory still comes first.
+    EXPECT_DEATH(LoadAndShow(120), "loaded " + kRoomDirectory + "/120\\.so");
+}
+
+TEST_F(RoomLoaderPathTest, ALoaderPathThatMeansTheWorkingDirectoryDoesNotPlantARoom)
+{
+    // An empty entry and "." both mean the working directory to the loader.
+    for (const char* path : {".", ":"}) {
+        ::setenv("LD_LIBRARY_PATH", path, 1);
+        ASSERT_EQ(::chdir(kWorkingDirectory.c_str()), 0);
+        // The loader itself would take the planted room...
+        EXPECT_DEATH(
+            {
+                void* planted = ::dlopen("125.so", RTLD_NOW);
+                std::fprintf(stderr, "planted %s\n", planted ? "loads" : "does not load");
+                std::abort();
+            },
+            "planted loads");
+        // ...the room manager does not.
+        EXPECT_GL_ASSERT(manager.LoadRoom(125), "Source/Glrmmgr.cpp", "!\"Library did not load correctly!!\"");
+    }
+    // Nor when an absolute directory without the room comes first.
+    const std::string path = kLoaderDirectory + ":.";
+    ::setenv("LD_LIBRARY_PATH", path.c_str(), 1);
+    EXPECT_GL_ASSERT(manager.LoadRoom(125), "Source/Glrmmgr.cpp", "!\"Library did not load correctly!!\"");
+    // But the room directory may be the working directory when it is named so.
+    GLSetRoomDirectory(".");
+    EXPECT_DEATH(LoadAndShow(125), "loaded " + kWorkingDirectory + "/125\\.so");
+}
+
+// ----- the room library record -----
+
+std::string gNoticeText;
+std::string gNoticeTitle;
+int gNotices = 0;
+
+void RecordNotice(const char* text, const char* title)
+{
+    gNoticeText = text;
+    gNoticeTitle = title;
+    gNotices++;
+}
+
+TEST_F(RoomTest, TheRoomLibraryRecordShowsItsNoticeThroughTheAssertionNotice)
+{
+    gNotices = 0;
+    GLSetAssertNotice(RecordNotice);
+    {
+        GLRoomDLL record;
+        EXPECT_EQ(gNotices, 1);
+        EXPECT_EQ(gNoticeText, "From a class");
+        EXPECT_EQ(gNoticeTitle, "Test");
+        GLRoomDLL copy(record);
+        copy = record;
+        EXPECT_EQ(gNotices, 1);
+    }
+    GLSetAssertNotice(nullptr);
+
+    // The default notice is the error stream.
+    testing::internal::CaptureStderr();
+    GLRoomDLL* record = new GLRoomDLL;
+    const std::string shown = testing::internal::GetCapturedStderr();
+    delete record;
+    EXPECT_NE(shown.find("Test"), std::string::npos);
+    EXPECT_NE(shown.find("From a class"), std::string::npos);
+}
+
+} // namespace
