@@ -2,9 +2,9 @@
 // include/glrmmgr.h.
 #include "glrmmgr.h"
 
+#include "gldll.h"
 #include "glevent.h"
 #include "glgame.h"
-#include "gldll.h"
 #include "glplatfm.h"
 
 #include <climits>

@@ -8,6 +8,7 @@
 #include "SoftKernel.h"
 #include "SoftText.h"
 #include "gldefs.h"
+#include "glrmmgr.h"
 #ifdef QUINDLE_HAVE_WINDOW
 #include "SoftWindow.h"
 #endif
@@ -338,11 +339,8 @@ int main(int argc, char** argv)
         return 3;
     }
 
-    // ---- ROOM DIRECTORY ----
-    // The game folder is the directory of the room libraries. Once the room
-    // manager exports its call for naming that directory, the player makes it
-    // here with o.folder, before the game starts. Until then the game's rooms
-    // are found the way the platform's loader finds libraries (LD_LIBRARY_PATH).
+    // The game folder is the directory of the room libraries.
+    GLSetRoomDirectory(o.folder.c_str());
 
     o.gameArgs.insert(o.gameArgs.begin(), argv[0]);
     QuindleHost host{QUINDLE_HOST_VERSION, &k, &k, o.folder.c_str(), static_cast<int>(o.gameArgs.size()),

@@ -1,8 +1,8 @@
 // A room with all five exports that records every call it gets. Built several
 // times under different numbers and into different directories; ROOM_ORIGIN
 // tells the builds apart.
-#include "glrmmgr.h"
 #include "gldll.h"
+#include "glrmmgr.h"
 #include "room_trace.h"
 
 #include <cstring>

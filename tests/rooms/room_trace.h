@@ -7,15 +7,15 @@ class GLEvent;
 class GLGame;
 
 struct RoomTrace {
-    const char* origin;   // which build of the room this is
-    char calls[512];      // the room's calls in order, each followed by a space
-    int dllInits;         // roomDLLInit calls
-    int doIts;            // roomDoIt calls
-    void* kernelGiven;    // what roomDLLInit was given
-    void* kernelSeen;     // the library's kernel pointer as the room sees it
-    GLGame* gameSeen;     // the library's theGame as the room sees it in roomInit
-    GLEvent* lastEvent;   // what roomHandleEvent was given last
-    int reply;            // what roomHandleEvent answers; set by the test
+    const char* origin; // which build of the room this is
+    char calls[512];    // the room's calls in order, each followed by a space
+    int dllInits;       // roomDLLInit calls
+    int doIts;          // roomDoIt calls
+    void* kernelGiven;  // what roomDLLInit was given
+    void* kernelSeen;   // the library's kernel pointer as the room sees it
+    GLGame* gameSeen;   // the library's theGame as the room sees it in roomInit
+    GLEvent* lastEvent; // what roomHandleEvent was given last
+    int reply;          // what roomHandleEvent answers; set by the test
 };
 
 // Every test room exports this besides whatever of the five it has.
