@@ -288,6 +288,17 @@ TEST_F(RoomTest, ARelativeRoomDirectoryIsFixedWhenItIsNamed)
     EXPECT_EQ(LibraryPath(manager.GetLibrary()), kRoomDirectory + "/120.so");
 }
 
+TEST_F(RoomTest, ARoomDirectoryNameMustLeaveRoomForTheRoomsFileName)
+{
+    // 3999 characters are kept (a room then fails to load: no such directory);
+    // 4000 are refused before anything is kept.
+    const std::string longest = "/" + std::string(3998, 'd');
+    GLSetRoomDirectory(longest.c_str());
+    EXPECT_GL_ASSERT(manager.LoadRoom(120), "Source/Glrmmgr.cpp", "!\"Library did not load correctly!!\"");
+    const std::string tooLong = longest + "d";
+    EXPECT_GL_ASSERT(GLSetRoomDirectory(tooLong.c_str()), "Source/Glrmmgr.cpp", "!\"Room directory name too long!\"");
+}
+
 TEST_F(RoomTest, ARoomInTheWorkingDirectoryIsNotLoaded)
 {
     ASSERT_EQ(::chdir(kWorkingDirectory.c_str()), 0);
