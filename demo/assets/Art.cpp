@@ -15,21 +15,21 @@ struct RampEnds {
 
 // Dark and light end of every ramp, in the order of enum Ramp.
 const RampEnds kRamps[15] = {
-    {20, 40, 90, 190, 225, 255},   // sky
-    {38, 34, 32, 225, 215, 195},   // stone
-    {40, 20, 8, 215, 160, 95},     // wood
-    {10, 40, 12, 150, 225, 110},   // grass
-    {90, 50, 30, 255, 225, 195},   // skin
-    {50, 6, 8, 255, 130, 110},     // red
-    {60, 40, 0, 255, 245, 150},    // gold
-    {6, 10, 55, 130, 170, 255},    // blue
-    {30, 6, 42, 225, 170, 255},    // purple
-    {0, 0, 0, 255, 255, 255},      // grey
-    {0, 32, 34, 130, 245, 225},    // teal
-    {60, 20, 60, 255, 190, 120},   // dusk
-    {0, 25, 60, 90, 200, 230},     // sea
-    {20, 50, 0, 200, 240, 60},     // leaf
-    {70, 20, 40, 255, 200, 220},   // pink
+    {20, 40, 90, 190, 225, 255}, // sky
+    {38, 34, 32, 225, 215, 195}, // stone
+    {40, 20, 8, 215, 160, 95},   // wood
+    {10, 40, 12, 150, 225, 110}, // grass
+    {90, 50, 30, 255, 225, 195}, // skin
+    {50, 6, 8, 255, 130, 110},   // red
+    {60, 40, 0, 255, 245, 150},  // gold
+    {6, 10, 55, 130, 170, 255},  // blue
+    {30, 6, 42, 225, 170, 255},  // purple
+    {0, 0, 0, 255, 255, 255},    // grey
+    {0, 32, 34, 130, 245, 225},  // teal
+    {60, 20, 60, 255, 190, 120}, // dusk
+    {0, 25, 60, 90, 200, 230},   // sea
+    {20, 50, 0, 200, 240, 60},   // leaf
+    {70, 20, 40, 255, 200, 220}, // pink
 };
 
 } // namespace
@@ -55,7 +55,6 @@ std::string PaletteText(const SoftPalette& palette)
                 std::to_string(palette.colors[i].g) + " " + std::to_string(palette.colors[i].b) + "\n";
     return text;
 }
-
 
 // ----- the canvas -----
 
@@ -168,9 +167,9 @@ Canvas DrawPip(int loop, int cel)
         c.Rect(9, 53 - std::max(0, s), 13, 55 - std::max(0, s), boot);
         c.Rect(16, 53 - std::max(0, -s), 20, 55 - std::max(0, -s), boot);
     }
-    c.Rect(8, 20 - bob, 20, 39 - bob, coat); // the coat
+    c.Rect(8, 20 - bob, 20, 39 - bob, coat);         // the coat
     c.Rect(8, 36 - bob, 20, 38 - bob, Px(kGold, 9)); // its belt
-    c.Ellipse(14, 11 - bob, 7, 8, skin);                // the head
+    c.Ellipse(14, 11 - bob, 7, 8, skin);             // the head
     if (loop == 3) {
         c.Ellipse(14, 9 - bob, 7, 7, hair); // seen from behind: all hair
     } else {

@@ -99,8 +99,8 @@ Samples BellToll(double seconds)
 {
     Samples s = Silence(seconds);
     // A bell's inharmonic partials, the higher ones dying first.
-    const double partials[5][3] = {{440, 0.5, 1.2}, {880 * 1.19, 0.3, 2.0}, {1320 * 1.05, 0.2, 3.0},
-                                   {2200 * 1.1, 0.1, 5.0}, {220, 0.25, 0.8}};
+    const double partials[5][3] = {
+        {440, 0.5, 1.2}, {880 * 1.19, 0.3, 2.0}, {1320 * 1.05, 0.2, 3.0}, {2200 * 1.1, 0.1, 5.0}, {220, 0.25, 0.8}};
     for (std::size_t i = 0; i < s.size(); i++) {
         const double t = double(i) / kRate;
         double v = 0;
@@ -161,7 +161,8 @@ Samples Voice(double seconds)
         double v = 0;
         for (int h = 1; h <= 12; h++) { // harmonics shaped by two formants
             const double f = pitch * h;
-            const double formant = std::exp(-std::pow((f - 700) / 250, 2)) + 0.6 * std::exp(-std::pow((f - 1200) / 300, 2));
+            const double formant =
+                std::exp(-std::pow((f - 700) / 250, 2)) + 0.6 * std::exp(-std::pow((f - 1200) / 300, 2));
             v += (0.2 + formant) / h * std::sin(phase * h);
         }
         s[i] = static_cast<float>(0.5 * syllable * v * std::fmin(1.0, std::fmin(t, seconds - t) * 10));

@@ -74,7 +74,7 @@ void Courtyard()
 {
     Canvas c(640, 480);
     c.VerticalRamp(0, 0, 639, 200, kDusk, 3, 13); // evening sky, glowing at the horizon
-    c.Ellipse(90, 120, 26, 26, Px(kGold, 13)); // the sun going down
+    c.Ellipse(90, 120, 26, 26, Px(kGold, 13));    // the sun going down
     // The back wall with its gothic arch on the right.
     c.Rect(0, 150, 639, 300, Px(kStone, 8));
     c.Bricks(0, 150, 639, 300, Px(kStone, 6));
@@ -268,15 +268,14 @@ int main(int argc, char** argv)
     Sounds();
 
     // The conversations; the first line has recorded speech.
-    Text("messages.txt",
-         "# key1 key2 key3 key4 sequence talker \"text\" [speech file]\n"
-         "# keys: room, noun, verb, case. Talker 1 is Pip, 2 the voice of the story.\n"
-         "100 1 1 0 1 1 \"Evening, old well. Any wishes left in you?\" speech speech/pip-1.wav\n"
-         "100 1 1 0 2 2 \"The well keeps its own counsel, as wells do.\"\n"
-         "100 1 1 0 3 1 \"Then I'll ring the bell and see who answers.\"\n"
-         "100 1 1 0 4 2 \"Somewhere beyond the arch, a gate creaks.\"\n"
-         "200 1 1 0 1 1 \"A television! I wonder what's on.\"\n"
-         "200 1 1 0 2 2 \"The television hums, as if it were waiting for him.\"\n");
+    Text("messages.txt", "# key1 key2 key3 key4 sequence talker \"text\" [speech file]\n"
+                         "# keys: room, noun, verb, case. Talker 1 is Pip, 2 the voice of the story.\n"
+                         "100 1 1 0 1 1 \"Evening, old well. Any wishes left in you?\" speech speech/pip-1.wav\n"
+                         "100 1 1 0 2 2 \"The well keeps its own counsel, as wells do.\"\n"
+                         "100 1 1 0 3 1 \"Then I'll ring the bell and see who answers.\"\n"
+                         "100 1 1 0 4 2 \"Somewhere beyond the arch, a gate creaks.\"\n"
+                         "200 1 1 0 1 1 \"A television! I wonder what's on.\"\n"
+                         "200 1 1 0 2 2 \"The television hums, as if it were waiting for him.\"\n");
 
     // The courtyard's ambience: wind, a pause, a bird picked at random.
     Text("ambient.txt", "# The courtyard at dusk.\n"

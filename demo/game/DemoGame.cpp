@@ -4,11 +4,11 @@
 #include "Rooms.h"
 
 #include "glcursor.h"
-#include "kernel.h"
 #include "gldll.h"
 #include "glquithd.h"
 #include "glsound.h"
 #include "gluser.h"
+#include "kernel.h"
 #include "quindle_game.h"
 
 #include <cstdarg>
@@ -134,8 +134,7 @@ void Finish(void* state)
 
 } // namespace
 
-extern "C" __attribute__((visibility("default"))) int QuindleGameStart(const QuindleHost* host,
-                                                                       QuindleGameLoop* loop)
+extern "C" __attribute__((visibility("default"))) int QuindleGameStart(const QuindleHost* host, QuindleGameLoop* loop)
 {
     if (host->version != QUINDLE_HOST_VERSION || !host->extras) {
         std::fprintf(stderr, "demo: this player speaks another version\n");

@@ -21,7 +21,14 @@ class SoftKernelExtras;
 
 // The numbers of the demo's resources, shared by the rooms and the asset maker.
 enum DemoRooms { kCourtyard = 100, kGallery = 200 };
-enum DemoViews { kPipView = 100, kGateView = 110, kBellView = 120, kButtonView = 130, kTelevisionView = 140, kCursorView = 900 };
+enum DemoViews {
+    kPipView = 100,
+    kGateView = 110,
+    kBellView = 120,
+    kButtonView = 130,
+    kTelevisionView = 140,
+    kCursorView = 900
+};
 enum DemoSounds { kWind = 1, kBellToll = 4, kChirp = 5, kGateCreak = 6, kClick = 7 };
 
 class DemoGame : public GLGame {

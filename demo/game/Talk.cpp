@@ -9,10 +9,10 @@
 
 namespace {
 const ScaleInfo kFullSize = {128, 128, 100, 0};
-const int kTextSize = 15;    // pixels
-const int kMaxWidth = 280;   // a balloon wraps its text at this width
+const int kTextSize = 15;  // pixels
+const int kMaxWidth = 280; // a balloon wraps its text at this width
 const int kPad = 8;
-const int kTransparent = 0;  // the bitmap's skip colour: what lies below shows
+const int kTransparent = 0; // the bitmap's skip colour: what lies below shows
 } // namespace
 
 Balloon::Balloon(AbsGLPlane* pPlane, GLCel* pSpeaker, int ink, int paper, const char* name)

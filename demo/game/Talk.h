@@ -40,8 +40,8 @@ private:
     int mInk;
     int mPaper;
     const char* mName;
-    std::uint16_t mMemId;      // the kernel's bitmap, 0 when none
-    KernelMemBitmap mBitmap;   // names mMemId for the screen item
+    std::uint16_t mMemId;    // the kernel's bitmap, 0 when none
+    KernelMemBitmap mBitmap; // names mMemId for the screen item
     GLScreenItem* mpItem;
 };
 

@@ -1,9 +1,9 @@
 // Walker.cpp - walking around the well.
 #include "Walker.h"
 
-#include "DemoGame.h"
 
 #include "glcycler.h"
+#include "glgame.h"
 #include "glmover.h"
 #include "gltimer.h"
 
@@ -38,9 +38,9 @@ Walker::Walker(AbsGLPlane* pPlane, int view, const GLPoint& pos)
     // Priority -9999: the kernel orders the walker by his feet (y), so he
     // passes in front of the well's front and behind its back.
     mpCel = new GLCel(pPlane, view, kToward, 0, pos, -9999, kFullSize);
-    mpCel->SetMoveSpeed(2);         // a step every two ticks...
+    mpCel->SetMoveSpeed(2);            // a step every two ticks...
     mpCel->SetStepSize(GLPoint(4, 2)); // ...of up to 4 pixels across, 2 in depth
-    mpCel->SetCycleSpeed(7);        // a new cel of the walk cycle every 7 ticks
+    mpCel->SetCycleSpeed(7);           // a new cel of the walk cycle every 7 ticks
     mpCel->Show();
     mpSteps = new GLCycler;
 }
@@ -108,8 +108,7 @@ int Walker::Crosses(const GLPoint& from, const GLPoint& to) const
     for (int i = 0; i <= steps; i++) {
         const int x = from.GetX() + (to.GetX() - from.GetX()) * i / steps;
         const int y = from.GetY() + (to.GetY() - from.GetY()) * i / steps;
-        if (x >= mObstacle.left - 4 && x <= mObstacle.right + 4 && y >= mObstacle.top - 4 &&
-            y <= mObstacle.bottom + 4)
+        if (x >= mObstacle.left - 4 && x <= mObstacle.right + 4 && y >= mObstacle.top - 4 && y <= mObstacle.bottom + 4)
             return TRUE;
     }
     return FALSE;

@@ -44,8 +44,8 @@ public:
     void Talk();
     void ThroughTheGate();
 
-    GLPicturePlane* mpBack;       // the picture: sky, wall, well, cobbles
-    GLTransparentPlane* mpFront;  // everything that moves or takes clicks
+    GLPicturePlane* mpBack;      // the picture: sky, wall, well, cobbles
+    GLTransparentPlane* mpFront; // everything that moves or takes clicks
     Walker* mpPip;
     GLCel* mpGate;
     GLCel* mpBell;
@@ -57,7 +57,7 @@ public:
     Conversation* mpConversation;
     Balloon* mpPipSays;
     Balloon* mpStorySays;
-    int mAmbience;                // the ambient track's number
+    int mAmbience; // the ambient track's number
 };
 
 Courtyard* gCourtyard = 0;

@@ -8,10 +8,10 @@
 
 #include <cstdio>
 #include <cstdlib>
-#include <sys/wait.h>
 #include <fstream>
 #include <sstream>
 #include <string>
+#include <sys/wait.h>
 #include <vector>
 
 namespace {
@@ -45,9 +45,9 @@ const PlayRun& Playthrough()
     run.out = dir;
     static const std::string remove = "rm -rf " + run.out;
     std::atexit([] { (void)std::system(remove.c_str()); });
-    const std::string command = std::string(PLAYER) + " " + DEMO_FOLDER + " --no-gif --script " +
-                                PLAYTHROUGH + " --ticks 4000 --frame " + KEY_FRAMES + " --out " + run.out + " > " +
-                                run.out + "/log.txt 2> " + run.out + "/errors.txt";
+    const std::string command = std::string(PLAYER) + " " + DEMO_FOLDER + " --no-gif --script " + PLAYTHROUGH +
+                                " --ticks 4000 --frame " + KEY_FRAMES + " --out " + run.out + " > " + run.out +
+                                "/log.txt 2> " + run.out + "/errors.txt";
     const int status = std::system(command.c_str());
     run.status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
     run.log = ReadAll(run.out + "/log.txt");
@@ -156,5 +156,26 @@ TEST(DemoPlaythrough, KeyFramesMatchTheirGoldenHashes)
     if (wrong)
         std::printf("new golden lines:\n%s", actual.c_str());
 }
+
+#ifdef DEMO_WINDOW
+// The window mode, on SDL's display-less drivers: the game starts, plays a
+// second and a half on the real clock and gives everything back.
+TEST(DemoWindow, StartsAndEndsCleanly)
+{
+    char dir[] = "/tmp/quindle-demo-window-XXXXXX";
+    ASSERT_TRUE(::mkdtemp(dir));
+    const std::string out = dir;
+    const std::string command = "SDL_VIDEODRIVER=dummy SDL_AUDIODRIVER=dummy " + std::string(PLAYER) + " " +
+                                DEMO_FOLDER + " --window --ticks 90 > " + out + "/log.txt 2> " + out + "/errors.txt";
+    const int status = std::system(command.c_str());
+    const std::string log = ReadAll(out + "/log.txt"), errors = ReadAll(out + "/errors.txt");
+    (void)std::system(("rm -rf " + out).c_str());
+    ASSERT_TRUE(WIFEXITED(status));
+    EXPECT_EQ(WEXITSTATUS(status), 0) << errors;
+    EXPECT_NE(log.find("room 100 entered"), std::string::npos) << log;
+    EXPECT_NE(log.find("the game ends"), std::string::npos) << log;
+    EXPECT_EQ(errors.find("not given back"), std::string::npos) << errors;
+}
+#endif
 
 } // namespace
