@@ -9,9 +9,11 @@
 #ifndef DEMO_BUTTON_H
 #define DEMO_BUTTON_H
 
+#include "DemoApi.h"
+
 #include "glbutton.h"
 
-class DemoButton : public GLButton {
+class DEMO_API DemoButton : public GLButton {
 public:
     // Loop `loop` of the button view: cels 0 enabled, 1 depressed, 2
     // disabled, 3 highlighted. Shown and enabled; a click calls onClick.

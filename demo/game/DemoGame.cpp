@@ -1,12 +1,13 @@
 // DemoGame.cpp - the demo's game object and the start of the game library.
 #include "DemoGame.h"
 
-#include "Rooms.h"
-
 #include "glcursor.h"
 #include "gldll.h"
 #include "glquithd.h"
+#include "glrmmgr.h"
+#include "glscript.h"
 #include "glsound.h"
+#include "gltimer.h"
 #include "gluser.h"
 #include "kernel.h"
 #include "quindle_game.h"
@@ -16,7 +17,7 @@
 #include <cstring>
 
 DemoGame::DemoGame(SoftKernelExtras* pExtras, const char* gameFolder)
-    : mpExtras(pExtras), mpQuitHandler(0), mpSound(0), mRoom(0), mCameFrom(0), mNextRoom(0)
+    : mpExtras(pExtras), mpQuitHandler(0), mpSound(0), mpRooms(0), mRoom(0), mCameFrom(0), mNextRoom(0)
 {
     std::snprintf(mFolder, sizeof mFolder, "%s", gameFolder);
     mPath[0] = 0;
@@ -35,6 +36,7 @@ void DemoGame::Start()
     SetCursor(cursor); // the game owns it from now on
 
     mpSound = new GLSndManager;
+    mpRooms = new GLRoomManager;
 
     // What Play does before its loop: the quit key ends the game.
     mpQuitHandler = new GLQuitHandler;
@@ -50,6 +52,7 @@ DemoGame::~DemoGame()
         LeaveRoom();
     mpUser->mpPrimaDonnas->Remove(mpQuitHandler);
     delete mpQuitHandler;
+    delete mpRooms;
     delete mpSound;
     // Cues and timers that were still on their way when the game ended are
     // in the object set; they are ours to delete (each leaves the set itself).
@@ -68,17 +71,29 @@ void DemoGame::DoIt()
     }
 }
 
+const char* DemoGame::RoomName(int room)
+{
+    return room == kCourtyard ? "the courtyard" : room == kGallery ? "the gallery" : "a room with no name";
+}
+
+// A room's library is loaded and started; from then on the room manager,
+// being in the game's object set, calls the room every frame, and being an
+// orphan it hands the room the input nobody else took (a click on the floor).
 void DemoGame::EnterRoom(int room)
 {
     mCameFrom = mRoom;
     mRoom = room;
     Log("room %d entered: %s", room, RoomName(room));
-    RoomsEnter(room);
+    mpRooms->LoadRoom(room);
+    mpRooms->InitRoom();
+    mpUser->mpOrphans->AddToEnd(mpRooms);
 }
 
 void DemoGame::LeaveRoom()
 {
-    RoomsLeave(mRoom);
+    mpUser->mpOrphans->Remove(mpRooms);
+    mpRooms->DisposeRoom();
+    mpRooms->UnLoadRoom();
     // Whatever mode a scene left the cursor in, the next room starts normal.
     HandsOn();
     mpCursor->EndWait();
@@ -107,6 +122,19 @@ void DemoGame::Log(const char* format, ...)
     // The kernel's clock, not the frame's: a movie plays inside one frame.
     std::printf("[%5u] %s\n", kernel->GetTicks(), line);
     std::fflush(stdout);
+}
+
+void DemoGame::CancelCuesTo(GLObject* pObject)
+{
+    // Walked by index with the count read afresh: deleting a cue takes it out.
+    // Scripts (and sound tracks) are cues too, but long-lived ones: not ours.
+    for (int i = 0; i < mpObjects->NumElements(); i++) {
+        GLCue* cue = dynamic_cast<GLCue*>(mpObjects->At(i));
+        if (cue && !dynamic_cast<GLScript*>(cue) && cue->mpWhoToCue == pObject) {
+            delete cue;
+            i--;
+        }
+    }
 }
 
 const char* DemoGame::FolderFile(const char* name)

@@ -4,18 +4,22 @@
 // GLDLLInit. Ours adds what every room of the demo shares:
 //   - the sound manager (ambient tracks and sound effects);
 //   - the cursor with its four pictures;
-//   - which room comes next: a room asks for the next one with GoTo, and the
-//     game makes the change between two frames, never inside one, so that no
+//   - the room manager: every room is a library of its own (100.so, 200.so in
+//     the game folder). A room asks for the next one with GoTo, and the game
+//     makes the change between two frames, never inside one, so that no
 //     object of the old room is deleted while the library is still walking it;
 //   - the log of what happened (rooms entered, conversations said, cues
 //     delivered), printed with the tick at which it happened.
 #ifndef DEMO_GAME_H
 #define DEMO_GAME_H
 
+#include "DemoApi.h"
+
 #include "gldll.h"
 #include "glgame.h"
 
 class GLQuitHandler;
+class GLRoomManager;
 class GLSndManager;
 class SoftKernelExtras;
 
@@ -31,7 +35,7 @@ enum DemoViews {
 };
 enum DemoSounds { kWind = 1, kBellToll = 4, kChirp = 5, kGateCreak = 6, kClick = 7 };
 
-class DemoGame : public GLGame {
+class DEMO_API DemoGame : public GLGame {
 public:
     DemoGame(SoftKernelExtras* pExtras, const char* gameFolder);
     // Leaves the room we are in and gives back what Start made.
@@ -52,6 +56,14 @@ public:
     // The room we are in, and the one we came from (0 at the start).
     int Room() const { return mRoom; }
     int CameFrom() const { return mCameFrom; }
+
+    // Deletes the cues and timers still on their way to pObject: a room calls
+    // it for its objects as it goes, since a cue must never reach an object
+    // that is gone (nor code of a room library that is unloaded).
+    void CancelCuesTo(GLObject* pObject);
+
+    // The name of a room, for the log.
+    static const char* RoomName(int room);
 
     // Puts the player's hands off (input is swallowed, the cursor shows the
     // hands-off picture) for a scripted sequence, or back on.
@@ -76,6 +88,7 @@ private:
     char mPath[640];
     GLQuitHandler* mpQuitHandler;
     GLSndManager* mpSound;
+    GLRoomManager* mpRooms;
     int mRoom;
     int mCameFrom;
     int mNextRoom;

@@ -13,6 +13,8 @@
 #ifndef DEMO_TALK_H
 #define DEMO_TALK_H
 
+#include "DemoApi.h"
+
 #include "glmsg.h"
 #include "glsi.h"
 #include "gltalker.h"
@@ -20,7 +22,7 @@
 class AbsGLPlane;
 class GLCel;
 
-class Balloon : public GLNarrator {
+class DEMO_API Balloon : public GLNarrator {
 public:
     // Speaks on pPlane, above pSpeaker (or at the top of the screen when
     // null), in ink on paper (palette colours); `name` is for the log.
@@ -45,7 +47,7 @@ private:
     GLScreenItem* mpItem;
 };
 
-class Conversation : public GLMessager {
+class DEMO_API Conversation : public GLMessager {
 public:
     Conversation();
     // The balloon that says the lines of talker number `talker` (1..7).

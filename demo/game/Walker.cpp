@@ -1,7 +1,6 @@
 // Walker.cpp - walking around the well.
 #include "Walker.h"
 
-
 #include "glcycler.h"
 #include "glgame.h"
 #include "glmover.h"

@@ -8,13 +8,15 @@
 #ifndef DEMO_WALKER_H
 #define DEMO_WALKER_H
 
+#include "DemoApi.h"
+
 #include "glcel.h"
 #include "glset.h"
 
 class GLCycler;
 class WalkPath;
 
-class Walker : public GLObject {
+class DEMO_API Walker : public GLObject {
 public:
     // Loops of the walker's view: one walk cycle per direction.
     enum Facing { kRight = 0, kLeft = 1, kToward = 2, kAway = 3 };

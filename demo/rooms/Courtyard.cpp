@@ -1,4 +1,5 @@
-// Courtyard.cpp - room 100: a courtyard at dusk.
+// Courtyard.cpp - room 100: a courtyard at dusk. Built as the room library
+// 100.so; the five functions at the end are what the room manager calls.
 //
 // Pip stands by the well. Click the cobbles and he walks there, around the
 // well if it is in his way. The Talk button starts a conversation between
@@ -13,7 +14,6 @@
 #include "../assets/Palette.h"
 #include "../game/DemoButton.h"
 #include "../game/DemoGame.h"
-#include "../game/Rooms.h"
 #include "../game/Talk.h"
 #include "../game/Walker.h"
 
@@ -23,6 +23,7 @@
 #include "glplane.h"
 #include "glplanes.h"
 #include "glpoly.h"
+#include "glrmmgr.h"
 #include "glscript.h"
 #include "glsound.h"
 
@@ -31,6 +32,8 @@ namespace {
 const ScaleInfo kFullSize = {128, 128, 100, 0};
 const ZOR_Rect kScreen(0, 0, 639, 479);
 
+// The room is an object: it works every frame, takes the clicks nobody else
+// took, and is cued by what it started (the bell's sound, the conversation).
 class Courtyard : public GLObject {
 public:
     Courtyard();
@@ -174,6 +177,13 @@ Courtyard::Courtyard() : mpScene(0)
 
 Courtyard::~Courtyard()
 {
+    // Nothing may cue us, Pip or the scene once we are gone: stopping the bell
+    // drops the sound manager's watch on it, and cues already on their way
+    // are cancelled.
+    Demo()->Sound()->Stop(kBellToll, 0);
+    Demo()->CancelCuesTo(this);
+    Demo()->CancelCuesTo(mpPip);
+    Demo()->CancelCuesTo(mpScene);
     if (mAmbience)
         Demo()->Sound()->DeleteSndTrack(mAmbience);
     delete mpScene;
@@ -271,7 +281,27 @@ void Courtyard::ThroughTheGate()
 
 } // namespace
 
-GLObject* MakeCourtyard()
+// ----- the room library's exports -----
+
+// The game has handed the kernel to the library, which this room shares.
+GL_ROOM_EXPORT void roomDLLInit(void*) {}
+
+GL_ROOM_EXPORT void roomInit()
 {
-    return new Courtyard;
+    new Courtyard;
+}
+
+GL_ROOM_EXPORT void roomDoIt()
+{
+    gCourtyard->DoIt();
+}
+
+GL_ROOM_EXPORT int roomHandleEvent(GLEvent* pEvent)
+{
+    return gCourtyard->HandleEvent(pEvent);
+}
+
+GL_ROOM_EXPORT void roomDispose()
+{
+    delete gCourtyard;
 }

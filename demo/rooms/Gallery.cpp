@@ -1,4 +1,5 @@
-// Gallery.cpp - room 200: the gallery behind the courtyard.
+// Gallery.cpp - room 200: the gallery behind the courtyard. Built as the room
+// library 200.so.
 //
 // Pip comes in by the door. A swallow crosses the window (a robot: a
 // prerecorded animation the kernel plays; halfway across it passes a cue
@@ -9,7 +10,6 @@
 #include "../assets/Palette.h"
 #include "../game/DemoButton.h"
 #include "../game/DemoGame.h"
-#include "../game/Rooms.h"
 #include "../game/Talk.h"
 #include "../game/Walker.h"
 
@@ -18,6 +18,7 @@
 #include "glmovie.h"
 #include "glplane.h"
 #include "glplanes.h"
+#include "glrmmgr.h"
 #include "glrobot.h"
 #include "glsound.h"
 #include "gltimer.h"
@@ -36,7 +37,6 @@ public:
     Gallery();
     virtual ~Gallery();
 
-    virtual void DoIt() {}
     virtual int HandleEvent(GLEvent* pEvent);
     virtual void Cue(GLCue* pCue);
 
@@ -53,6 +53,7 @@ public:
     Conversation* mpConversation;
     Balloon* mpPipSays;
     Balloon* mpStorySays;
+    GLTimer* mpGreeting; // until it has cued us
 };
 
 Gallery* gGallery = 0;
@@ -96,7 +97,7 @@ Gallery::Gallery()
     mpConversation = new Conversation;
     mpConversation->Cast(1, mpPipSays);
     mpConversation->Cast(2, mpStorySays);
-    new GLTimer(this, GLTimer::TicksTimer, 30, kGreeting); // the timer deletes itself once it has cued us
+    mpGreeting = new GLTimer(this, GLTimer::TicksTimer, 30, kGreeting); // it deletes itself once it has cued us
 
     // The swallow: the robot cues us at its cue point and at its end.
     mpSwallow = new GLRobot(kSwallow, mpFront, 5, GLPoint(390, 50));
@@ -106,6 +107,12 @@ Gallery::Gallery()
 
 Gallery::~Gallery()
 {
+    // A timer that has not fired yet may be deleted; nothing may cue us once
+    // we are gone.
+    delete mpGreeting;
+    Demo()->Sound()->Stop(kChirp, 0);
+    Demo()->CancelCuesTo(this);
+    Demo()->CancelCuesTo(mpPip);
     delete mpSwallow;
     delete mpConversation;
     delete mpStorySays;
@@ -133,6 +140,7 @@ int Gallery::HandleEvent(GLEvent* pEvent)
 void Gallery::Cue(GLCue* pCue)
 {
     if (pCue->mpCuer == 0 && pCue->mValue == kGreeting) {
+        mpGreeting = 0;
         Demo()->Log("cue: half a second in the gallery (timer); conversation 200/1 begins");
         theGame->mpCursor->BeginWait();
         mpConversation->Say(kGallery, 1, 1, 0, 0, this);
@@ -180,7 +188,23 @@ void Gallery::PlayFilm()
 
 } // namespace
 
-GLObject* MakeGallery()
+// ----- the room library's exports -----
+
+GL_ROOM_EXPORT void roomDLLInit(void*) {}
+
+GL_ROOM_EXPORT void roomInit()
 {
-    return new Gallery;
+    new Gallery;
+}
+
+GL_ROOM_EXPORT void roomDoIt() {}
+
+GL_ROOM_EXPORT int roomHandleEvent(GLEvent* pEvent)
+{
+    return gGallery->HandleEvent(pEvent);
+}
+
+GL_ROOM_EXPORT void roomDispose()
+{
+    delete gGallery;
 }
