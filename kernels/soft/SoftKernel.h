@@ -42,10 +42,10 @@
 // sample plays for the real duration of its WAV (rounded up to whole ticks), a
 // pause stops its time, a fade changes its volume linearly to the target over
 // its time and, when asked, stops the sample at the end; speech of a message
-// plays for the length of its WAV. Headless, nothing is heard. Without an
-// audio device (always, in this build) the kernel still answers
-// IsAudioInstalled with 1, because everything the library observes behaves as
-// with a device.
+// plays for the length of its WAV. Headless, nothing is heard; the player's
+// window mixes what AudibleSources() reports into its audio device. The kernel
+// answers IsAudioInstalled with 1 either way, because everything the library
+// observes behaves as with a device.
 //
 // FadeSample(sample, target, stepTicks, durationTicks, stopAtEnd, tag): the
 // volume moves from where it is to the target in `durationTicks` ticks (at once
