@@ -186,4 +186,27 @@ TEST(SoftPlayerLibrary, AGameOnTheLibraryDrawsTakesAClickAndQuits)
     EXPECT_GT(white, 50); // the caption's text
 }
 
+// The player names the game folder as the room directory: a room library
+// there is found and runs.
+TEST(SoftPlayerLibrary, TheGameFolderIsTheRoomDirectory)
+{
+    TempGame game;
+    game.Write("game.txt", std::string("library ") + LIBRARY_GAME + "\n");
+    game.WriteSolidPng("pictures/1.png", 640, 480, 3);
+    game.Write("views/100.txt", "cel 0 0 actor.png 10 29\n");
+    game.WriteSolidPng("views/actor.png", 20, 30, 12);
+    std::filesystem::copy_file(ROOM_5, game.Path("5.so"));
+    const std::string out = game.Path("out");
+    const Result r = Shell(std::string(PLAYER) + " " + game.Dir() + " --quiet --no-gif --ticks 3 --out " + out +
+                           " -- room");
+    ASSERT_EQ(r.status, 0) << r.output;
+    EXPECT_EQ(r.output.find("not given back"), std::string::npos) << r.output;
+    SoftBitmap last;
+    std::string error;
+    ASSERT_TRUE(SoftReadPng(out + "/final.png", SoftPalette::Default(), &last, &error)) << error;
+    EXPECT_EQ(last.At(0, 0), 9);
+    EXPECT_EQ(last.At(49, 49), 9);
+    EXPECT_EQ(last.At(50, 50), 3);
+}
+
 } // namespace

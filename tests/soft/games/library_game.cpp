@@ -11,7 +11,10 @@
 #include "glplane.h"
 #include "glplanes.h"
 #include "glquithd.h"
+#include "glrmmgr.h"
 #include "gluser.h"
+
+#include <cstring>
 
 namespace {
 
@@ -25,6 +28,7 @@ struct LibraryGame {
     std::uint16_t captionId = 0; // the memory id of the caption's bitmap
     KernelMemBitmap* captionBitmap = nullptr;
     GLCel* caption = nullptr;
+    GLRoomManager* rooms = nullptr; // with the game argument "room": room 5 runs
 };
 
 LibraryGame* gGame = nullptr;
@@ -44,6 +48,11 @@ int Step(void*)
 void Finish(void* state)
 {
     LibraryGame* g = static_cast<LibraryGame*>(state);
+    if (g->rooms) {
+        g->rooms->DisposeRoom();
+        g->rooms->UnLoadRoom();
+        delete g->rooms;
+    }
     delete g->actor;
     delete g->caption;
     delete g->captionBitmap;
@@ -93,6 +102,15 @@ extern "C" __attribute__((visibility("default"))) int QuindleGameStart(const Qui
     g->captionBitmap = new KernelMemBitmap(&g->captionId);
     g->caption = new GLCel(g->front, g->captionBitmap, GLPoint(20, 400), 5, ScaleInfo{128, 128, 100, 0});
     g->caption->Show();
+
+    for (int i = 1; i < host->argc; i++) {
+        if (std::strcmp(host->argv[i], "room") == 0) {
+            // Found in the game folder, which the player named the room directory.
+            g->rooms = new GLRoomManager;
+            g->rooms->LoadRoom(5);
+            g->rooms->InitRoom();
+        }
+    }
 
     loop->state = g;
     loop->step = &Step;
