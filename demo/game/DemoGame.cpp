@@ -17,7 +17,8 @@
 #include <cstring>
 
 DemoGame::DemoGame(SoftKernelExtras* pExtras, const char* gameFolder)
-    : mpExtras(pExtras), mpQuitHandler(0), mpSound(0), mpRooms(0), mRoom(0), mCameFrom(0), mNextRoom(0)
+    : mpExtras(pExtras), mpQuitHandler(0), mpSound(0), mpRooms(0), mRoom(0), mCameFrom(0), mNextRoom(0),
+      mRoomsEntered(0), mCues(0), mLines(0), mConversations(0)
 {
     std::snprintf(mFolder, sizeof mFolder, "%s", gameFolder);
     mPath[0] = 0;
@@ -50,6 +51,8 @@ DemoGame::~DemoGame()
 {
     if (mRoom)
         LeaveRoom();
+    Log("the game ends: %d rooms entered, %d conversations (%d lines said), %d cues delivered", mRoomsEntered,
+        mConversations, mLines, mCues);
     mpUser->mpPrimaDonnas->Remove(mpQuitHandler);
     delete mpQuitHandler;
     delete mpRooms;
@@ -83,6 +86,7 @@ void DemoGame::EnterRoom(int room)
 {
     mCameFrom = mRoom;
     mRoom = room;
+    mRoomsEntered++;
     Log("room %d entered: %s", room, RoomName(room));
     mpRooms->LoadRoom(room);
     mpRooms->InitRoom();
@@ -137,6 +141,29 @@ void DemoGame::CancelCuesTo(GLObject* pObject)
     }
 }
 
+void DemoGame::Cued(const char* format, ...)
+{
+    char text[200];
+    va_list args;
+    va_start(args, format);
+    std::vsnprintf(text, sizeof text, format, args);
+    va_end(args);
+    mCues++;
+    Log("cue: %s", text);
+}
+
+void DemoGame::Said(const char* talker, const char* line)
+{
+    mLines++;
+    Log("%s says: \"%s\"", talker, line);
+}
+
+void DemoGame::ConversationOver(int room, int cutShort)
+{
+    mConversations++;
+    Cued("conversation %d/1 %s (messager)", room, cutShort ? "cut short" : "said to its end");
+}
+
 const char* DemoGame::FolderFile(const char* name)
 {
     std::snprintf(mPath, sizeof mPath, "%s/%s", mFolder, name);
@@ -155,9 +182,7 @@ int Step(void*)
 
 void Finish(void* state)
 {
-    DemoGame* game = static_cast<DemoGame*>(state);
-    game->Log("the game ends");
-    delete game;
+    delete static_cast<DemoGame*>(state);
 }
 
 } // namespace

@@ -72,6 +72,12 @@ public:
 
     // Prints one line of the log: "[tick] text".
     void Log(const char* format, ...) __attribute__((format(printf, 2, 3)));
+    // The same for a cue that arrived ("cue: text"), counted for the summary.
+    void Cued(const char* format, ...) __attribute__((format(printf, 2, 3)));
+    // A line of a conversation said, and a conversation over (cut short or
+    // said to its end), logged and counted.
+    void Said(const char* talker, const char* line);
+    void ConversationOver(int room, int cutShort);
 
     GLSndManager* Sound() { return mpSound; }
     // Memory bitmaps and text, for the narrator's speech balloons.
@@ -92,6 +98,11 @@ private:
     int mRoom;
     int mCameFrom;
     int mNextRoom;
+    // For the summary at the end.
+    int mRoomsEntered;
+    int mCues;
+    int mLines;
+    int mConversations;
 };
 
 // The game, as the rooms see it.

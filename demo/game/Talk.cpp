@@ -30,7 +30,7 @@ void Balloon::Display()
 {
     SoftKernelExtras* text = Demo()->Extras();
     const char* line = mpMessage->mpText ? mpMessage->mpText : "";
-    Demo()->Log("%s says: \"%s\"", mName, line);
+    Demo()->Said(mName, line);
 
     // Measure the wrapped text on a scratch bitmap, then make the balloon to fit.
     const int width = text->TextWidth(line, kTextSize) < kMaxWidth ? text->TextWidth(line, kTextSize) : kMaxWidth;

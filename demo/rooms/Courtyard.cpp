@@ -87,9 +87,20 @@ void OnArch(GLEvent* pEvent, GLObject*)
 
 enum { kWalkToGate, kOpenGate, kPause, kStepThrough, kGone, kLeave };
 
+// Every state after the first is entered on a cue: from the walker, the
+// gate's cycler or the script's own timer.
+const char* const kSceneCues[] = {"",
+                                  "Pip is at the gate (walker)",
+                                  "the gate is open (cycler)",
+                                  "a breath taken (timer)",
+                                  "Pip is through the arch (walker)",
+                                  "the scene ends (timer)"};
+
 void GateScene(GLScript* pScript, int iState)
 {
     Courtyard* room = gCourtyard;
+    if (iState > kWalkToGate)
+        Demo()->Cued("gate scene: %s", kSceneCues[iState]);
     switch (iState) {
     case kWalkToGate: // hands off: the scene plays by itself
         Demo()->HandsOff();
@@ -256,12 +267,12 @@ void Courtyard::Talk()
 void Courtyard::Cue(GLCue* pCue)
 {
     if (pCue->mpCuer == mpConversation) {
-        Demo()->Log("cue: conversation 100/1 %s", pCue->mValue ? "cut short" : "said to its end");
+        Demo()->ConversationOver(kCourtyard, pCue->mValue);
         theGame->mpCursor->EndWait();
         mpTalk->Enable(TRUE);
         mpRing->Enable(TRUE);
     } else if (pCue->mpCuer == Demo()->Sound()) {
-        Demo()->Log("cue: the bell's toll has died away (sound manager)");
+        Demo()->Cued("the bell's toll has died away (sound manager)");
         mpBellSwing->Stop();
         mpBellSwing->Release();
         mpBell->SetCel(2, TRUE);

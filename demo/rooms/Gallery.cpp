@@ -141,25 +141,26 @@ void Gallery::Cue(GLCue* pCue)
 {
     if (pCue->mpCuer == 0 && pCue->mValue == kGreeting) {
         mpGreeting = 0;
-        Demo()->Log("cue: half a second in the gallery (timer); conversation 200/1 begins");
+        Demo()->Cued("half a second in the gallery (timer)");
+        Demo()->Log("conversation 200/1 begins");
         theGame->mpCursor->BeginWait();
         mpConversation->Say(kGallery, 1, 1, 0, 0, this);
     } else if (pCue->mpCuer == mpConversation) {
-        Demo()->Log("cue: conversation 200/1 %s", pCue->mValue ? "cut short" : "said to its end");
+        Demo()->ConversationOver(kGallery, pCue->mValue);
         theGame->mpCursor->EndWait();
     } else if (pCue->mpCuer == Demo()->Sound()) {
-        Demo()->Log("cue: the chirp is over (sound manager)");
+        Demo()->Cued("the chirp is over (sound manager)");
     } else if (pCue->mpCuer == mpPip) {
-        Demo()->Log("cue: Pip stands before the television");
+        Demo()->Cued("Pip stands before the television");
         mpPip->Face(Walker::kAway);
         PlayFilm();
     } else if (mpSwallow->GetSignal() == kRobotEnd) {
         // A robot's cue names no cuer: its signal tells its end from a cue
         // point (by the time the cue arrives, the signal of a cue point has
         // been read over again and is 0).
-        Demo()->Log("cue: the swallow has flown past (robot end)");
+        Demo()->Cued("the swallow has flown past (robot end)");
     } else {
-        Demo()->Log("cue: the swallow passes the window (robot cue point)");
+        Demo()->Cued("the swallow passes the window (robot cue point)");
         Demo()->Sound()->Play(kChirp, 0, 100, FALSE, this, 0);
     }
 }

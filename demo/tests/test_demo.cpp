@@ -74,7 +74,7 @@ TEST(DemoPlaythrough, ReachesItsEndThroughEveryRoom)
     EXPECT_NE(run.errors.find("the game quit"), std::string::npos) << run.errors;
     EXPECT_NE(run.log.find("the game ends"), std::string::npos) << run.log;
 
-    const auto rooms = Lines(run.log, "entered");
+    const auto rooms = Lines(run.log, " entered: ");
     ASSERT_EQ(rooms.size(), 3u) << run.log;
     EXPECT_NE(rooms[0].find("room 100 entered"), std::string::npos);
     EXPECT_NE(rooms[1].find("room 200 entered"), std::string::npos);
@@ -87,10 +87,12 @@ TEST(DemoPlaythrough, EveryCueArrives)
     for (const char* cue :
          {"conversation 100/1 said to its end", "the bell's toll has died away", "half a second in the gallery",
           "the swallow passes the window", "the chirp is over", "the swallow has flown past",
-          "conversation 200/1 cut short", "Pip stands before the television"})
+          "conversation 200/1 cut short", "Pip stands before the television", "gate scene: Pip is at the gate",
+          "gate scene: the gate is open", "gate scene: a breath taken", "gate scene: the scene ends"})
         EXPECT_EQ(Lines(run.log, cue).size(), 1u) << cue << "\n" << run.log;
     // Four lines said in the courtyard; Escape cut the gallery's after one.
     EXPECT_EQ(Lines(run.log, " says: ").size(), 5u) << run.log;
+    EXPECT_EQ(Lines(run.log, "3 rooms entered, 2 conversations (5 lines said)").size(), 1u) << run.log;
     EXPECT_EQ(Lines(run.log, "the film is over").size(), 1u) << run.log;
     // Ring pressed and let go elsewhere rang nothing: the bell rang once.
     EXPECT_EQ(Lines(run.log, "the bell rings").size(), 1u) << run.log;
