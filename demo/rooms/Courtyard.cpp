@@ -4,9 +4,9 @@
 // Pip stands by the well. Click the cobbles and he walks there, around the
 // well if it is in his way. The Talk button starts a conversation between
 // Pip and the voice of the story (the cursor waits meanwhile; a click or
-// Enter moves on to the next line, Escape cuts it short). The Ring button rings the bell over the well (the
-// button holds the input while pressed: let go elsewhere and it does not
-// ring). The pointed arch on the right is a hot spot of irregular shape:
+// Enter moves on to the next line, Escape cuts it short). The Ring button
+// rings the bell over the well (the button holds the input while pressed:
+// let go elsewhere and it does not ring). The pointed arch on the right is a hot spot of irregular shape:
 // pointing at it lights its outline and turns the cursor into a hand;
 // clicking it plays a little scene: Pip walks to the gate, the gate creaks
 // open, he steps through, and we are in the gallery. All the while the wind
@@ -245,6 +245,8 @@ int Courtyard::HandleEvent(GLEvent* pEvent)
 
 void Courtyard::RingBell()
 {
+    if (mpBellSwing->IsCycling())
+        return; // still ringing
     Demo()->Log("the bell rings");
     mpBellSwing->Add(mpBell, FALSE);
     mpBellSwing->Start();
