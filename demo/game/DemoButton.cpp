@@ -1,7 +1,10 @@
 // DemoButton.cpp - highlighting on hover, hogging while pressed.
 #include "DemoButton.h"
 
+#include "DemoGame.h"
+
 #include "glevent.h"
+#include "glsound.h"
 
 DemoButton::DemoButton(AbsGLPlane* pPlane, int view, int loop, const GLPoint& pos, GLSelectFunction onClick)
     : GLButton(pPlane, view, loop, 0, pos, 500), mHogWhilePressed(FALSE)
@@ -27,7 +30,10 @@ int DemoButton::HandleEvent(GLEvent* pEvent)
     // longer lit.
     if (pEvent->type == 1 && IsHighlit() && GLFeature::OnMe(pEvent->where))
         UnHighlight(FALSE);
+    const int wasDown = IsDepressed();
     GLButton::HandleEvent(pEvent);
+    if (IsDepressed() && !wasDown)
+        Demo()->Sound()->Play(kClick, 0, 90, FALSE, 0, 0); // a click as it goes down
     if (mHogWhilePressed && IsHogging() != IsDepressed())
         SetHogging(IsDepressed());
     return pEvent->claimed;

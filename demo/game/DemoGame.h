@@ -33,7 +33,8 @@ enum DemoViews {
     kTelevisionView = 140,
     kCursorView = 900
 };
-enum DemoSounds { kWind = 1, kBellToll = 4, kChirp = 5, kGateCreak = 6, kClick = 7 };
+// Sound 1 (wind), 2 and 3 (birds) are played by the ambient track (ambient.txt).
+enum DemoSounds { kBellToll = 4, kChirp = 5, kGateCreak = 6, kClick = 7 };
 
 class DEMO_API DemoGame : public GLGame {
 public:
