@@ -166,6 +166,11 @@ GLAviMovie& GLAviMovie::operator=(const GLAviMovie& movie)
 
 GLAviMovie::~GLAviMovie() {}
 
+void GLAviMovie::Cue(GLCue* pCue)
+{
+    GLObject::Cue(pCue);
+}
+
 unsigned GLAviMovie::Open(int)
 {
     char name[16];
@@ -248,13 +253,16 @@ GLMoviePlayer::GLMoviePlayer(const GLMoviePlayer& player)
 
 GLMoviePlayer& GLMoviePlayer::operator=(const GLMoviePlayer& player)
 {
-    if (this != &player) {
-        GLObject::operator=(player);
-        if (mpGLMovie && mOwnsMovie && mpGLMovie != player.mpGLMovie)
-            delete mpGLMovie;
-        mpGLMovie = player.mpGLMovie;
-        mOwnsMovie = FALSE;
-    }
+    GLObject::operator=(player);
+    // Assigned the movie it already holds (from itself or from a copy), a
+    // player that owns it keeps owning it: clearing the flag would leave the
+    // movie to nobody.
+    if (mpGLMovie == player.mpGLMovie)
+        return *this;
+    if (mpGLMovie && mOwnsMovie)
+        delete mpGLMovie;
+    mpGLMovie = player.mpGLMovie;
+    mOwnsMovie = FALSE;
     return *this;
 }
 
@@ -272,6 +280,7 @@ void GLMoviePlayer::MakeMovie(int iMovieNumber, int iMovieKind)
         mpGLMovie = GL_NEW GLVmdMovie(iMovieNumber);
     else
         mpGLMovie = GL_NEW GLAviMovie(iMovieNumber);
+    GL_ASSERT(mpGLMovie != NULL);
     mOwnsMovie = TRUE;
 }
 

@@ -46,6 +46,10 @@ public:
     // Puts the movie's palette into effect.
     virtual void SetPalette() = 0;
 
+    // The notification of every game object stays callable beside the
+    // movie's private Cue(int frame).
+    using GLObject::Cue;
+
     // Status bit 0.
     int IsOpen();
     // Status bits 0 and 1 together: non-zero also for a movie that is only open.
@@ -134,6 +138,10 @@ public:
     GLAviMovie& operator=(const GLAviMovie& movie);
     virtual ~GLAviMovie();
 
+    // The notification of every game object (it does nothing), declared here
+    // because the private Cue(int frame) would hide it.
+    virtual void Cue(GLCue* pCue);
+
     virtual unsigned GetLength();
     virtual unsigned GetStatus();
     // Flags bit 0 places the movie at once (SetAviPos) whatever fApply says;
@@ -171,7 +179,11 @@ public:
     GLMoviePlayer(int iMovieNumber, int iMovieKind);
     // Uses the caller's movie, which the caller keeps.
     GLMoviePlayer(AbsGLMovie* pMovie);
+    // A copy plays the same movie but never owns it: one movie, one owner.
     GLMoviePlayer(const GLMoviePlayer& player);
+    // Takes the other player's movie without owning it; a movie this player
+    // made is deleted first, unless it is that same movie, which it keeps
+    // owning.
     GLMoviePlayer& operator=(const GLMoviePlayer& player);
     virtual ~GLMoviePlayer();
 
@@ -195,6 +207,9 @@ public:
     unsigned Cue(int iFrame);
     unsigned Seek(int iFrame);
     AbsGLMovie* GetMovie() { return mpGLMovie; }
+
+    // The notification of every game object stays callable beside Cue(int frame).
+    using GLObject::Cue;
 
 private:
     void MakeMovie(int iMovieNumber, int iMovieKind);

@@ -841,7 +841,7 @@ unsigned RecordingKernel::OpenVmd(const char* pFileName, int iCacheSize, int iOp
 {
     Log("OpenVmd", pFileName, iCacheSize, iOpenArgument);
     vmdStatus |= 1u;
-    return 0;
+    return movieResult;
 }
 
 void RecordingKernel::SetVmdPlacement(int x, int y, int iFlags, int r, int g, int b)
@@ -852,32 +852,32 @@ void RecordingKernel::SetVmdPlacement(int x, int y, int iFlags, int r, int g, in
 unsigned RecordingKernel::PlayVmd(int iEventFlags, int a, int b)
 {
     Log("PlayVmd", iEventFlags, a, b);
-    return 0;
+    return movieResult;
 }
 
 unsigned RecordingKernel::StopVmd()
 {
     Log("StopVmd");
-    return 0;
+    return movieResult;
 }
 
 unsigned RecordingKernel::ResumeVmd()
 {
     Log("ResumeVmd");
-    return 0;
+    return movieResult;
 }
 
 unsigned RecordingKernel::CloseVmd()
 {
     Log("CloseVmd");
     vmdStatus = 0;
-    return 0;
+    return movieResult;
 }
 
 unsigned RecordingKernel::GetVmdLength()
 {
     Log("GetVmdLength");
-    return 0;
+    return vmdLength;
 }
 
 unsigned RecordingKernel::GetVmdStatus()
@@ -889,7 +889,7 @@ unsigned RecordingKernel::GetVmdStatus()
 unsigned RecordingKernel::GetVmdFramesSkipped()
 {
     Log("GetVmdFramesSkipped");
-    return 0;
+    return vmdFramesSkipped;
 }
 
 void RecordingKernel::SetVmdPalette() { Log("SetVmdPalette"); }
@@ -925,14 +925,14 @@ unsigned RecordingKernel::OpenAvi(int iMovie, const char* pFileName)
 {
     Log("OpenAvi", iMovie, pFileName);
     aviStatus[iMovie] |= 1u;
-    return 0;
+    return movieResult;
 }
 
 unsigned RecordingKernel::CloseAvi(int iMovie)
 {
     Log("CloseAvi", iMovie);
     aviStatus.erase(iMovie);
-    return 0;
+    return movieResult;
 }
 
 void RecordingKernel::SetAviRect(int iMovie, int x, int y, int w, int h) { Log("SetAviRect", iMovie, x, y, w, h); }
@@ -941,37 +941,37 @@ void RecordingKernel::SetAviPos(int iMovie, int x, int y) { Log("SetAviPos", iMo
 unsigned RecordingKernel::PlayAvi(int iMovie, int a, int b, int iPlayType, int d)
 {
     Log("PlayAvi", iMovie, a, b, iPlayType, d);
-    return 0;
+    return movieResult;
 }
 
 unsigned RecordingKernel::StopAvi(int iMovie)
 {
     Log("StopAvi", iMovie);
-    return 0;
+    return movieResult;
 }
 
 unsigned RecordingKernel::PauseAvi(int iMovie)
 {
     Log("PauseAvi", iMovie);
-    return 0;
+    return movieResult;
 }
 
 unsigned RecordingKernel::CueAvi(int iMovie, int iFrame)
 {
     Log("CueAvi", iMovie, iFrame);
-    return 0;
+    return movieResult;
 }
 
 unsigned RecordingKernel::SeekAvi(int iMovie, int iFrame)
 {
     Log("SeekAvi", iMovie, iFrame);
-    return 0;
+    return movieResult;
 }
 
 unsigned RecordingKernel::ResumeAvi(int iMovie)
 {
     Log("ResumeAvi", iMovie);
-    return 0;
+    return movieResult;
 }
 
 void RecordingKernel::SetAviPalette(int iMovie) { Log("SetAviPalette", iMovie); }
@@ -979,13 +979,15 @@ void RecordingKernel::SetAviPalette(int iMovie) { Log("SetAviPalette", iMovie); 
 unsigned RecordingKernel::GetAviLength(int iMovie)
 {
     Log("GetAviLength", iMovie);
-    return 0;
+    auto found = aviLength.find(iMovie);
+    return found == aviLength.end() ? 0u : found->second;
 }
 
 unsigned RecordingKernel::GetAviFrameNum(int iMovie)
 {
     Log("GetAviFrameNum", iMovie);
-    return 0;
+    auto found = aviFrameNum.find(iMovie);
+    return found == aviFrameNum.end() ? 0u : found->second;
 }
 
 unsigned RecordingKernel::GetAviStatus(int iMovie)
@@ -998,5 +1000,5 @@ unsigned RecordingKernel::GetAviStatus(int iMovie)
 unsigned RecordingKernel::SetAviEvent(int iEventFlags)
 {
     Log("SetAviEvent", iEventFlags);
-    return 0;
+    return movieResult;
 }

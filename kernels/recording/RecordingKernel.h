@@ -122,6 +122,13 @@ public:
     // ----- movies -----
     unsigned vmdStatus = 0;
     std::map<int, unsigned> aviStatus;
+    unsigned vmdLength = 0;
+    unsigned vmdFramesSkipped = 0;
+    std::map<int, unsigned> aviLength;   // by movie number; 0 for others
+    std::map<int, unsigned> aviFrameNum; // by movie number; 0 for others
+    // What every VMD and AVI transport operation answers (open, close, play,
+    // stop, pause, resume, cue, seek, the AVI event flags).
+    unsigned movieResult = 0;
 
     // ----- memory -----
     AllocationLedger& Ledger() { return mLedger; }
