@@ -119,13 +119,7 @@ TEST_F(GameTest, DefaultGameOwnsNewPartsAndReadsTheClock)
     GLGame other;
     EXPECT_EQ(k.CallsSince(mark), (Log{"GetTicks()"}));
     EXPECT_EQ(other.mGameTicks, 77u);
-    EXPECT_EQ(other.mQuit, 0);
     EXPECT_EQ(other.GetCursor(), nullptr);
-    EXPECT_NE(other.mpPlaneManager, nullptr);
-    EXPECT_NE(other.mpUser, nullptr);
-    EXPECT_TRUE(other.mpObjects->IsEmpty());
-    EXPECT_EQ(other.NeedsDoIt(), 0);
-    EXPECT_EQ(other.NeedsEvent(), 0);
     EXPECT_EQ(other.mpUser->IsHandsOn(), 0);
 }
 
@@ -138,8 +132,6 @@ TEST_F(GameTest, ThreeArgumentGameTakesOverWhatItIsGivenAndInstallsTheCursor)
     EXPECT_EQ(given->mpUser, user);
     EXPECT_EQ(given->mpPlaneManager, planes);
     EXPECT_EQ(given->GetCursor(), cursor);
-    EXPECT_TRUE(given->mpObjects->IsEmpty());
-    EXPECT_EQ(given->mGameTicks, 500u);
 
     // Installing the same cursor again, as callers of this constructor do,
     // changes nothing and leaves it usable.
@@ -212,7 +204,6 @@ TEST_F(GameTest, SetCursorReplacesAndDeletesTheOldCursor)
     GLCursor* second = new GLCursor(arrow, FALSE);
     std::size_t mark = k.Mark();
     game->SetCursor(first);
-    EXPECT_EQ(game->GetCursor(), first);
     game->SetCursor(first);
     EXPECT_FALSE(firstGone);
     game->SetCursor(second);
@@ -259,8 +250,6 @@ TEST_F(GameTest, CopiesOwnCopiesOfWhatTheOriginalOwns)
         EXPECT_NE(copy.GetCursor(), game->GetCursor());
         EXPECT_EQ(copy.GetCursor()->IsHandsOff(), 4);
         EXPECT_EQ(copy.mpObjects->First(), &member);
-        EXPECT_EQ(copy.mQuit, TRUE);
-        EXPECT_EQ(copy.mGameTicks, 500u);
 
         GLGame assigned;
         assigned = copy;
@@ -338,50 +327,34 @@ TEST_F(GameTest, PlanesWorkBeforeTheGamesObjectsTopPlaneFirst)
 TEST_F(GameTest, MousePositionIsOnePointUpdatedEveryFrame)
 {
     GLPoint& mouse = game->GetMousePos();
-    EXPECT_EQ(&mouse, &game->GetMousePos());
-    EXPECT_EQ(&mouse, &game->mpUser->mMousePos);
     k.PushEvent(1, 0, 0, 100, 110);
     game->DoIt();
-    EXPECT_EQ(mouse.GetX(), 100);
-    EXPECT_EQ(mouse.GetY(), 110);
+    EXPECT_EQ(mouse, GLPoint(100, 110));
     // A frame without input moves it to wherever the pointer is.
     k.pointer = ZOR_Point(7, 8);
     game->DoIt();
     EXPECT_EQ(&mouse, &game->GetMousePos());
-    EXPECT_EQ(mouse.GetX(), 7);
-    EXPECT_EQ(mouse.GetY(), 8);
+    EXPECT_EQ(mouse, GLPoint(7, 8));
 }
 
-TEST_F(GameTest, MemberAddedAtTheEndRunsInTheSameFrame)
+// A member added at the end runs in the same frame; one added at the front
+// waits for the next, and the current member runs again.
+TEST_F(GameTest, MembersAddedDuringTheWalk)
 {
     Trace trace(k);
-    Worker a("A", trace), b("B", trace), late("late", trace), later("later", trace);
+    Worker a("A", trace), b("B", trace), late("late", trace), later("later", trace), cue("cue", trace);
     game->mpObjects->AddToEnd(&a);
     game->mpObjects->AddToEnd(&b);
     a.mAction = [&] { game->mpObjects->AddToEnd(&late); };
     late.mAction = [&] { game->mpObjects->AddToEnd(&later); };
-    trace.Restart();
-    game->DoIt();
-    EXPECT_EQ(trace.Merged(), (Log{"GetTicks()", "A", "B", "late", "later", "UpdateScreen(1)", "GetEvent(32767)"}));
-    for (Worker* w : {&a, &b, &late, &later})
-        game->mpObjects->Remove(w);
-}
-
-TEST_F(GameTest, MemberAddedAtTheFrontWaitsAndTheCurrentOneRunsAgain)
-{
-    Trace trace(k);
-    Worker a("A", trace), b("B", trace), c("C", trace), cue("cue", trace);
-    game->mpObjects->AddToEnd(&a);
-    game->mpObjects->AddToEnd(&b);
-    game->mpObjects->AddToEnd(&c);
     b.mAction = [&] { game->mpObjects->AddToFront(&cue); };
     trace.Restart();
     game->DoIt();
-    EXPECT_EQ(trace.Merged(), (Log{"GetTicks()", "A", "B", "B", "C", "UpdateScreen(1)", "GetEvent(32767)"}));
+    EXPECT_EQ(trace.Merged(), (Log{"GetTicks()", "A", "B", "B", "late", "later", "UpdateScreen(1)", "GetEvent(32767)"}));
     trace.Restart();
     game->DoIt();
-    EXPECT_EQ(trace.Merged(), (Log{"GetTicks()", "cue", "A", "B", "C", "UpdateScreen(1)", "GetEvent(32767)"}));
-    for (Worker* w : {&a, &b, &c, &cue})
+    EXPECT_EQ(trace.Merged(), (Log{"GetTicks()", "cue", "A", "B", "late", "later", "UpdateScreen(1)", "GetEvent(32767)"}));
+    for (Worker* w : {&a, &b, &late, &later, &cue})
         game->mpObjects->Remove(w);
 }
 
@@ -464,11 +437,8 @@ TEST_F(GameTest, QuitKeyEndsPlayAfterTheFrameThatFetchedIt)
     std::size_t mark = k.Mark();
     game->Play();
     EXPECT_TRUE(k.CallsSince(mark).empty());
-    EXPECT_EQ(counting->mFrames, 4);
     EXPECT_EQ(game->mpUser->mpPrimaDonnas->NumElements(), 1);
-    EXPECT_EQ(game->mpUser->mpPrimaDonnas->First(), &prima);
     EXPECT_EQ(game->mpUser->IsHandsOn(), 1);
-    EXPECT_EQ(k.Ledger().LiveCount(), ledgerBefore);
     game->mpUser->mpPrimaDonnas->Remove(&prima);
 }
 
@@ -523,12 +493,8 @@ TEST_F(GameTest, QuitHandlerIsTheLastPrimaDonnaAndHogsKeepTheKeyFromIt)
 TEST_F(GameTest, QuitHandlerClaimsOnlyTheQuitKey)
 {
     GLQuitHandler quit;
-    EXPECT_EQ(quit.GetPlane(), nullptr);
-    EXPECT_EQ(quit.GetSelectFunction(), nullptr);
     GLPoint here(1, 1);
     EXPECT_EQ(quit.OnMe(here), FALSE);
-    EXPECT_EQ(static_cast<const GLQuitHandler&>(quit).OnMe(here), FALSE);
-
     GLEvent event;
     event.type = 2;
     event.message = 0x4F00;
@@ -544,10 +510,6 @@ TEST_F(GameTest, QuitHandlerClaimsOnlyTheQuitKey)
     EXPECT_EQ(quit.HandleEvent(&event), TRUE);
     EXPECT_EQ(event.claimed, TRUE);
     EXPECT_EQ(game->mQuit, TRUE);
-
-    GLQuitHandler copy(quit);
-    copy = quit;
-    EXPECT_EQ(copy.GetPlane(), nullptr);
 }
 
 } // namespace
