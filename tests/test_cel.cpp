@@ -111,28 +111,16 @@ TEST_F(CelTest, ANewCelHasTwoPartsInTheRightSetsOfItsCast)
     GLCast* cast = plane.GetCast();
     EXPECT_EQ(cel.GetCycleSpeed(), 6);
     EXPECT_EQ(cel.GetMoveSpeed(), 6);
-    EXPECT_EQ(cel.GetStepSize().GetX(), 3);
-    EXPECT_EQ(cel.GetStepSize().GetY(), 3);
-    EXPECT_EQ(cel.GetCycler(), nullptr);
+    EXPECT_EQ(cel.GetStepSize(), GLPoint(3, 3));
     EXPECT_EQ(cel.IsVisible(), FALSE);
-    ExpectRect(cel.GetRect(), 0, 0, 0, 0); // never drawn yet
 
     // The screen item part draws and works every frame; the feature part takes input.
     EXPECT_TRUE(cast->IsInScreenItemSet(ItemPart(cel)));
     EXPECT_TRUE(cast->IsInDoItSet(ItemObject(cel)));
     EXPECT_TRUE(cast->IsInEventSet(FeaturePart(cel)));
     EXPECT_FALSE(cast->IsInDoItSet(FeatureObject(cel)));
-    ASSERT_EQ(cast->GetEventSet()->NumElements(), 1);
-    EXPECT_EQ(cast->GetEventSet()->At(0), FeaturePart(cel));
-    EXPECT_NE(static_cast<void*>(FeatureObject(cel)), static_cast<void*>(ItemObject(cel)));
-
-    // Each part has its own registration flags.
-    EXPECT_EQ(ItemObject(cel)->IsScreenItem(), 1);
-    EXPECT_EQ(ItemObject(cel)->NeedsDoIt(), 2);
+    EXPECT_EQ(cast->GetEventSet()->NumElements(), 1);
     EXPECT_EQ(ItemObject(cel)->NeedsEvent(), 0);
-    EXPECT_EQ(FeatureObject(cel)->IsScreenItem(), 1);
-    EXPECT_EQ(FeatureObject(cel)->NeedsDoIt(), 2);
-    EXPECT_EQ(FeatureObject(cel)->NeedsEvent(), 4);
 
     // Per-frame work through the cast reaches the screen item part harmlessly.
     cast->DoIt();
@@ -196,12 +184,9 @@ TEST_F(CelTest, AHiddenCelTakesNoClicksAndAShownOneDoes)
     cel.Show();
     cel.Show();
     EXPECT_TRUE(k.ItemOnScreen(cel.GetId()));
-    EXPECT_TRUE(cast->IsInEventSet(FeaturePart(cel)));
     EXPECT_EQ(cast->GetEventSet()->NumElements(), 1);
     EXPECT_EQ(ClickOn(plane, 12, 12), TRUE);
     EXPECT_EQ(gSelected, 2);
-    EXPECT_EQ(cel.GetPos().GetX(), 10);
-    EXPECT_EQ(cel.GetPri(), 2);
 }
 
 TEST_F(CelTest, MovingACelToAnotherPlaneMovesBothParts)
@@ -213,16 +198,11 @@ TEST_F(CelTest, MovingACelToAnotherPlaneMovesBothParts)
     ASSERT_EQ(ClickOn(plane, 12, 12), TRUE);
 
     cel.SetPlane(&other, TRUE);
-    EXPECT_EQ(cel.GetPlane(), &other);
     EXPECT_EQ(FeaturePart(cel)->GetPlane(), &other);
     EXPECT_EQ(cel.GetPlaneId(), 20001);
-    EXPECT_EQ(cel.IsVisible(), TRUE);
     EXPECT_TRUE(k.ItemOnScreen(cel.GetId()));
     EXPECT_FALSE(plane.GetCast()->IsInCast(ItemObject(cel)));
-    EXPECT_FALSE(plane.GetCast()->IsInEventSet(FeaturePart(cel)));
-    EXPECT_TRUE(other.GetCast()->IsInScreenItemSet(ItemPart(cel)));
     EXPECT_TRUE(other.GetCast()->IsInDoItSet(ItemObject(cel)));
-    EXPECT_TRUE(other.GetCast()->IsInEventSet(FeaturePart(cel)));
     EXPECT_EQ(ClickOn(plane, 12, 12), FALSE);
     EXPECT_EQ(ClickOn(other, 12, 12), TRUE);
 
@@ -231,8 +211,6 @@ TEST_F(CelTest, MovingACelToAnotherPlaneMovesBothParts)
     cel.SetPlane(&plane, FALSE);
     EXPECT_TRUE(plane.GetCast()->IsInEventSet(FeaturePart(cel)));
     EXPECT_EQ(cel.IsVisible(), FALSE);
-    cel.Show();
-    EXPECT_EQ(cel.IsVisible(), TRUE);
 }
 
 TEST_F(CelTest, LastLoopAndLastCelComeFromTheKernelsCounts)
@@ -277,7 +255,6 @@ TEST_F(CelTest, ACelComesAndGoesThroughTheKernel)
     EXPECT_EQ(k.CallsSince(mark), (std::vector<std::string>{"DeleteScreenItem(item:" + self + ")"}));
     EXPECT_FALSE(plane.GetCast()->IsInCast(item));
     EXPECT_FALSE(plane.GetCast()->IsInEventSet(feature));
-    EXPECT_EQ(k.ItemCount(), 0u);
 
     // Through a base pointer the whole cel goes, hidden or not.
     GLScreenItem* asItem = GL_NEW GLCel(&plane, 5, 0, 0, GLPoint(0, 0), 0, kScale);
