@@ -127,11 +127,48 @@ protected:
         return ring;
     }
 
+    // The numbers of every node in ring order, a group's members newest first:
+    // sounds {sample, volume, mode, pan, chance}, waits {min, max, mode, chance}.
+    static std::vector<std::vector<int>> Numbers(GLSndTrack* track)
+    {
+        std::vector<std::vector<int>> numbers;
+        auto sound = [&numbers](GLSndNode* n) {
+            numbers.push_back({n->mSample, n->mVolume, n->mMode, n->mPan, n->mProbability});
+        };
+        for (GLNode* node = track->mpHeader->mpNext; node != track->mpHeader; node = node->mpNext) {
+            if (node->mNodeType == GLNode::SoundNode) {
+                sound(static_cast<GLSndNode*>(node));
+            } else if (node->mNodeType == GLNode::WaitNode) {
+                GLWaitNode* n = static_cast<GLWaitNode*>(node);
+                numbers.push_back({n->mMinSeconds, n->mMaxSeconds, n->mMode, n->mProbability});
+            } else {
+                for (GLSndNode* m = static_cast<GLPRSNode*>(node)->mpFirstChoice; m;
+                     m = static_cast<GLSndNode*>(m->mpNext))
+                    sound(m);
+            }
+        }
+        return numbers;
+    }
+
     GLGame* game = nullptr;
     std::vector<std::string> files;
 };
 
 using Calls = std::vector<std::string>;
+using Rows = std::vector<std::vector<int>>;
+
+// The two calls that start a locked sample of a track: its lock, then the play.
+Calls Starts(int sample, int volume = 127, int type = 12)
+{
+    return {"LockResource(" + std::to_string(type) + "," + std::to_string(sample) + ")",
+            "PlaySample(" + std::to_string(sample) + ",0," + std::to_string(volume) + ",0,0)"};
+}
+std::string Unlock(int sample) { return "UnlockResource(12," + std::to_string(sample) + ")"; }
+Calls operator+(Calls a, const Calls& b)
+{
+    a.insert(a.end(), b.begin(), b.end());
+    return a;
+}
 
 // ----- the generator -----
 
@@ -164,11 +201,7 @@ TEST(SoundRandom, TheGeneratorIsTheDocumentedThirtyTwoBitCongruence)
 TEST_F(SoundTest, NodesAreAppendedInOrderAndGroupsCollectConsecutiveMembersNewestFirst)
 {
     GLSndTrack track;
-    EXPECT_EQ(track.mTrackId, -1);
-    EXPECT_EQ(track.mpCurrent, track.mpHeader);
     EXPECT_EQ(track.mpHeader->mpNext, track.mpHeader);
-    EXPECT_EQ(track.mpHeader->mpPrev, track.mpHeader);
-    EXPECT_EQ(track.mState, 0);
     EXPECT_TRUE(theGame->mpObjects->IsInList(&track));
 
     SndByte first = {101, 90, 0, 30, 75};
@@ -180,35 +213,20 @@ TEST_F(SoundTest, NodesAreAppendedInOrderAndGroupsCollectConsecutiveMembersNewes
     track.AddPRSNode(&member);
     track.AddSndNode(102, 127, 1, 50, 100);
     EXPECT_EQ(Ring(&track), (std::vector<std::string>{"S101", "G202/201", "W5", "G301", "S102"}));
-    EXPECT_EQ(track.mpHeader->mpPrev->mNodeType, GLNode::SoundNode);
+    // The record forms copy all five numbers, the mode included; the int form
+    // of a member takes (sample, chance, volume, pan) and makes one that stays.
+    EXPECT_EQ(Numbers(&track), (Rows{{101, 90, 0, 30, 75},
+                                     {202, 70, 1, 10, 60},
+                                     {201, 80, 1, 20, 50},
+                                     {5, 10, 1, 40},
+                                     {301, 100, 0, 50, 90},
+                                     {102, 127, 1, 50, 100}}));
     EXPECT_EQ(track.mpHeader->mpPrev->mpNext, track.mpHeader);
-
-    GLSndNode* node = static_cast<GLSndNode*>(track.mpHeader->mpNext);
-    EXPECT_EQ(node->mVolume, 90);
-    EXPECT_EQ(node->mMode, 0);
-    EXPECT_EQ(node->mPan, 30);
-    EXPECT_EQ(node->mProbability, 75);
-    EXPECT_EQ(node->mLock, 1);
-
-    GLPRSNode* group = static_cast<GLPRSNode*>(node->mpNext);
+    EXPECT_EQ(static_cast<GLSndNode*>(track.mpHeader->mpNext)->mLock, 1);
+    GLPRSNode* group = static_cast<GLPRSNode*>(track.mpHeader->mpNext->mpNext);
     EXPECT_EQ(group->mCount, 2);
-    GLSndNode* newest = group->mpFirstChoice;
-    GLSndNode* oldest = static_cast<GLSndNode*>(newest->mpNext);
-    EXPECT_EQ(newest->mpPrev, nullptr);
-    EXPECT_EQ(oldest->mpPrev, newest);
-    EXPECT_EQ(oldest->mpNext, nullptr);
-    // The int form takes (sample, chance, volume, pan) and makes a member that stays.
-    EXPECT_EQ(oldest->mSample, 201);
-    EXPECT_EQ(oldest->mProbability, 50);
-    EXPECT_EQ(oldest->mVolume, 80);
-    EXPECT_EQ(oldest->mPan, 20);
-    EXPECT_EQ(oldest->mMode, 1);
-
-    GLWaitNode* wait = static_cast<GLWaitNode*>(group->mpNext);
-    EXPECT_EQ(wait->mMaxSeconds, 10);
-    EXPECT_EQ(wait->mProbability, 40);
-    // The record form copies all five numbers, the mode included.
-    EXPECT_EQ(static_cast<GLPRSNode*>(wait->mpNext)->mpFirstChoice->mMode, 0);
+    EXPECT_EQ(group->mpFirstChoice->mpPrev, nullptr);
+    EXPECT_EQ(group->mpFirstChoice->mpNext->mpPrev, group->mpFirstChoice);
 }
 
 TEST_F(SoundTest, DeletingANodeTakesTheFirstMatchAndKeepsTheRingClosed)
@@ -256,14 +274,14 @@ TEST_F(SoundTest, DeletingTheNodeThatPlaysLetsTheTrackGoOnAfterItsPredecessor)
     k.playingSamples.clear();
     std::size_t mark = k.Mark();
     Frames(2); // 2 is still unlocked when its test finds it ended; then 3
-    EXPECT_EQ(Sound(mark), (Calls{"UnlockResource(12,2)", "LockResource(12,3)", "PlaySample(3,0,127,0,0)"}));
+    EXPECT_EQ(Sound(mark), Calls{Unlock(2)} + Starts(3));
     track.DeleteSndNode(3); // the last node, playing
     EXPECT_EQ(track.mpCurrent, track.mpHeader->mpNext);
     EXPECT_EQ(track.mpHeader->mpPrev, track.mpHeader->mpNext);
     k.playingSamples.clear();
     mark = k.Mark();
     Frames(2);
-    EXPECT_EQ(Sound(mark), (Calls{"UnlockResource(12,3)", "LockResource(12,1)", "PlaySample(1,0,127,0,0)"}));
+    EXPECT_EQ(Sound(mark), Calls{Unlock(3)} + Starts(1));
 }
 
 // ----- a track frame by frame -----
@@ -278,7 +296,7 @@ TEST_F(SoundTest, ASoundIsTestedEveryFrameAndTheNextNodeStartsTheFrameAfterItEnd
     std::uint32_t before = GLSndRandomState();
     std::size_t mark = k.Mark();
     track.Play(); // the first node starts inside the call
-    EXPECT_EQ(Sound(mark), (Calls{"LockResource(12,101)", "PlaySample(101,0,90,0,0)"}));
+    EXPECT_EQ(Sound(mark), Starts(101, 90));
     EXPECT_EQ(k.CallsSince(mark)[0], "ResourceExists(13,101)");
     EXPECT_EQ(track.mSample, 101);
     EXPECT_EQ(track.mpCurrent, track.mpHeader->mpNext);
@@ -295,13 +313,13 @@ TEST_F(SoundTest, ASoundIsTestedEveryFrameAndTheNextNodeStartsTheFrameAfterItEnd
     EXPECT_EQ(Sound(mark), (Calls{"UnlockResource(12,101)"}));
     mark = k.Mark();
     Frame(); // the next node
-    EXPECT_EQ(Sound(mark), (Calls{"LockResource(13,102)", "PlaySample(102,0,100,0,0)"}));
+    EXPECT_EQ(Sound(mark), Starts(102, 100, 13));
 
     k.playingSamples.erase(102);
     Frame();
     mark = k.Mark();
     Frame(); // round the ring to the first node again
-    EXPECT_EQ(Sound(mark), (Calls{"LockResource(12,101)", "PlaySample(101,0,90,0,0)"}));
+    EXPECT_EQ(Sound(mark), Starts(101, 90));
     // Sure nodes draw nothing.
     EXPECT_EQ(GLSndRandomState(), before);
 }
@@ -357,7 +375,7 @@ TEST_F(SoundTest, AWaitLastsItsSecondsThenTheTestRunsAndTheNextNodeStartsTheFram
     Frame();
     mark = k.Mark();
     Frame();
-    EXPECT_EQ(Sound(mark), (Calls{"LockResource(12,7)", "PlaySample(7,0,127,0,0)"}));
+    EXPECT_EQ(Sound(mark), Starts(7));
 }
 
 TEST_F(SoundTest, AChanceDrawsOnceAndLetsThroughWhenTheDrawModHundredIsAtMostIt)
@@ -450,10 +468,8 @@ TEST_F(SoundTest, AUseOnceNodePlaysOnceIsRemovedAndTheTrackGoesOn)
     Frames(2);
     k.playingSamples.erase(22);
     Frames(2);
-    EXPECT_EQ(Sound(mark), (Calls{"LockResource(12,21)", "PlaySample(21,0,127,0,0)", "UnlockResource(12,21)",
-                                  "LockResource(12,22)", "PlaySample(22,0,127,0,0)", "UnlockResource(12,22)",
-                                  "LockResource(12,22)", "PlaySample(22,0,127,0,0)", "UnlockResource(12,22)",
-                                  "LockResource(12,22)", "PlaySample(22,0,127,0,0)"}));
+    const Calls again = Calls{Unlock(22)} + Starts(22);
+    EXPECT_EQ(Sound(mark), Starts(21) + Calls{Unlock(21)} + Starts(22) + again + again);
 }
 
 TEST_F(SoundTest, UseOnceWaitsAndWaitsThatLoseTheirDrawPassInOneFrame)
@@ -474,7 +490,7 @@ TEST_F(SoundTest, UseOnceWaitsAndWaitsThatLoseTheirDrawPassInOneFrame)
     Frame(); // the wait loses its draw: no wait...
     EXPECT_EQ(track.mType, GLTimer::CyclesTimer);
     Frame(); // ...and the next frame starts the sound
-    EXPECT_EQ(Sound(mark), (Calls{"LockResource(12,31)", "PlaySample(31,0,127,0,0)"}));
+    EXPECT_EQ(Sound(mark), Starts(31));
     EXPECT_EQ(CountSince(mark, "GetSampleVolume"), 0);
 
     k.playingSamples.clear();
@@ -533,7 +549,7 @@ TEST_F(SoundTest, APausedTrackRestsAfterItsNextTestAndResumesWithTheNodeAfterThe
     EXPECT_EQ(CountSince(mark, "GetSampleVolume"), 0);
 
     EXPECT_EQ(track.Resume(), TRUE);
-    EXPECT_EQ(Sound(mark), (Calls{"LockResource(12,52)", "PlaySample(52,0,127,0,0)"}));
+    EXPECT_EQ(Sound(mark), Starts(52));
 
     // A pause lifted before the track noticed it: the track just goes on.
     track.Pause();
@@ -541,7 +557,7 @@ TEST_F(SoundTest, APausedTrackRestsAfterItsNextTestAndResumesWithTheNodeAfterThe
     k.playingSamples.clear();
     mark = k.Mark();
     Frames(2);
-    EXPECT_EQ(Sound(mark), (Calls{"UnlockResource(12,52)", "LockResource(12,53)", "PlaySample(53,0,127,0,0)"}));
+    EXPECT_EQ(Sound(mark), Calls{Unlock(52)} + Starts(53));
 
     // Resumed in the frame between the test and the rest: the cue takes the
     // track to state 0 at once, and the wait that runs to state 1 (the next
@@ -554,7 +570,7 @@ TEST_F(SoundTest, APausedTrackRestsAfterItsNextTestAndResumesWithTheNodeAfterThe
     EXPECT_EQ(track.mState, 0);
     EXPECT_TRUE(Sound(mark).empty());
     Frame();
-    EXPECT_EQ(Sound(mark), (Calls{"LockResource(12,51)", "PlaySample(51,0,127,0,0)"}));
+    EXPECT_EQ(Sound(mark), Starts(51));
     mark = k.Mark();
     Frames(3);
     EXPECT_EQ(CountSince(mark, "GetSampleVolume"), 3);
@@ -578,7 +594,7 @@ TEST_F(SoundTest, StopAndFadeEndTheTrackAtItsNextTestAndPlayStartsItOverFromTheF
 
     mark = k.Mark();
     track.Play();
-    EXPECT_EQ(Sound(mark), (Calls{"LockResource(12,61)", "PlaySample(61,0,127,0,0)"}));
+    EXPECT_EQ(Sound(mark), Starts(61));
     EXPECT_EQ(track.mStopped, 0);
 
     mark = k.Mark();
@@ -599,7 +615,7 @@ TEST_F(SoundTest, StopAndFadeEndTheTrackAtItsNextTestAndPlayStartsItOverFromTheF
     EXPECT_EQ(track.mState, 0);
     EXPECT_TRUE(Sound(mark).empty());
     Frame();
-    EXPECT_EQ(Sound(mark), (Calls{"LockResource(12,61)", "PlaySample(61,0,127,0,0)"}));
+    EXPECT_EQ(Sound(mark), Starts(61));
     track.Stop();
     Frames(2);
 
@@ -610,7 +626,7 @@ TEST_F(SoundTest, StopAndFadeEndTheTrackAtItsNextTestAndPlayStartsItOverFromTheF
     Frames(2);
     mark = k.Mark();
     track.Play();
-    EXPECT_EQ(Sound(mark), (Calls{"LockResource(12,61)", "PlaySample(61,0,127,0,0)"}));
+    EXPECT_EQ(Sound(mark), Starts(61));
     mark = k.Mark();
     Frames(3);
     EXPECT_EQ(CountSince(mark, "GetSampleVolume"), 3);
@@ -893,15 +909,7 @@ TEST_F(SoundTest, ResumingTracksThroughTheManagerOnlyClearsTheirPause)
     Frames(3);
     EXPECT_TRUE(Sound(mark).empty());
     track->Resume();
-    EXPECT_EQ(Sound(mark), (Calls{"LockResource(12,112)", "PlaySample(112,0,127,0,0)"}));
-
-    // A track that had not yet noticed its pause simply goes on.
-    k.playingSamples.clear();
-    manager.PauseSndTrack(track->mTrackId);
-    manager.ResumeSndTrack(track->mTrackId);
-    mark = k.Mark();
-    Frames(2);
-    EXPECT_EQ(Sound(mark), (Calls{"UnlockResource(12,112)", "LockResource(12,111)", "PlaySample(111,0,127,0,0)"}));
+    EXPECT_EQ(Sound(mark), Starts(112));
 }
 
 TEST_F(SoundTest, TheManagerStopsAndDeletesItsTracksAndForgetsItsWatchesWhenItGoes)
@@ -936,19 +944,8 @@ TEST_F(SoundTest, TheDocumentedExampleFileBuildsItsRingAndPlaysFrameByFrame)
     ASSERT_NE(track, nullptr);
     EXPECT_EQ(track->mTrackId, 1);
     EXPECT_EQ(Ring(track), (std::vector<std::string>{"S101", "W5", "G202/201"}));
-    GLSndNode* sound = static_cast<GLSndNode*>(track->mpHeader->mpNext);
-    EXPECT_EQ(sound->mVolume, 90);
-    EXPECT_EQ(sound->mMode, 1);
-    EXPECT_EQ(sound->mPan, 50);
-    EXPECT_EQ(sound->mProbability, 100);
-    GLWaitNode* wait = static_cast<GLWaitNode*>(sound->mpNext);
-    EXPECT_EQ(wait->mMaxSeconds, 10);
-    GLSndNode* newest = static_cast<GLPRSNode*>(wait->mpNext)->mpFirstChoice;
-    GLSndNode* oldest = static_cast<GLSndNode*>(newest->mpNext);
-    EXPECT_EQ(newest->mProbability, 100);
-    EXPECT_EQ(oldest->mProbability, 50);
-    EXPECT_EQ(oldest->mVolume, 127);
-    EXPECT_EQ(Sound(mark), (Calls{"LockResource(12,101)", "PlaySample(101,0,90,0,0)"}));
+    EXPECT_EQ(Numbers(track), (Rows{{101, 90, 1, 50, 100}, {5, 10, 1, 100}, {202, 127, 1, 50, 100}, {201, 127, 1, 50, 50}}));
+    EXPECT_EQ(Sound(mark), Starts(101, 90));
 
     for (int loop = 0; loop < 3; loop++) {
         Dice dice;
@@ -965,14 +962,11 @@ TEST_F(SoundTest, TheDocumentedExampleFileBuildsItsRingAndPlaysFrameByFrame)
         Frame();
         int sample = choice == 0 ? 202 : 201;
         EXPECT_EQ(track->mSample, sample);
-        Calls expected{"LockResource(12," + std::to_string(sample) + ")",
-                       "PlaySample(" + std::to_string(sample) + ",0,127,0,0)"};
-        EXPECT_EQ(Sound(mark), passes ? expected : Calls{});
+        EXPECT_EQ(Sound(mark), passes ? Starts(sample) : Calls{});
         k.playingSamples.clear();
         mark = k.Mark();
         Frames(2);
-        EXPECT_EQ(Sound(mark), (Calls{"UnlockResource(12," + std::to_string(sample) + ")", "LockResource(12,101)",
-                                      "PlaySample(101,0,90,0,0)"}));
+        EXPECT_EQ(Sound(mark), Calls{Unlock(sample)} + Starts(101, 90));
     }
 }
 
@@ -994,20 +988,7 @@ TEST_F(SoundTest, TheReaderTakesDefaultsPrefixesSeparatorsAndLineEndsAsDocumente
     GLSndTrack* track = manager.CreateSndTrack(path.c_str());
     ASSERT_NE(track, nullptr);
     EXPECT_EQ(Ring(track), (std::vector<std::string>{"S1", "S2", "W7", "W8", "G10", "S13", "G-17", "S18", "S19"}));
-    std::vector<std::vector<int>> numbers;
-    for (GLNode* node = track->mpHeader->mpNext; node != track->mpHeader; node = node->mpNext) {
-        if (node->mNodeType == GLNode::SoundNode) {
-            GLSndNode* n = static_cast<GLSndNode*>(node);
-            numbers.push_back({n->mSample, n->mVolume, n->mMode, n->mPan, n->mProbability});
-        } else if (node->mNodeType == GLNode::WaitNode) {
-            GLWaitNode* n = static_cast<GLWaitNode*>(node);
-            numbers.push_back({n->mMinSeconds, n->mMaxSeconds, n->mMode, n->mProbability});
-        } else {
-            GLSndNode* n = static_cast<GLPRSNode*>(node)->mpFirstChoice;
-            numbers.push_back({n->mSample, n->mVolume, n->mMode, n->mPan, n->mProbability});
-        }
-    }
-    EXPECT_EQ(numbers, (std::vector<std::vector<int>>{
+    EXPECT_EQ(Numbers(track), (Rows{
                            {1, 127, 1, 50, 100},
                            {2, 3, 4, 5, 6},
                            {7, 0, 1, 100},
@@ -1071,22 +1052,13 @@ TEST_F(SoundTest, ASeparatorBeforeTheLineEndGivesOneMoreNumberReadAsZero)
     GLSndTrack* track = manager.CreateSndTrack(path.c_str());
     ASSERT_NE(track, nullptr);
     ASSERT_EQ(Ring(track), (std::vector<std::string>{"S5", "G6", "S7", "W8", "S9", "S10"}));
-    GLSndNode* five = static_cast<GLSndNode*>(track->mpHeader->mpNext);
-    GLSndNode* six = static_cast<GLPRSNode*>(five->mpNext)->mpFirstChoice;
-    GLSndNode* seven = static_cast<GLSndNode*>(five->mpNext->mpNext);
-    GLWaitNode* eight = static_cast<GLWaitNode*>(seven->mpNext);
-    GLSndNode* nine = static_cast<GLSndNode*>(eight->mpNext);
-    GLSndNode* ten = static_cast<GLSndNode*>(nine->mpNext);
-    EXPECT_EQ(five->mVolume, 0);
-    EXPECT_EQ(five->mMode, 1);
-    EXPECT_EQ(six->mProbability, 0);
-    EXPECT_EQ(six->mVolume, 127);
-    EXPECT_EQ(seven->mVolume, 90);
-    EXPECT_EQ(seven->mMode, 0);
-    EXPECT_EQ(eight->mMaxSeconds, 3);
-    EXPECT_EQ(eight->mMode, 0);
-    EXPECT_EQ(nine->mProbability, 100); // a sixth number is not read
-    EXPECT_EQ(ten->mVolume, 127);       // no line end, no extra number
+    // A sixth number is not read (9); with no line end there is no extra number (10).
+    EXPECT_EQ(Numbers(track), (Rows{{5, 0, 1, 50, 100},
+                                    {6, 127, 1, 50, 0},
+                                    {7, 90, 0, 50, 100},
+                                    {8, 3, 0, 100},
+                                    {9, 1, 1, 60, 100},
+                                    {10, 127, 1, 50, 100}}));
 }
 
 // A line is read at most 119 characters at a time (a line end of "\r\n"
@@ -1102,12 +1074,11 @@ TEST_F(SoundTest, ALongLineIsReadInPiecesOfAtMostOneHundredAndNineteenCharacters
     GLSndTrack* track = manager.CreateSndTrack(WriteFile(text).c_str());
     ASSERT_NE(track, nullptr);
     EXPECT_EQ(Ring(track), (std::vector<std::string>{"S1", "S2", "S3", "S4", "S6"}));
-    GLSndNode* two = static_cast<GLSndNode*>(track->mpHeader->mpNext->mpNext);
-    GLSndNode* three = static_cast<GLSndNode*>(two->mpNext);
-    EXPECT_EQ(static_cast<GLSndNode*>(track->mpHeader->mpNext)->mVolume, 127);
-    EXPECT_EQ(two->mVolume, 64);
-    EXPECT_EQ(three->mVolume, 0);
-    EXPECT_EQ(static_cast<GLSndNode*>(three->mpNext)->mVolume, 2147483647);
+    EXPECT_EQ(Numbers(track), (Rows{{1, 127, 1, 50, 100},
+                                    {2, 64, 1, 50, 100},
+                                    {3, 0, 1, 50, 100},
+                                    {4, 2147483647, 1, 50, 100},
+                                    {6, 127, 1, 50, 100}}));
 }
 
 TEST_F(SoundTest, AnEmptyFileGivesAnEmptyTrackAndAMissingOneGivesNone)
