@@ -1,7 +1,6 @@
 // Scripts: states entered on construction, on cues and when their own waits
 // are over, frame by frame through the game's object set.
-#include "QuindleTest.h"
-#include "glgame.h"
+#include "GameTest.h"
 #include "glscript.h"
 #include "glset.h"
 
@@ -34,24 +33,14 @@ void Code(GLScript* pScript, int iState)
         gScene->action(pScript, iState);
 }
 
-class ScriptTest : public QuindleTest {
+class ScriptTest : public GameTest {
 protected:
-    void SetUp() override
-    {
-        game = new GLGame;
-        GLDLLInit(game);
-        gScene = &scene;
-    }
-    void TearDown() override
-    {
-        gScene = nullptr;
-        delete game;
-        theGame = nullptr;
-    }
+    ScriptTest() { gScene = &scene; }
+    ~ScriptTest() override { gScene = nullptr; }
     void Frame()
     {
         ++scene.frame;
-        theGame->DoIt();
+        GameTest::Frame();
     }
     std::vector<int> States() const
     {
@@ -62,25 +51,21 @@ protected:
     }
     GLSetAsArray<GLObject>& Objects() { return *theGame->mpObjects; }
 
-    GLGame* game = nullptr;
     Scene scene;
 };
 
 // Told when a script is destroyed; copies what it sees during the call.
-class Watcher : public GLObject {
+class Watcher : public CueRecorder {
 public:
     void Cue(GLCue* pCue) override
     {
-        ++cues;
+        CueRecorder::Cue(pCue);
         cue = pCue;
         whoToCue = pCue->mpWhoToCue;
-        value = pCue->mValue;
         data = pCue->mpData;
     }
-    int cues = 0;
     GLCue* cue = nullptr;
     GLObject* whoToCue = nullptr;
-    int value = 0;
     void* data = nullptr;
 };
 
@@ -204,27 +189,6 @@ TEST_F(ScriptTest, ATicksWaitCountsFromTheTicksOfTheCurrentFrame)
     delete script;
 }
 
-TEST_F(ScriptTest, TwoCuesInOneFrameAdvanceTheScriptTwice)
-{
-    GLScript* script = new GLScript(Code);
-    GLObject cuer;
-    Idler between;
-    // The first cue delivered leaves the set and moves the rest down under the
-    // game's walk; with one member between them both cues are reached in the
-    // same frame.
-    new GLCue(script, &cuer, 5);
-    Objects().AddToFront(&between);
-    new GLCue(script, &cuer, 6);
-    Frame();
-    ASSERT_EQ(States(), (std::vector<int>{0, 1, 2}));
-    EXPECT_EQ(scene.calls[2].frame, 1);
-    EXPECT_EQ(Objects().NumElements(), 2);
-    Frame();
-    EXPECT_EQ(scene.calls.size(), 3u);
-    Objects().Remove(&between);
-    delete script;
-}
-
 TEST_F(ScriptTest, ACueDuringAWaitAdvancesTheStateAndTheWaitStillRuns)
 {
     scene.action = [](GLScript* pScript, int iState) {
@@ -273,7 +237,7 @@ TEST_F(ScriptTest, ADestroyedScriptLeavesTheSetAndCuesItsCuerWithItself)
     EXPECT_EQ(watcher.cues, 1);
     EXPECT_EQ(watcher.cue, script);
     EXPECT_EQ(watcher.whoToCue, script);
-    EXPECT_EQ(watcher.value, 31);
+    EXPECT_EQ(watcher.lastValue, 31);
     EXPECT_EQ(watcher.data, &data);
 }
 
@@ -328,7 +292,7 @@ TEST_F(ScriptTest, ACopyIsNotRunAndGoesWithoutDisturbingTheSet)
     }
     // Destroying a script tells its cuer, a copy included.
     EXPECT_EQ(watcher.cues, 1);
-    EXPECT_EQ(watcher.value, 6);
+    EXPECT_EQ(watcher.lastValue, 6);
     EXPECT_EQ(Objects().NumElements(), 1);
     Frame();
     Frame();

@@ -1,8 +1,6 @@
 // Cues and timers, delivered frame by frame through the game's object set.
-#include "QuindleTest.h"
-#include "glgame.h"
+#include "GameTest.h"
 #include "glset.h"
-#include "gltimer.h"
 
 #include <functional>
 #include <utility>
@@ -21,26 +19,15 @@ struct Delivery {
 };
 
 // A test runs whole frames of a real game on the recording kernel.
-class CueTest : public QuindleTest {
+class CueTest : public GameTest {
 protected:
-    void SetUp() override
-    {
-        game = new GLGame;
-        GLDLLInit(game);
-    }
-    void TearDown() override
-    {
-        delete game;
-        theGame = nullptr;
-    }
     void Frame()
     {
         ++frame;
-        theGame->DoIt();
+        GameTest::Frame();
     }
     GLSetAsArray<GLObject>& Objects() { return *theGame->mpObjects; }
 
-    GLGame* game = nullptr;
     int frame = 0;
 };
 
