@@ -490,7 +490,7 @@ TEST_F(GameTest, QuitHandlerIsTheLastPrimaDonnaAndHogsKeepTheKeyFromIt)
     game->mpObjects->Remove(&installer);
 }
 
-TEST_F(GameTest, QuitHandlerClaimsOnlyTheQuitKey)
+TEST_F(GameTest, AnotherKeyClaimedBeforeIsReportedClaimedAndDoesNotQuit)
 {
     // Which keys quit is seen through Play above; here, another key that
     // arrives claimed is reported claimed and ends nothing.

@@ -1,13 +1,8 @@
 // Input dispatch: the frame's event, hands off, null events, modal hogs and
 // the order of precedence hogs, prima donnas, planes, orphans.
-#include "QuindleTest.h"
+#include "GameTest.h"
 #include "glcast.h"
-#include "glcursor.h"
-#include "glgame.h"
-#include "glplane.h"
-#include "glplanes.h"
 #include "gltarget.h"
-#include "gluser.h"
 
 #include <string>
 #include <vector>
@@ -37,18 +32,12 @@ public:
 
 using Log = std::vector<std::string>;
 
-class UserTest : public QuindleTest {
+// Hands start off, as in a new user.
+class UserTest : public GameTest {
 protected:
-    void SetUp() override
-    {
-        game = new GLGame;
-        GLDLLInit(game);
-        user = game->mpUser;
-    }
-    void TearDown() override { delete game; }
+    UserTest() { user->IsHandsOn(FALSE); }
 
-    GLGame* game = nullptr;
-    GLUser* user = nullptr;
+    GLUser* user = game->mpUser;
     Log log;
 };
 
@@ -362,9 +351,8 @@ public:
 
 class UserPlaneTest : public UserTest {
 protected:
-    void SetUp() override
+    UserPlaneTest()
     {
-        UserTest::SetUp();
         top = new GLColoredPlane(ZOR_Rect(0, 0, 99, 99), 1, 10, 0, ZOR_Point(0, 0));
         low = new GLColoredPlane(ZOR_Rect(50, 50, 199, 199), 2, 5, 0, ZOR_Point(0, 0));
         game->mpPlaneManager->Add(low);
@@ -375,7 +363,7 @@ protected:
         user->mpOrphans->AddToEnd(&orphan);
         user->IsHandsOn(TRUE);
     }
-    void TearDown() override
+    ~UserPlaneTest() override
     {
         user->mpPrimaDonnas->Remove(&prima);
         user->mpOrphans->Remove(&orphan);
@@ -385,7 +373,6 @@ protected:
         game->mpPlaneManager->Remove(low);
         delete top;
         delete low;
-        UserTest::TearDown();
     }
 
     AbsGLPlane* top = nullptr;
