@@ -216,11 +216,4 @@ TEST_F(EventTest, HandlerSetRereadsItsCountAtEveryStep)
     EXPECT_EQ(log, (std::vector<std::string>{"a(0,0)global", "late(0,0)global"}));
 }
 
-TEST_F(EventTest, AnUninitialisedHandlerSetReportsTheListInvariant)
-{
-    GLEventHandlerSet set;
-    GLEvent event;
-    EXPECT_GL_ASSERT(set.HandleEvent(&event), "include/klist.h", "Assert()");
-}
-
 } // namespace
