@@ -57,10 +57,16 @@ DemoGame::~DemoGame()
     delete mpQuitHandler;
     delete mpRooms;
     delete mpSound;
-    // Cues and timers that were still on their way when the game ended are
-    // in the object set; they are ours to delete (each leaves the set itself).
-    while (mpObjects->NumElements() > 0)
-        delete mpObjects->At(0);
+    // Cues and timers still on their way when the game ended are ours to
+    // delete. Anything else left in the object set is a room's that forgot to
+    // give it back: the player's report of blocks not given back names it.
+    for (int i = 0; i < mpObjects->NumElements(); i++) {
+        GLCue* cue = dynamic_cast<GLCue*>(mpObjects->At(i));
+        if (cue && !dynamic_cast<GLScript*>(cue)) {
+            delete cue; // it leaves the set itself
+            i--;
+        }
+    }
 }
 
 void DemoGame::DoIt()

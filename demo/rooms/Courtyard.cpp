@@ -192,9 +192,13 @@ Courtyard::~Courtyard()
     // drops the sound manager's watch on it, and cues already on their way
     // are cancelled.
     Demo()->Sound()->Stop(kBellToll, 0);
+    GLCycler* opening = mpScene ? static_cast<GLCycler*>(mpScene->mpData) : 0;
+    if (opening && opening->IsCycling())
+        opening->Done(); // the game ends while the gate opens: the cycler lets go of the scene
     Demo()->CancelCuesTo(this);
     Demo()->CancelCuesTo(mpPip);
     Demo()->CancelCuesTo(mpScene);
+    delete opening;
     if (mAmbience)
         Demo()->Sound()->DeleteSndTrack(mAmbience);
     delete mpScene;

@@ -104,6 +104,27 @@ TEST(DemoPlaythrough, GivesBackEveryBlock)
     EXPECT_EQ(run.errors.find("not given back"), std::string::npos) << run.errors;
 }
 
+// The game may end at any moment (the window is closed, the time is over):
+// mid-conversation, while the gate opens, in the gallery's greeting, during
+// the walk to the television. It still gives back every block.
+TEST(DemoPlaythrough, EndsCleanlyAtAnyMoment)
+{
+    char dir[] = "/tmp/quindle-demo-end-XXXXXX";
+    ASSERT_TRUE(::mkdtemp(dir));
+    const std::string out = dir;
+    for (int ticks : {150, 1050, 1100, 1200, 1380}) {
+        const std::string command = std::string(PLAYER) + " " + DEMO_FOLDER + " --no-gif --script " + PLAYTHROUGH +
+                                    " --out " + out + " --ticks " + std::to_string(ticks) + " > " + out +
+                                    "/log.txt 2> " + out + "/errors.txt";
+        const int status = std::system(command.c_str());
+        const std::string errors = ReadAll(out + "/errors.txt");
+        EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0) << "ended at tick " << ticks << "\n" << errors;
+        EXPECT_NE(errors.find("time over"), std::string::npos) << errors;
+        EXPECT_EQ(errors.find("not given back"), std::string::npos) << "ended at tick " << ticks << "\n" << errors;
+    }
+    (void)std::system(("rm -rf " + out).c_str());
+}
+
 // A frame's fingerprint: FNV-1a over the colour of every pixel.
 std::uint64_t FrameHash(const std::string& png, const SoftPalette& palette)
 {
