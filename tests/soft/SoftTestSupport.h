@@ -49,6 +49,13 @@ std::uint64_t FrameHash(const std::uint8_t* pixels, std::size_t size);
 // working directory and names them in the failure.
 ::testing::AssertionResult FrameMatches(const SoftKernel& k, const Expected& expected, const std::string& name);
 
+// A rectangle's edges as "left,top,right,bottom", to compare in one line.
+template <typename Rect> std::string Edges(const Rect& r)
+{
+    return std::to_string(r.left) + "," + std::to_string(r.top) + "," + std::to_string(r.right) + "," +
+           std::to_string(r.bottom);
+}
+
 // Helpers that do what the library does to put planes and items up.
 KernelPlaneRecord* MakePlane(SoftKernel& k, int type, int color, ZOR_Rect rect, int priority, int picture = 0,
                              int mirror = 0);

@@ -114,18 +114,12 @@ TEST_F(SoftCompose, ScaleAndInsetShapeBothTheDrawingAndTheNowSeenRect)
     KernelScreenItemRecord* r = MakeItem(k, p, 10, 0, 0, 100, 100);
     ZOR_Rect seen;
     ASSERT_TRUE(k.GetNowSeenRect(p->id, r->id, &seen));
-    EXPECT_EQ(seen.left, 98);
-    EXPECT_EQ(seen.top, 98);
-    EXPECT_EQ(seen.right, 101);
-    EXPECT_EQ(seen.bottom, 100);
+    EXPECT_EQ(Edges(seen), "98,98,101,100");
 
     r->scale = ScaleInfo{256, 384, 100, 0}; // twice as wide, three times as high
     k.UpdateScreenItem(r);
     ASSERT_TRUE(k.GetNowSeenRect(p->id, r->id, &seen));
-    EXPECT_EQ(seen.left, 96);
-    EXPECT_EQ(seen.top, 94);
-    EXPECT_EQ(seen.right, 103);
-    EXPECT_EQ(seen.bottom, 102);
+    EXPECT_EQ(Edges(seen), "96,94,103,102");
     k.UpdateScreen(1);
     Expected e;
     e.Fill(10, 10, 629, 469, 1);
@@ -141,10 +135,7 @@ TEST_F(SoftCompose, ScaleAndInsetShapeBothTheDrawingAndTheNowSeenRect)
     r->insetRect = ZOR_Rect(1, 1, 2, 5);
     k.UpdateScreenItem(r);
     ASSERT_TRUE(k.GetNowSeenRect(p->id, r->id, &seen));
-    EXPECT_EQ(seen.left, 99);
-    EXPECT_EQ(seen.top, 99);
-    EXPECT_EQ(seen.right, 100);
-    EXPECT_EQ(seen.bottom, 100);
+    EXPECT_EQ(Edges(seen), "99,99,100,100");
     k.UpdateScreen(1);
     Expected f;
     f.Fill(10, 10, 629, 469, 1);

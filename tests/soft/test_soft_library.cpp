@@ -73,10 +73,7 @@ TEST_F(SoftLibrary, ACelsClickableRectangleIsWhatTheKernelDraws)
     cel->Show();
     cel->SetPos(GLPoint(100, 50), TRUE); // an update: the rectangle comes from the kernel
     const GLRect& r = cel->GetRect();
-    EXPECT_EQ(r.left, 95);
-    EXPECT_EQ(r.top, 41);
-    EXPECT_EQ(r.right, 104);
-    EXPECT_EQ(r.bottom, 50);
+    EXPECT_EQ(Edges(r), "95,41,104,50");
     Frames(1);
     // Screen = plane origin (10, 20) + plane coordinates.
     EXPECT_EQ(k.Frame()[(20 + 41) * 640 + 10 + 95], 1); // transparent corner
@@ -87,10 +84,7 @@ TEST_F(SoftLibrary, ACelsClickableRectangleIsWhatTheKernelDraws)
     EXPECT_TRUE(cel->OnPoint(GLPoint(100, 46), TRUE));
 
     cel->SetScale(ScaleInfo{256, 256, 100, 0}, TRUE);
-    EXPECT_EQ(cel->GetRect().left, 90);
-    EXPECT_EQ(cel->GetRect().top, 32);
-    EXPECT_EQ(cel->GetRect().right, 109);
-    EXPECT_EQ(cel->GetRect().bottom, 51);
+    EXPECT_EQ(Edges(cel->GetRect()), "90,32,109,51");
     ZOR_Rect seen;
     ASSERT_TRUE(cel->NowSeenRect(&seen));
     EXPECT_EQ(seen.right, 109);
