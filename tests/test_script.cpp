@@ -189,6 +189,27 @@ TEST_F(ScriptTest, ATicksWaitCountsFromTheTicksOfTheCurrentFrame)
     delete script;
 }
 
+TEST_F(ScriptTest, TwoCuesInOneFrameAdvanceTheScriptTwice)
+{
+    GLScript* script = new GLScript(Code);
+    GLObject cuer;
+    Idler between;
+    // The first cue delivered leaves the set and moves the rest down under the
+    // game's walk; with one member between them both cues are reached in the
+    // same frame.
+    new GLCue(script, &cuer, 5);
+    Objects().AddToFront(&between);
+    new GLCue(script, &cuer, 6);
+    Frame();
+    ASSERT_EQ(States(), (std::vector<int>{0, 1, 2}));
+    EXPECT_EQ(scene.calls[2].frame, 1);
+    EXPECT_EQ(Objects().NumElements(), 2);
+    Frame();
+    EXPECT_EQ(scene.calls.size(), 3u);
+    Objects().Remove(&between);
+    delete script;
+}
+
 TEST_F(ScriptTest, ACueDuringAWaitAdvancesTheStateAndTheWaitStillRuns)
 {
     scene.action = [](GLScript* pScript, int iState) {
