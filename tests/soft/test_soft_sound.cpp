@@ -128,10 +128,6 @@ TEST_F(SoftSound, StopsPansAndSettingsKeepTheirState)
     EXPECT_EQ(k.GetChannelCount(), 2);
     k.SetGlobalVolume(200);
     EXPECT_EQ(k.GetGlobalVolume(), 127);
-    k.SetAutoVolAdjust(3);
-    EXPECT_EQ(k.GetAutoVolAdjust(), 3);
-    k.SetDACCritical(1);
-    EXPECT_EQ(k.GetDACCritical(), 1);
     EXPECT_TRUE(k.IsAudioInstalled());
     EXPECT_EQ(k.PreloadSample(10), 1);
     EXPECT_EQ(k.PreloadSample(99), 0);
