@@ -423,16 +423,23 @@ int GLScreenItem::GetCel() const
     return m_iCel;
 }
 
+// The view, loop or cel changed: the picture triple and the record's source
+// follow, and the item is marked changed.
+void GLScreenItem::PictureChanged(int fDoUpdate)
+{
+    m_CelRes.Init(static_cast<std::uint32_t>(m_iView), static_cast<short>(m_iLoop), static_cast<short>(m_iCel),
+                  m_CelRes.mData);
+    SetViewSource(&m_pScreenItem->source, m_iView, m_iLoop, m_iCel);
+    Changed(fDoUpdate);
+}
+
 void GLScreenItem::SetView(int iView, int fDoUpdate)
 {
     GL_ASSERT(m_pScreenItem != 0);
     GL_ASSERT(iView >= 0);
     GL_ASSERT(m_pKernelMemBitmap == 0);
     m_iView = iView;
-    m_CelRes.Init(static_cast<std::uint32_t>(m_iView), static_cast<short>(m_iLoop), static_cast<short>(m_iCel),
-                  m_CelRes.mData);
-    SetViewSource(&m_pScreenItem->source, m_iView, m_iLoop, m_iCel);
-    Changed(fDoUpdate);
+    PictureChanged(fDoUpdate);
 }
 
 void GLScreenItem::SetLoop(int iLoop, int fDoUpdate)
@@ -441,10 +448,7 @@ void GLScreenItem::SetLoop(int iLoop, int fDoUpdate)
     GL_ASSERT(iLoop >= 0);
     GL_ASSERT(m_pKernelMemBitmap == 0);
     m_iLoop = iLoop;
-    m_CelRes.Init(static_cast<std::uint32_t>(m_iView), static_cast<short>(m_iLoop), static_cast<short>(m_iCel),
-                  m_CelRes.mData);
-    SetViewSource(&m_pScreenItem->source, m_iView, m_iLoop, m_iCel);
-    Changed(fDoUpdate);
+    PictureChanged(fDoUpdate);
 }
 
 void GLScreenItem::SetCel(int iCel, int fDoUpdate)
@@ -453,10 +457,7 @@ void GLScreenItem::SetCel(int iCel, int fDoUpdate)
     GL_ASSERT(iCel >= 0);
     GL_ASSERT(m_pKernelMemBitmap == 0);
     m_iCel = iCel;
-    m_CelRes.Init(static_cast<std::uint32_t>(m_iView), static_cast<short>(m_iLoop), static_cast<short>(m_iCel),
-                  m_CelRes.mData);
-    SetViewSource(&m_pScreenItem->source, m_iView, m_iLoop, m_iCel);
-    Changed(fDoUpdate);
+    PictureChanged(fDoUpdate);
 }
 
 void GLScreenItem::Load(int iView, int iLoop, int iCel, int fDoUpdate)
@@ -469,10 +470,7 @@ void GLScreenItem::Load(int iView, int iLoop, int iCel, int fDoUpdate)
     m_iView = iView;
     m_iLoop = iLoop;
     m_iCel = iCel;
-    m_CelRes.Init(static_cast<std::uint32_t>(m_iView), static_cast<short>(m_iLoop), static_cast<short>(m_iCel),
-                  m_CelRes.mData);
-    SetViewSource(&m_pScreenItem->source, m_iView, m_iLoop, m_iCel);
-    Changed(fDoUpdate);
+    PictureChanged(fDoUpdate);
 }
 
 void GLScreenItem::Load(GLCelRes res, int fDoUpdate)

@@ -167,6 +167,7 @@ private:
     void CheckRecord() const;
     // Marks the change and pushes it when asked.
     void Changed(int fDoUpdate);
+    void PictureChanged(int fDoUpdate);
 };
 
 #endif

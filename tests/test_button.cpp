@@ -14,21 +14,6 @@
 
 namespace {
 
-#if defined(__x86_64__) || defined(__i386__)
-// The slot of a virtual member in its class's table, read from the member
-// pointer (on these targets it holds the slot's byte offset plus one).
-template <class F> std::ptrdiff_t VirtualSlot(F f)
-{
-    struct {
-        std::uintptr_t ptr;
-        std::ptrdiff_t adj;
-    } rep;
-    static_assert(sizeof(rep) == sizeof(f), "member pointer layout");
-    std::memcpy(&rep, &f, sizeof(rep));
-    return static_cast<std::ptrdiff_t>((rep.ptr - 1) / sizeof(void*));
-}
-#endif
-
 int gMouseUps = 0;
 GLObject* gLastButton = nullptr;
 
@@ -177,13 +162,13 @@ TEST_F(ButtonTest, ABitmapButtonOnlyPushesItsScreenItem)
 // slot: the six state operations come first, then GeneralSelect.
 TEST(ButtonTable, TheAddedOperationsKeepTheirSlots)
 {
-    const std::ptrdiff_t enable = VirtualSlot(&GLButton::Enable);
-    EXPECT_EQ(VirtualSlot(&GLButton::Disable), enable + 1);
-    EXPECT_EQ(VirtualSlot(&GLButton::Depress), enable + 2);
-    EXPECT_EQ(VirtualSlot(&GLButton::UnDepress), enable + 3);
-    EXPECT_EQ(VirtualSlot(&GLButton::Highlight), enable + 4);
-    EXPECT_EQ(VirtualSlot(&GLButton::UnHighlight), enable + 5);
-    EXPECT_EQ(VirtualSlot(&GLButton::GeneralSelect), enable + 6);
+    const std::ptrdiff_t enable = quindle_test::VirtualSlot(&GLButton::Enable);
+    EXPECT_EQ(quindle_test::VirtualSlot(&GLButton::Disable), enable + 1);
+    EXPECT_EQ(quindle_test::VirtualSlot(&GLButton::Depress), enable + 2);
+    EXPECT_EQ(quindle_test::VirtualSlot(&GLButton::UnDepress), enable + 3);
+    EXPECT_EQ(quindle_test::VirtualSlot(&GLButton::Highlight), enable + 4);
+    EXPECT_EQ(quindle_test::VirtualSlot(&GLButton::UnHighlight), enable + 5);
+    EXPECT_EQ(quindle_test::VirtualSlot(&GLButton::GeneralSelect), enable + 6);
 }
 #endif
 

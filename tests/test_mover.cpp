@@ -14,21 +14,6 @@
 
 namespace {
 
-#if defined(__x86_64__) || defined(__i386__)
-// The slot of a virtual member in its class's table, read from the member
-// pointer (on these targets it holds the slot's byte offset plus one).
-template <class F> std::ptrdiff_t VirtualSlot(F f)
-{
-    struct {
-        std::uintptr_t ptr;
-        std::ptrdiff_t adj;
-    } rep;
-    static_assert(sizeof(rep) == sizeof(f), "member pointer layout");
-    std::memcpy(&rep, &f, sizeof(rep));
-    return static_cast<std::ptrdiff_t>((rep.ptr - 1) / sizeof(void*));
-}
-#endif
-
 class MoverTest : public GameTest {
 protected:
     MoverTest()
@@ -137,10 +122,10 @@ TEST_F(MoverTest, MisuseEndsWithTheExactReport)
 TEST(MoverTable, TheAddedOperationsKeepTheirSlots)
 {
     const std::ptrdiff_t withCaller =
-        VirtualSlot(static_cast<void (GLMover::*)(const GLPoint&, GLObject*)>(&GLMover::Start));
-    EXPECT_EQ(VirtualSlot(static_cast<void (GLMover::*)(const GLPoint&)>(&GLMover::Start)), withCaller + 1);
-    EXPECT_EQ(VirtualSlot(&GLMover::NextDest), withCaller + 2);
-    EXPECT_EQ(VirtualSlot(&GLPath::NextDest), withCaller + 2);
+        quindle_test::VirtualSlot(static_cast<void (GLMover::*)(const GLPoint&, GLObject*)>(&GLMover::Start));
+    EXPECT_EQ(quindle_test::VirtualSlot(static_cast<void (GLMover::*)(const GLPoint&)>(&GLMover::Start)), withCaller + 1);
+    EXPECT_EQ(quindle_test::VirtualSlot(&GLMover::NextDest), withCaller + 2);
+    EXPECT_EQ(quindle_test::VirtualSlot(&GLPath::NextDest), withCaller + 2);
 }
 #endif
 

@@ -9,6 +9,9 @@
 
 #include <gtest/gtest.h>
 
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
 #include <string>
 
 namespace quindle_test {
@@ -27,6 +30,22 @@ public:
     virtual ~KernelHolder();
     RecordingKernel k;
 };
+
+#if defined(__x86_64__) || defined(__i386__)
+// The slot of a virtual member in its class's table, read from the member
+// pointer (on these targets it holds the slot's byte offset plus one).
+template <class F>
+std::ptrdiff_t VirtualSlot(F f)
+{
+    struct {
+        std::uintptr_t ptr;
+        std::ptrdiff_t adj;
+    } rep;
+    static_assert(sizeof(rep) == sizeof(f), "member pointer layout");
+    std::memcpy(&rep, &f, sizeof(rep));
+    return static_cast<std::ptrdiff_t>((rep.ptr - 1) / sizeof(void*));
+}
+#endif
 
 } // namespace quindle_test
 
