@@ -3,11 +3,9 @@
 
 #include "gldll.h"
 
-KernelPolygon::KernelPolygon() : m_lPlaneId(-1), m_lPolygonId(-1) {}
-
-KernelPolygon::KernelPolygon(std::int32_t lPlaneId, ZOR_Point* pointArray, int iSize, int iPriority, int iColor,
-                             int iStyle, int iPattern, int iThickness, int fClosePoly)
-    : m_lPlaneId(-1), m_lPolygonId(-1)
+// The ten drawing-parameter checks, made by the full constructor and again by Init.
+void KernelPolygon::CheckParameters(std::int32_t lPlaneId, ZOR_Point* pointArray, int iSize, int iPriority, int iColor,
+                                    int iStyle, int iPattern, int iThickness, int fClosePoly)
 {
     GL_ASSERT(lPlaneId >= 0);
     GL_ASSERT(pointArray != 0);
@@ -19,6 +17,15 @@ KernelPolygon::KernelPolygon(std::int32_t lPlaneId, ZOR_Point* pointArray, int i
     GL_ASSERT(iPattern >= 0);
     GL_ASSERT(iThickness > 0);
     GL_ASSERT(fClosePoly == True || fClosePoly == False);
+}
+
+KernelPolygon::KernelPolygon() : m_lPlaneId(-1), m_lPolygonId(-1) {}
+
+KernelPolygon::KernelPolygon(std::int32_t lPlaneId, ZOR_Point* pointArray, int iSize, int iPriority, int iColor,
+                             int iStyle, int iPattern, int iThickness, int fClosePoly)
+    : m_lPlaneId(-1), m_lPolygonId(-1)
+{
+    CheckParameters(lPlaneId, pointArray, iSize, iPriority, iColor, iStyle, iPattern, iThickness, fClosePoly);
     Init(lPlaneId, pointArray, iSize, iPriority, iColor, iStyle, iPattern, iThickness, fClosePoly);
     GL_ASSERT(m_lPolygonId >= 0);
     GL_ASSERT(lPlaneId >= 0);
@@ -52,16 +59,7 @@ void KernelPolygon::Init(std::int32_t lPlaneId, ZOR_Point* pointArray, int iSize
 {
     GL_ASSERT(m_lPlaneId < 0);
     GL_ASSERT(m_lPolygonId < 0);
-    GL_ASSERT(lPlaneId >= 0);
-    GL_ASSERT(pointArray != 0);
-    GL_ASSERT(iSize > 2);
-    GL_ASSERT(iColor >= 0 && iColor <= 255);
-    GL_ASSERT(iPriority == -9999 || iPriority >= -1);
-    GL_ASSERT(iStyle == ZOR_Line::tSolid || iStyle == ZOR_Line::tDashed || iStyle == ZOR_Line::tPattern);
-    GL_ASSERT((iStyle == ZOR_Line::tPattern && iPattern > 0) || (iStyle != ZOR_Line::tPattern && iPattern == 0));
-    GL_ASSERT(iPattern >= 0);
-    GL_ASSERT(iThickness > 0);
-    GL_ASSERT(fClosePoly == True || fClosePoly == False);
+    CheckParameters(lPlaneId, pointArray, iSize, iPriority, iColor, iStyle, iPattern, iThickness, fClosePoly);
     m_lPlaneId = lPlaneId;
     int iResolved = iPriority;
     if (iPriority == -9999) {

@@ -40,6 +40,9 @@ public:
     std::int32_t GetPolygonId() const { return m_lPolygonId; }
 
 protected:
+    static void CheckParameters(std::int32_t lPlaneId, ZOR_Point* pointArray, int iSize, int iPriority, int iColor,
+                                int iStyle, int iPattern, int iThickness, int fClosePoly);
+
     std::int32_t m_lPlaneId;
     std::int32_t m_lPolygonId;
 };

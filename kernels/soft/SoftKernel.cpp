@@ -506,21 +506,21 @@ void SoftKernel::UpdateScreenItem(KernelScreenItemRecord* pRecord)
 
 void SoftKernel::DeleteScreenItem(KernelScreenItemRecord* pRecord)
 {
-    auto found = mItems.find(pRecord);
-    if (found == mItems.end()) {
-        Report("DeleteScreenItem: a screen item record this kernel did not make");
-        return;
-    }
-    mItemsById.erase(found->second->id);
-    mItems.erase(found);
-    delete pRecord;
+    ForgetItem(pRecord, "DeleteScreenItem");
 }
 
 void SoftKernel::DisposeScreenItem(KernelScreenItemRecord* pRecord)
 {
+    ForgetItem(pRecord, "DisposeScreenItem");
+}
+
+// Taking an item off the screen and freeing a record that was never shown
+// come to the same here: the kernel keeps no list apart from its records.
+void SoftKernel::ForgetItem(KernelScreenItemRecord* pRecord, const char* operation)
+{
     auto found = mItems.find(pRecord);
     if (found == mItems.end()) {
-        Report("DisposeScreenItem: a screen item record this kernel did not make");
+        Report(std::string(operation) + ": a screen item record this kernel did not make");
         return;
     }
     mItemsById.erase(found->second->id);

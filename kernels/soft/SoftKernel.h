@@ -351,6 +351,7 @@ private:
     struct Font;
 
     void Report(const std::string& fault);
+    void ForgetItem(KernelScreenItemRecord* pRecord, const char* operation);
     Plane* FindPlane(std::int32_t id);
     Item* FindItem(std::int32_t planeId, std::int32_t itemId);
     void TakeOver(Item& item);

@@ -38,16 +38,24 @@ std::uint32_t ReadLE(const std::string& b, std::size_t at, int bytes)
 
 // ----- readers of the text forms -----
 
+// Splits line i into words; a fault is reported with the file and line.
+static bool LineWords(const std::vector<std::string>& lines, std::size_t i, const std::string& name,
+                      std::vector<std::string>* words, std::string* error)
+{
+    std::string fault;
+    if (SoftSplitWords(lines[i], words, &fault))
+        return true;
+    *error = LineRef(name, i) + fault;
+    return false;
+}
+
 bool SoftParsePalette(const std::string& text, const std::string& name, SoftPalette* palette, std::string* error)
 {
     const auto lines = SoftLines(text);
     std::vector<std::string> w;
     for (std::size_t i = 0; i < lines.size(); i++) {
-        std::string fault;
-        if (!SoftSplitWords(lines[i], &w, &fault)) {
-            *error = LineRef(name, i) + fault;
+        if (!LineWords(lines, i, name, &w, error))
             return false;
-        }
         if (w.empty())
             continue;
         long long v[4];
@@ -70,11 +78,8 @@ bool SoftParseViewManifest(const std::string& text, const std::string& name, std
     std::vector<std::string> w;
     std::map<int, std::map<int, bool>> seen;
     for (std::size_t i = 0; i < lines.size(); i++) {
-        std::string fault;
-        if (!SoftSplitWords(lines[i], &w, &fault)) {
-            *error = LineRef(name, i) + fault;
+        if (!LineWords(lines, i, name, &w, error))
             return false;
-        }
         if (w.empty())
             continue;
         long long loop, cel, ox, oy;
@@ -128,11 +133,8 @@ bool SoftParseRobotManifest(const std::string& text, const std::string& name, So
     const auto lines = SoftLines(text);
     std::vector<std::string> w;
     for (std::size_t i = 0; i < lines.size(); i++) {
-        std::string fault;
-        if (!SoftSplitWords(lines[i], &w, &fault)) {
-            *error = LineRef(name, i) + fault;
+        if (!LineWords(lines, i, name, &w, error))
             return false;
-        }
         if (w.empty())
             continue;
         long long a, b, c;
@@ -169,11 +171,8 @@ bool SoftParseMovieManifest(const std::string& text, const std::string& name, So
     const auto lines = SoftLines(text);
     std::vector<std::string> w;
     for (std::size_t i = 0; i < lines.size(); i++) {
-        std::string fault;
-        if (!SoftSplitWords(lines[i], &w, &fault)) {
-            *error = LineRef(name, i) + fault;
+        if (!LineWords(lines, i, name, &w, error))
             return false;
-        }
         if (w.empty())
             continue;
         long long a, b;
@@ -211,9 +210,7 @@ bool SoftParseMessages(const std::string& text, const std::string& name, std::ve
     const auto lines = SoftLines(text);
     std::vector<std::string> w;
     for (std::size_t i = 0; i < lines.size(); i++) {
-        std::string fault;
-        if (!SoftSplitWords(lines[i], &w, &fault)) {
-            *error = LineRef(name, i) + fault;
+        if (!LineWords(lines, i, name, &w, error)) {
             messages->clear();
             return false;
         }
