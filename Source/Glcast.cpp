@@ -2,6 +2,7 @@
 #include "glcast.h"
 
 #include "glevent.h"
+#include "glframe.h"
 
 // The sets hold addresses and compare them; a screen item derives from
 // GLObject alone, so its address as a GLObject is its address as a screen
@@ -112,7 +113,7 @@ void GLCast::Remove(GLObject* pGLObject)
         m_pHandleEventSet->Remove(AsTarget(pGLObject));
 }
 
-void GLCast::DoIt()
+GL_FRAME_PATH void GLCast::DoIt()
 {
     GL_ASSERT(m_pScreenItemSet != 0);
     GL_ASSERT(m_pDoItSet != 0);

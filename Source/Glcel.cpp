@@ -7,6 +7,7 @@
 #include "glcel.h"
 
 #include "glcast.h"
+#include "glframe.h"
 #include "glplane.h"
 
 GLCel::GLCel(AbsGLPlane* pPlane, std::uint32_t view, short loop, short cel, GLPoint pos, int iPriority,
@@ -66,7 +67,7 @@ AbsGLPlane* GLCel::GetPlane()
     return GLScreenItem::GetPlane();
 }
 
-void GLCel::Update()
+GL_FRAME_PATH void GLCel::Update()
 {
     GLScreenItem::Update();
     SetBounds();

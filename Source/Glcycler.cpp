@@ -2,8 +2,9 @@
 #include "glcycler.h"
 
 #include "glcel.h"
-#include "glgame.h"
 #include "gldll.h"
+#include "glframe.h"
+#include "glgame.h"
 #include "gltimer.h"
 
 // The rules check "lastCel >= 0" on an unsigned 16-bit value: the check always
@@ -165,7 +166,7 @@ void GLCycler::Done()
     }
 }
 
-void GLCycler::DoIt()
+GL_FRAME_PATH void GLCycler::DoIt()
 {
     GL_ASSERT(mCycling&&!mCompleted);
     mCelsAtEnd = 0;

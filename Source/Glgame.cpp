@@ -3,6 +3,7 @@
 
 #include "glcursor.h"
 #include "gldll.h"
+#include "glframe.h"
 #include "glplanes.h"
 #include "glquithd.h"
 #include "gluser.h"
@@ -86,7 +87,7 @@ void GLGame::Play()
     delete pQuitHandler;
 }
 
-void GLGame::DoIt()
+GL_FRAME_PATH void GLGame::DoIt()
 {
     mGameTicks = kernel->GetTicks();
     mpPlaneManager->DoIt();

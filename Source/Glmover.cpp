@@ -2,8 +2,9 @@
 #include "glmover.h"
 
 #include "glcel.h"
-#include "glgame.h"
 #include "gldll.h"
+#include "glframe.h"
+#include "glgame.h"
 #include "gltimer.h"
 
 GLMover::GLMover(GLCel* pActor)
@@ -88,7 +89,7 @@ void GLMover::Stop()
     mpBresen = 0;
 }
 
-void GLMover::DoIt()
+GL_FRAME_PATH void GLMover::DoIt()
 {
     if (!mpBresen)
         return;

@@ -35,7 +35,7 @@
 // "Assert Failed!", then ends the process abnormally: it writes
 // "abnormal program termination" to the error stream, raises SIGABRT and, if
 // that returns, exits with status 3. Nothing is cleaned up. Never returns.
-[[noreturn]] QUINDLE_API void GLAssertFailed(const char* file, int line, const char* expression);
+[[noreturn]] __attribute__((cold)) QUINDLE_API void GLAssertFailed(const char* file, int line, const char* expression);
 
 // The notice shown by the reporter before the process ends. The default writes
 // the title and the text to the error stream; a windowed host installs one that
@@ -47,7 +47,7 @@ QUINDLE_API void GLSetAssertNotice(GLAssertNotice notice);
 
 // Checks a condition in every build. The condition's text is what the report
 // prints, so each check is written exactly as it is documented, to the space.
-#define GL_ASSERT(expr) ((expr) ? (void)0 : GLAssertFailed(__FILE__, __LINE__, #expr))
+#define GL_ASSERT(expr) (__builtin_expect(!!(expr), 1) ? (void)0 : GLAssertFailed(__FILE__, __LINE__, #expr))
 
 // The library's allocation and release routines. Every block the library uses
 // comes from the kernel's AllocMemory with the size, file and line of the
