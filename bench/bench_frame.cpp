@@ -156,8 +156,11 @@ private:
 // Counts the calls a frame makes, by operation, with a recording kernel.
 std::map<std::string, int> CallsOfOneFrame(int n);
 
+// N cels on one plane, each with its own cycler and mover stepping every
+// frame, on the kernel given (the quiet one to measure, a recording one to
+// count the calls).
 struct Scene {
-    explicit Scene(QuietKernel& k, int n)
+    explicit Scene(RecordingKernel& k, int n)
     {
         DLLInit(&k);
         game = new GLGame();
@@ -260,44 +263,15 @@ void BM_FloorFrame(benchmark::State& state)
 
 std::map<std::string, int> CallsOfOneFrame(int n)
 {
-    QuietKernel quiet;
     RecordingKernel k;
+    k.SetView(10, {8});
     std::map<std::string, int> counts;
-    {
-        DLLInit(&k);
-        GLGame* game = new GLGame();
-        GLDLLInit(game);
-        AbsGLPlane* plane = new GLColoredPlane(ZOR_Rect(0, 0, 639, 479), 0, 1, 0, ZOR_Point(0, 0));
-        game->mpPlaneManager->Add(plane);
-        k.SetView(10, {8});
-        std::vector<GLCel*> cels;
-        std::vector<GLCycler*> cyclers;
-        std::vector<GLMover*> movers;
-        for (int i = 0; i < n; i++) {
-            GLCel* cel = new GLCel(plane, 10, 0, 0, GLPoint(i, i), 1, ScaleInfo{128, 128, 100, 0});
-            cel->SetCycleSpeed(0);
-            cel->SetMoveSpeed(0);
-            cel->SetStepSize(GLPoint(1, 1));
-            cel->Show();
-            cels.push_back(cel);
-            cyclers.push_back(new GLCycler(cel));
-            movers.push_back(new GLMover(cel, GLPoint(1 << 22, i)));
-        }
-        game->DoIt();
-        const std::size_t mark = k.Mark();
-        game->DoIt();
-        for (const std::string& name : k.NamesSince(mark))
-            counts[name]++;
-        for (GLMover* mover : movers)
-            delete mover;
-        for (GLCycler* cycler : cyclers)
-            delete cycler;
-        for (GLCel* cel : cels)
-            delete cel;
-        game->mpPlaneManager->Remove(plane);
-        delete plane;
-        delete game;
-    }
+    Scene scene(k, n);
+    scene.game->DoIt();
+    const std::size_t mark = k.Mark();
+    scene.game->DoIt();
+    for (const std::string& name : k.NamesSince(mark))
+        counts[name]++;
     return counts;
 }
 
