@@ -47,6 +47,8 @@ QUINDLE_API void GLSetAssertNotice(GLAssertNotice notice);
 
 // Checks a condition in every build. The condition's text is what the report
 // prints, so each check is written exactly as it is documented, to the space.
+// The condition is expected to hold, and the reporter is cold, so optimised
+// code keeps the failure path out of the way of the work.
 #define GL_ASSERT(expr) (__builtin_expect(!!(expr), 1) ? (void)0 : GLAssertFailed(__FILE__, __LINE__, #expr))
 
 // The library's allocation and release routines. Every block the library uses
