@@ -12,6 +12,8 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <filesystem>
+#include <optional>
 #include <string>
 
 namespace {
@@ -45,23 +47,12 @@ int IsMapped(const std::string& path)
 
 std::string ProgramDirectory()
 {
-    char path[4096];
-    const ssize_t length = ::readlink("/proc/self/exe", path, sizeof path - 1);
-    if (length <= 0)
-        return "";
-    path[length] = '\0';
-    return std::string(path).substr(0, std::string(path).rfind('/'));
+    return std::filesystem::read_symlink("/proc/self/exe").parent_path().string();
 }
 
 class RoomTest : public GameTest {
 protected:
-    RoomTest()
-    {
-        char working[4096];
-        if (::getcwd(working, sizeof working))
-            savedWorkingDirectory = working;
-        GLSetRoomDirectory(kRoomDirectory.c_str());
-    }
+    RoomTest() { GLSetRoomDirectory(kRoomDirectory.c_str()); }
     ~RoomTest() override
     {
         if (manager.IsRoomLoaded()) {
@@ -70,24 +61,23 @@ protected:
             manager.UnLoadRoom();
         }
         GLSetRoomDirectory(nullptr);
-        if (!savedWorkingDirectory.empty())
-            (void)::chdir(savedWorkingDirectory.c_str());
+        std::filesystem::current_path(savedWorkingDirectory);
     }
 
     GLRoomManager manager;
-    std::string savedWorkingDirectory;
+    const std::filesystem::path savedWorkingDirectory = std::filesystem::current_path();
 };
 
 // ----- loading by number -----
 
-TEST_F(RoomTest, ARoomIsLoadedByItsNumberFromTheRoomDirectoryAndStartedWithTheLibrarysKernel)
+TEST_F(RoomTest, ARoomIsLoadedByItsNumberStartedWithTheLibrarysKernelAndUnloaded)
 {
     EXPECT_EQ(manager.IsRoomLoaded(), FALSE);
     EXPECT_EQ(manager.LoadRoom(120), TRUE);
     EXPECT_EQ(manager.IsRoomLoaded(120), TRUE);
     EXPECT_EQ(manager.IsRoomLoaded(121), FALSE);
-    EXPECT_EQ(LibraryPath(manager.GetLibrary()), kRoomDirectory + "/120.so");
-
+    const std::string path = LibraryPath(manager.GetLibrary());
+    EXPECT_EQ(path, kRoomDirectory + "/120.so");
     RoomTrace* trace = Trace(manager);
     ASSERT_NE(trace, nullptr);
     EXPECT_STREQ(trace->origin, "room directory");
@@ -96,44 +86,34 @@ TEST_F(RoomTest, ARoomIsLoadedByItsNumberFromTheRoomDirectoryAndStartedWithTheLi
     EXPECT_EQ(trace->kernelSeen, static_cast<void*>(&k));
     // Loading alone does not put the room in the frame.
     EXPECT_FALSE(game->mpObjects->IsInList(&manager));
-}
 
-TEST_F(RoomTest, UnloadingFreesTheLibraryKeepsTheNumberAndAllowsTheNextLoad)
-{
-    manager.LoadRoom(120);
-    const std::string path = LibraryPath(manager.GetLibrary());
+    // Unloading frees the library and keeps the number.
     ASSERT_TRUE(IsMapped(path));
-
     EXPECT_EQ(manager.UnLoadRoom(), TRUE);
     EXPECT_EQ(manager.IsRoomLoaded(), FALSE);
     EXPECT_EQ(manager.mRoomNumber, 120u);
     EXPECT_FALSE(IsMapped(path));
 
-    // The same room again: a fresh copy, started once.
+    // The same room again: a fresh copy, started once. Then another room.
     manager.LoadRoom(120);
     ASSERT_NE(Trace(manager), nullptr);
     EXPECT_EQ(Trace(manager)->dllInits, 1);
     manager.UnLoadRoom();
-
-    // Then another room.
     manager.LoadRoom(121);
     EXPECT_EQ(manager.IsRoomLoaded(121), TRUE);
     EXPECT_EQ(LibraryPath(manager.GetLibrary()), kRoomDirectory + "/121.so");
     manager.UnLoadRoom();
-}
 
-TEST_F(RoomTest, TheLongestRoomNumberHasSevenDigitsAndALongerOneIsRefused)
-{
+    // The longest room number has seven digits.
     EXPECT_EQ(manager.LoadRoom(9999999), TRUE);
     EXPECT_EQ(LibraryPath(manager.GetLibrary()), kRoomDirectory + "/9999999.so");
     manager.UnLoadRoom();
-
-    EXPECT_GL_ASSERT(manager.LoadRoom(10000000), "Source/Glrmmgr.cpp", "uRoomNumber <= 9999999");
-    EXPECT_GL_ASSERT(manager.LoadRoom(4294967295u), "Source/Glrmmgr.cpp", "uRoomNumber <= 9999999");
 }
 
-TEST_F(RoomTest, LoadingIsRefusedWhileARoomIsInMemoryOrWhenTheLibraryIsMissing)
+TEST_F(RoomTest, LoadingIsRefusedForALongerNumberWhileARoomIsInMemoryOrWhenTheLibraryIsMissing)
 {
+    EXPECT_GL_ASSERT(manager.LoadRoom(10000000), "Source/Glrmmgr.cpp", "uRoomNumber <= 9999999");
+    EXPECT_GL_ASSERT(manager.LoadRoom(4294967295u), "Source/Glrmmgr.cpp", "uRoomNumber <= 9999999");
     EXPECT_GL_ASSERT(manager.LoadRoom(4242), "Source/Glrmmgr.cpp", "!\"Library did not load correctly!!\"");
     EXPECT_EQ(manager.IsRoomLoaded(), FALSE);
 
@@ -146,7 +126,7 @@ TEST_F(RoomTest, LoadingIsRefusedWhileARoomIsInMemoryOrWhenTheLibraryIsMissing)
 
 // ----- the room's life, frame by frame -----
 
-TEST_F(RoomTest, ARoomIsCalledInOrderAndEveryFrameOnlyWhileItRuns)
+TEST_F(RoomTest, ARoomIsCalledInOrderAndEveryFrameOnlyWhileItRunsAndMayRunAgain)
 {
     manager.LoadRoom(120);
     RoomTrace* trace = Trace(manager);
@@ -160,9 +140,8 @@ TEST_F(RoomTest, ARoomIsCalledInOrderAndEveryFrameOnlyWhileItRuns)
     EXPECT_EQ(game->mpObjects->Last(), &manager);
     EXPECT_EQ(trace->gameSeen, game);
     EXPECT_EQ(trace->doIts, 0); // started, but the first frame has not come yet
-    Frame(3);
-    Frame(4);
-    Frame(5);
+    for (std::uint32_t tick = 3; tick <= 5; tick++)
+        Frame(tick);
     EXPECT_EQ(trace->doIts, 3);
 
     GLEvent event;
@@ -182,22 +161,18 @@ TEST_F(RoomTest, ARoomIsCalledInOrderAndEveryFrameOnlyWhileItRuns)
 
     EXPECT_EQ(manager.UnLoadRoom(), TRUE);
     Frame(8);
-}
 
-TEST_F(RoomTest, ALoadedRoomTakesEventsBeforeItRunsAndADisposedRoomMayRunAgain)
-{
+    // A loaded room takes events before it runs; a disposed room may run again.
     manager.LoadRoom(120);
-    RoomTrace* trace = Trace(manager);
+    trace = Trace(manager);
     ASSERT_NE(trace, nullptr);
-    GLEvent event;
     trace->reply = TRUE;
     EXPECT_EQ(manager.HandleEvent(&event), TRUE);
-
     manager.InitRoom();
-    Frame(1);
+    Frame(9);
     manager.DisposeRoom();
     manager.InitRoom();
-    Frame(2);
+    Frame(10);
     EXPECT_EQ(trace->doIts, 2);
     EXPECT_STREQ(trace->calls, "DLLInit Event Init DoIt Dispose Init DoIt ");
 }
@@ -218,11 +193,7 @@ TEST_F(RoomTest, MisuseOutsideALoadedRoomIsReported)
     EXPECT_GL_ASSERT(manager.InitRoom(), "include/glset.h", "!\"Item is already in set!\"");
     manager.DisposeRoom();
     EXPECT_GL_ASSERT(manager.DisposeRoom(), "include/glset.h", "IsInList(pElementExisting)");
-}
-
-TEST_F(RoomTest, UnloadingARunningRoomFailsOnTheNextFrame)
-{
-    manager.LoadRoom(120);
+    // Unloading a running room fails on the next frame.
     manager.InitRoom();
     manager.UnLoadRoom();
     EXPECT_GL_ASSERT(Frame(1), "Source/Glrmmgr.cpp", "IsRoomLoaded()");
@@ -249,7 +220,7 @@ TEST_F(RoomTest, AMissingExportIsReportedWhenTheStepThatNeedsItComes)
 
 // ----- where a room is found -----
 
-TEST_F(RoomTest, TheDefaultRoomDirectoryIsTheDirectoryOfTheProgram)
+TEST_F(RoomTest, TheDefaultRoomDirectoryIsTheDirectoryOfTheProgramAndANameMustLeaveRoomForTheFileName)
 {
     GLSetRoomDirectory(nullptr);
     manager.LoadRoom(130);
@@ -262,22 +233,10 @@ TEST_F(RoomTest, TheDefaultRoomDirectoryIsTheDirectoryOfTheProgram)
     EXPECT_GL_ASSERT(manager.LoadRoom(121), "Source/Glrmmgr.cpp", "!\"Library did not load correctly!!\"");
     GLSetRoomDirectory("");
     EXPECT_GL_ASSERT(manager.LoadRoom(121), "Source/Glrmmgr.cpp", "!\"Library did not load correctly!!\"");
-}
 
-TEST_F(RoomTest, ARelativeRoomDirectoryIsFixedWhenItIsNamed)
-{
-    const std::string parent = kRoomDirectory.substr(0, kRoomDirectory.rfind('/'));
-    ASSERT_EQ(::chdir(parent.c_str()), 0);
-    GLSetRoomDirectory("room-directory//");
-    ASSERT_EQ(::chdir("/"), 0);
-    manager.LoadRoom(120);
-    EXPECT_EQ(LibraryPath(manager.GetLibrary()), kRoomDirectory + "/120.so");
-}
-
-TEST_F(RoomTest, ARoomDirectoryNameMustLeaveRoomForTheRoomsFileName)
-{
-    // 3999 characters are kept (a room then fails to load: no such directory);
-    // 4000 are refused before anything is kept.
+    // A name must leave room for the room's file name: 3999 characters are
+    // kept (a room then fails to load: no such directory); 4000 are refused
+    // before anything is kept.
     const std::string longest = "/" + std::string(3998, 'd');
     GLSetRoomDirectory(longest.c_str());
     EXPECT_GL_ASSERT(manager.LoadRoom(120), "Source/Glrmmgr.cpp", "!\"Library did not load correctly!!\"");
@@ -285,8 +244,11 @@ TEST_F(RoomTest, ARoomDirectoryNameMustLeaveRoomForTheRoomsFileName)
     EXPECT_GL_ASSERT(GLSetRoomDirectory(tooLong.c_str()), "Source/Glrmmgr.cpp", "!\"Room directory name too long!\"");
 }
 
-TEST_F(RoomTest, ARoomInTheWorkingDirectoryIsNotLoaded)
+TEST_F(RoomTest, ARelativeRoomDirectoryIsFixedWhenItIsNamedAndTheWorkingDirectoryIsNotSearched)
 {
+    const std::string parent = kRoomDirectory.substr(0, kRoomDirectory.rfind('/'));
+    ASSERT_EQ(::chdir(parent.c_str()), 0);
+    GLSetRoomDirectory("room-directory//");
     ASSERT_EQ(::chdir(kWorkingDirectory.c_str()), 0);
     ASSERT_EQ(::access("125.so", F_OK), 0);
     EXPECT_GL_ASSERT(manager.LoadRoom(125), "Source/Glrmmgr.cpp", "!\"Library did not load correctly!!\"");
@@ -303,18 +265,11 @@ TEST_F(RoomTest, ARoomInTheWorkingDirectoryIsNotLoaded)
 // cases run in a fresh copy of the test program started with the path set.
 class RoomLoaderPathTest : public RoomTest {
 protected:
-    void SetUp() override
-    {
-        GTEST_FLAG_SET(death_test_style, "threadsafe");
-        const char* saved = std::getenv("LD_LIBRARY_PATH");
-        hadPath = saved != nullptr;
-        if (saved)
-            savedPath = saved;
-    }
+    void SetUp() override { GTEST_FLAG_SET(death_test_style, "threadsafe"); }
     void TearDown() override
     {
-        if (hadPath)
-            ::setenv("LD_LIBRARY_PATH", savedPath.c_str(), 1);
+        if (savedPath)
+            ::setenv("LD_LIBRARY_PATH", savedPath->c_str(), 1);
         else
             ::unsetenv("LD_LIBRARY_PATH");
         GTEST_FLAG_SET(death_test_style, "fast");
@@ -327,8 +282,8 @@ protected:
         std::fflush(stderr);
         std::abort();
     }
-    bool hadPath = false;
-    std::string savedPath;
+    const char* const pathAtStart = std::getenv("LD_LIBRARY_PATH");
+    const std::optional<std::string> savedPath = pathAtStart ? std::optional<std::string>(pathAtStart) : std::nullopt;
 };
 
 TEST_F(RoomLoaderPathTest, ARoomNotInTheRoomDirectoryIsFoundWhereTheLoaderLooks)

@@ -5,6 +5,7 @@
 #include "glset.h"
 
 #include <functional>
+#include <map>
 #include <vector>
 
 namespace {
@@ -50,6 +51,14 @@ protected:
         return states;
     }
     GLSetAsArray<GLObject>& Objects() { return *theGame->mpObjects; }
+    // The code function starts a wait of counts[state] in each state listed.
+    void Waits(void (GLScript::*start)(std::uint32_t), std::map<int, std::uint32_t> counts)
+    {
+        scene.action = [start, counts](GLScript* pScript, int iState) {
+            if (counts.count(iState))
+                (pScript->*start)(counts.at(iState));
+        };
+    }
 
     Scene scene;
 };
@@ -76,7 +85,7 @@ public:
     int runs = 0;
 };
 
-TEST_F(ScriptTest, EachConstructorEntersItsFirstStateBeforeItReturns)
+TEST_F(ScriptTest, EachConstructorEntersItsFirstStateBeforeItReturnsAndEachCueTheNext)
 {
     int data = 0;
     GLScript* plain = new GLScript(Code);
@@ -101,33 +110,22 @@ TEST_F(ScriptTest, EachConstructorEntersItsFirstStateBeforeItReturns)
     Frame();
     EXPECT_EQ(scene.calls.size(), 4u);
 
-    delete plain;
-    delete five;
-    delete valued;
-    delete full;
-    EXPECT_EQ(Objects().NumElements(), 0);
-}
-
-TEST_F(ScriptTest, ChangeStateAndCueCallTheCodeFunctionWithTheStateAlreadyStored)
-{
-    GLScript* script = new GLScript(Code, 1);
-    script->ChangeState(10);
-    script->Cue();
-    script->Cue(nullptr); // the cue is not looked at
-    EXPECT_EQ(States(), (std::vector<int>{1, 10, 11, 12}));
+    // ChangeState and a cue call the code function with the state already
+    // stored; the cue is not looked at.
+    plain->ChangeState(10);
+    plain->Cue();
+    plain->Cue(nullptr);
+    EXPECT_EQ(States(), (std::vector<int>{0, 5, -3, 2, 10, 11, 12}));
     for (const Call& call : scene.calls)
         EXPECT_EQ(call.fieldState, call.state);
-    delete script;
+    for (GLScript* script : {plain, five, valued, full})
+        delete script;
+    EXPECT_EQ(Objects().NumElements(), 0);
 }
 
 TEST_F(ScriptTest, ACyclesWaitAdvancesOnTheNextFrameThatReachesTheScript)
 {
-    scene.action = [](GLScript* pScript, int iState) {
-        if (iState == 0)
-            pScript->SetCycles(1);
-        if (iState == 1)
-            pScript->SetCycles(3);
-    };
+    Waits(&GLScript::SetCycles, {{0, 1}, {1, 3}});
     GLScript* script = new GLScript(Code);
     EXPECT_EQ(script->mType, GLTimer::CyclesTimer);
     Frame();
@@ -148,10 +146,7 @@ TEST_F(ScriptTest, ACyclesWaitAdvancesOnTheNextFrameThatReachesTheScript)
 TEST_F(ScriptTest, ASecondsWaitAdvancesOnTheFirstFrameOnWhichTheClockHasGrownByIt)
 {
     k.seconds = 100;
-    scene.action = [](GLScript* pScript, int iState) {
-        if (iState == 0 || iState == 1)
-            pScript->SetSeconds(2);
-    };
+    Waits(&GLScript::SetSeconds, {{0, 2}, {1, 2}});
     GLScript* script = new GLScript(Code);
     EXPECT_EQ(script->mSecondsEnd, 102u);
     Frame();
@@ -174,10 +169,7 @@ TEST_F(ScriptTest, ATicksWaitCountsFromTheTicksOfTheCurrentFrame)
     k.ticks = 1000;
     Frame();
     k.ticks = 1234; // not read until the next frame starts
-    scene.action = [](GLScript* pScript, int iState) {
-        if (iState == 0)
-            pScript->SetTicks(30);
-    };
+    Waits(&GLScript::SetTicks, {{0, 30}});
     GLScript* script = new GLScript(Code);
     EXPECT_EQ(script->mTicksEnd, 1030u);
     k.ticks = 1029;
@@ -210,12 +202,9 @@ TEST_F(ScriptTest, TwoCuesInOneFrameAdvanceTheScriptTwice)
     delete script;
 }
 
-TEST_F(ScriptTest, ACueDuringAWaitAdvancesTheStateAndTheWaitStillRuns)
+TEST_F(ScriptTest, ACueDuringAWaitAdvancesTheStateTheWaitStillRunsAndInitWithUnsetCancelsIt)
 {
-    scene.action = [](GLScript* pScript, int iState) {
-        if (iState == 0)
-            pScript->SetCycles(2);
-    };
+    Waits(&GLScript::SetCycles, {{0, 2}});
     GLScript* script = new GLScript(Code);
     script->Cue(nullptr);
     EXPECT_EQ(States(), (std::vector<int>{0, 1}));
@@ -226,28 +215,21 @@ TEST_F(ScriptTest, ACueDuringAWaitAdvancesTheStateAndTheWaitStillRuns)
     EXPECT_EQ(States(), (std::vector<int>{0, 1, 2}));
     Frame();
     EXPECT_EQ(scene.calls.size(), 3u);
-    delete script;
-}
 
-TEST_F(ScriptTest, InitWithUnsetCancelsAWait)
-{
-    scene.action = [](GLScript* pScript, int iState) {
-        if (iState == 0)
-            pScript->SetCycles(1);
-    };
-    GLScript* script = new GLScript(Code);
+    // Init with UnsetTimer cancels a wait; a new one may start then.
+    script->SetCycles(1);
     script->Init(GLTimer::UnsetTimer, 0);
     Frame();
     Frame();
-    EXPECT_EQ(scene.calls.size(), 1u);
-    script->SetTicks(1); // a new wait may start now
+    EXPECT_EQ(scene.calls.size(), 3u);
+    script->SetTicks(1);
     k.ticks = theGame->mGameTicks + 1;
     Frame();
-    EXPECT_EQ(States(), (std::vector<int>{0, 1}));
+    EXPECT_EQ(States(), (std::vector<int>{0, 1, 2, 3}));
     delete script;
 }
 
-TEST_F(ScriptTest, ADestroyedScriptLeavesTheSetAndCuesItsCuerWithItself)
+TEST_F(ScriptTest, ADestroyedScriptLeavesTheSetAndCuesItsCuerWithItselfAlsoFromItsCodeFunction)
 {
     int data = 0;
     Watcher watcher;
@@ -260,11 +242,9 @@ TEST_F(ScriptTest, ADestroyedScriptLeavesTheSetAndCuesItsCuerWithItself)
     EXPECT_EQ(watcher.whoToCue, script);
     EXPECT_EQ(watcher.lastValue, 31);
     EXPECT_EQ(watcher.data, &data);
-}
 
-TEST_F(ScriptTest, TheCodeFunctionMayDeleteItsScriptOnAWaitOrOnACue)
-{
-    Watcher watcher;
+    // The code function may delete its script on a wait...
+    scene.calls.clear();
     Idler other;
     scene.action = [](GLScript* pScript, int iState) {
         if (iState == 0)
@@ -299,10 +279,7 @@ TEST_F(ScriptTest, TheCodeFunctionMayDeleteItsScriptOnAWaitOrOnACue)
 TEST_F(ScriptTest, ACopyIsNotRunAndGoesWithoutDisturbingTheSet)
 {
     Watcher watcher;
-    scene.action = [](GLScript* pScript, int iState) {
-        if (iState == 0)
-            pScript->SetCycles(2);
-    };
+    Waits(&GLScript::SetCycles, {{0, 2}});
     GLScript* script = new GLScript(Code, 0, 6);
     {
         GLScript copy(*script);

@@ -18,6 +18,16 @@ struct Delivery {
     int frame;
 };
 
+class Receiver : public GLObject {
+public:
+    explicit Receiver(const int* pFrame) : mpFrame(pFrame) {}
+    void Cue(GLCue* pCue) override { seen.push_back({pCue, pCue->mpCuer, pCue->mValue, pCue->mpData, *mpFrame}); }
+    std::vector<Delivery> seen;
+
+private:
+    const int* mpFrame;
+};
+
 // A test runs whole frames of a real game on the recording kernel.
 class CueTest : public GameTest {
 protected:
@@ -29,16 +39,7 @@ protected:
     GLSetAsArray<GLObject>& Objects() { return *theGame->mpObjects; }
 
     int frame = 0;
-};
-
-class Receiver : public GLObject {
-public:
-    explicit Receiver(const int* pFrame) : mpFrame(pFrame) {}
-    void Cue(GLCue* pCue) override { seen.push_back({pCue, pCue->mpCuer, pCue->mValue, pCue->mpData, *mpFrame}); }
-    std::vector<Delivery> seen;
-
-private:
-    const int* mpFrame;
+    Receiver receiver{&frame};
 };
 
 // A member of the game's object set that runs whatever the test gives it.
@@ -58,7 +59,6 @@ private:
 
 TEST_F(CueTest, ACueIsDeliveredOnTheNextFrameWithWhatItCarriesThenLeavesAndDeletesItself)
 {
-    Receiver receiver(&frame);
     GLObject cuer;
     int data = 0;
     const std::size_t gameBlocks = k.Ledger().LiveCount();
@@ -81,7 +81,6 @@ TEST_F(CueTest, ACueIsDeliveredOnTheNextFrameWithWhatItCarriesThenLeavesAndDelet
 
 TEST_F(CueTest, ACueCreatedDuringTheWalkWaitsForTheNextFrame)
 {
-    Receiver receiver(&frame);
     GLCue* created = nullptr;
     Worker worker([&] {
         if (!created)
@@ -116,40 +115,24 @@ TEST_F(CueTest, AReceiverWithoutItsOwnCueIsLeftAloneAndTheCueStillGoes)
     EXPECT_EQ(plain.NeedsDoIt(), 0);
 }
 
-TEST_F(CueTest, TheReceiverMayBeFilledInAfterConstructionButMustBeThereWhenTheCueFires)
+TEST_F(CueTest, TheReceiverMayBeFilledInAfterConstructionButMustBeThereWhenTheCueFiresAndTheCueInTheSetOnce)
 {
-    Receiver receiver(&frame);
     GLCue* cue = new GLCue;
     cue->mpWhoToCue = &receiver;
     Frame();
     EXPECT_EQ(receiver.seen.size(), 1u);
 
-    new GLCue(nullptr, nullptr, 3);
+    GLCue* empty = new GLCue(nullptr, nullptr, 3);
     EXPECT_GL_ASSERT(Frame(), "Source/Gltimer.cpp", "mpWhoToCue");
-    delete Objects().First();
+    // Nor can a cue be put in the set twice.
+    EXPECT_GL_ASSERT(empty->Init(), "include/glset.h", "!\"Item is already in set!\"");
+    delete empty;
 }
 
-TEST_F(CueTest, APendingCueOrTimerDeletedFromOutsideLeavesTheSet)
+TEST_F(CueTest, CopiesAreNotPendingAndGoQuietlyAndAPendingCueOrTimerDeletedFromOutsideLeavesTheSet)
 {
-    Receiver receiver(&frame);
-    GLObject other;
+    Worker other([] {});
     Objects().AddToEnd(&other);
-    GLCue* cue = new GLCue(&receiver);
-    GLTimer* timer = new GLTimer(&receiver, GLTimer::CyclesTimer, 2);
-    ASSERT_EQ(Objects().NumElements(), 3);
-    delete cue;
-    delete timer;
-    EXPECT_EQ(Objects().NumElements(), 1);
-    EXPECT_EQ(Objects().First(), &other);
-    Objects().Remove(&other);
-    Frame();
-    Frame();
-    EXPECT_TRUE(receiver.seen.empty());
-}
-
-TEST_F(CueTest, CopiesAreNotPendingAndGoQuietly)
-{
-    Receiver receiver(&frame);
     int data = 0;
     GLCue* cue = new GLCue(&receiver, &receiver, 9, &data);
     GLTimer* timer = new GLTimer(&receiver, GLTimer::TicksTimer, 5, 4, &data);
@@ -158,40 +141,29 @@ TEST_F(CueTest, CopiesAreNotPendingAndGoQuietly)
         GLTimer timerCopy(*timer);
         EXPECT_EQ(cueCopy.mpData, &data);
         EXPECT_EQ(timerCopy.mTicksEnd, timer->mTicksEnd);
-        EXPECT_EQ(Objects().NumElements(), 2);
+        EXPECT_EQ(Objects().NumElements(), 3);
     }
-    EXPECT_EQ(Objects().NumElements(), 2);
+    EXPECT_EQ(Objects().NumElements(), 3);
     delete timer;
     Frame();
     EXPECT_EQ(receiver.seen.size(), 1u);
-}
 
-TEST_F(CueTest, ACueCannotBePutInTheSetTwice)
-{
-    Receiver receiver(&frame);
-    GLCue* cue = new GLCue(&receiver);
-    EXPECT_GL_ASSERT(cue->Init(), "include/glset.h", "!\"Item is already in set!\"");
+    cue = new GLCue(&receiver);
+    timer = new GLTimer(&receiver, GLTimer::CyclesTimer, 2);
+    ASSERT_EQ(Objects().NumElements(), 3);
     delete cue;
-}
-
-TEST_F(CueTest, ACyclesTimerFiresOnTheFrameThatChecksItForTheCountthTime)
-{
-    Receiver receiver(&frame);
-    new GLTimer(&receiver, GLTimer::CyclesTimer, 3, 8);
+    delete timer;
+    EXPECT_EQ(Objects().NumElements(), 1);
+    EXPECT_EQ(Objects().First(), &other);
     Frame();
     Frame();
-    EXPECT_TRUE(receiver.seen.empty());
-    Frame();
-    ASSERT_EQ(receiver.seen.size(), 1u);
-    EXPECT_EQ(receiver.seen[0].frame, 3);
-    EXPECT_EQ(receiver.seen[0].value, 8);
+    EXPECT_EQ(receiver.seen.size(), 1u);
 }
 
 // Without a rule a cycles count of 0 would wrap round and wait 2^32 frames;
 // like a ticks or seconds wait of 0 it is due on the first check.
 TEST_F(CueTest, AWaitOfZeroIsDueOnTheFirstFrameWhateverTheKind)
 {
-    Receiver receiver(&frame);
     k.ticks = 500;
     k.seconds = 60;
     Frame();
@@ -207,7 +179,6 @@ TEST_F(CueTest, AWaitOfZeroIsDueOnTheFirstFrameWhateverTheKind)
 
 TEST_F(CueTest, ATicksTimerComparesWithTheTicksTheFrameStartedWith)
 {
-    Receiver receiver(&frame);
     k.ticks = 100;
     Frame();
     GLTimer* timer = new GLTimer(&receiver, GLTimer::TicksTimer, 10);
@@ -238,7 +209,6 @@ TEST_F(CueTest, ATicksTimerComparesWithTheTicksTheFrameStartedWith)
 
 TEST_F(CueTest, ASecondsTimerReadsTheKernelClockAfreshAtEveryCheck)
 {
-    Receiver receiver(&frame);
     k.seconds = 50;
     GLTimer* timer = new GLTimer(&receiver, GLTimer::SecondsTimer, 2);
     EXPECT_EQ(timer->mSecondsEnd, 52u);
@@ -255,9 +225,19 @@ TEST_F(CueTest, ASecondsTimerReadsTheKernelClockAfreshAtEveryCheck)
     Objects().Remove(&clock);
 }
 
-TEST_F(CueTest, TwoTimersForOneReceiverAreBothDeliveredEachAsItself)
+TEST_F(CueTest, CyclesTimersFireOnTheFrameThatChecksThemForTheCountthTimeEachAsItself)
 {
-    Receiver receiver(&frame);
+    new GLTimer(&receiver, GLTimer::CyclesTimer, 3, 8);
+    Frame();
+    Frame();
+    EXPECT_TRUE(receiver.seen.empty());
+    Frame();
+    ASSERT_EQ(receiver.seen.size(), 1u);
+    EXPECT_EQ(receiver.seen[0].frame, 3);
+    EXPECT_EQ(receiver.seen[0].value, 8);
+
+    // Two timers for one receiver are both delivered.
+    receiver.seen.clear();
     GLTimer* first = new GLTimer(&receiver, GLTimer::CyclesTimer, 1, 1);
     GLTimer* second = new GLTimer(&receiver, GLTimer::CyclesTimer, 1, 2);
     Frame();
@@ -272,7 +252,6 @@ TEST_F(CueTest, TwoTimersForOneReceiverAreBothDeliveredEachAsItself)
 
 TEST_F(CueTest, CheckClearsTheWaitWhenItIsOverAndInitRestartsIt)
 {
-    Receiver receiver(&frame);
     GLTimer* timer = new GLTimer(&receiver, GLTimer::CyclesTimer, 2);
     EXPECT_FALSE(timer->Check());
     EXPECT_EQ(timer->mCycles, 1u);

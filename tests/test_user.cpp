@@ -4,38 +4,65 @@
 #include "glcast.h"
 #include "gltarget.h"
 
+#include <functional>
+#include <initializer_list>
 #include <string>
 #include <vector>
 
 namespace {
 
+using Log = std::vector<std::string>;
+
 // A handler that writes "<name>:<type>" into a shared log whenever it is
-// offered an event, and claims the event types in its mask.
+// offered an event (or, placed, "<name>@<x>,<y>" and L or G for whether the
+// position is in a plane's coordinates or global), claims the event types in
+// its mask, then does what the test gives it.
 class Handler : public GLTarget {
 public:
-    Handler(const char* name, std::vector<std::string>& log, unsigned claimMask = 0)
-        : mName(name), mLog(log), mClaimMask(claimMask)
+    Handler(const char* name, Log& log, unsigned claimMask = 0, bool placed = false)
+        : mName(name), mLog(log), mClaimMask(claimMask), mPlaced(placed)
     {
         NeedsEvent(TRUE);
     }
     int HandleEvent(GLEvent* pEvent) override
     {
-        mLog.push_back(mName + ":" + std::to_string(pEvent->type));
+        if (mPlaced)
+            mLog.push_back(mName + "@" + std::to_string(pEvent->where.GetX()) + "," +
+                           std::to_string(pEvent->where.GetY()) + (pEvent->plane ? "L" : "G"));
+        else
+            mLog.push_back(mName + ":" + std::to_string(pEvent->type));
         if (pEvent->type & mClaimMask)
             pEvent->claimed = TRUE;
+        if (mAction)
+            mAction(pEvent);
         return pEvent->claimed;
     }
     std::string mName;
-    std::vector<std::string>& mLog;
+    Log& mLog;
     unsigned mClaimMask;
+    bool mPlaced;
+    std::function<void(GLEvent*)> mAction;
 };
 
-using Log = std::vector<std::string>;
-
-// Hands start off, as in a new user.
+// Hands start off, as in a new user. The handler sets neither own nor touch
+// their members, so tests leave their handlers in them when they end.
 class UserTest : public GameTest {
 protected:
     UserTest() { user->IsHandsOn(FALSE); }
+    static void Join(GLEventHandlerSet* set, std::initializer_list<Handler*> handlers)
+    {
+        for (Handler* handler : handlers)
+            set->AddToEnd(handler);
+    }
+
+    // A frame with one event queued; what the handlers noted of it.
+    Log Offer(std::uint16_t type, int x = 0, int y = 0)
+    {
+        log.clear();
+        k.PushEvent(type, 0, 0, x, y);
+        user->DoIt();
+        return log;
+    }
 
     GLUser* user = game->mpUser;
     Log log;
@@ -56,7 +83,7 @@ TEST_F(UserTest, FlagSettersTakeAnyNonZeroAndReturnTheBit)
 
 TEST_F(UserTest, HandsOffSwallowsTheEventButTheMouseFollows)
 {
-    Handler prima("prima", log, 0xFFFF), orphan("orphan", log, 0xFFFF);
+    Handler prima("prima", log, 0xFFFF), orphan("orphan", log, 0xFFFF), hog("hog", log, 0xFFFF);
     user->mpPrimaDonnas->AddToEnd(&prima);
     user->mpOrphans->AddToEnd(&orphan);
     k.PushEvent(8, 'a', 0, 17, 23, 99);
@@ -70,15 +97,9 @@ TEST_F(UserTest, HandsOffSwallowsTheEventButTheMouseFollows)
     EXPECT_EQ(user->mExtra, 99u);
 
     // A hog is not asked either while hands are off.
-    Handler hog("hog", log, 0xFFFF);
     user->mpHogs->AddToEnd(&hog);
-    k.PushEvent(1, 0, 0, 5, 6);
-    user->DoIt();
-    EXPECT_TRUE(log.empty());
+    EXPECT_TRUE(Offer(1, 5, 6).empty());
     EXPECT_EQ(user->mEvent.claimed, TRUE);
-    user->mpHogs->Remove(&hog);
-    user->mpPrimaDonnas->Remove(&prima);
-    user->mpOrphans->Remove(&orphan);
 }
 
 TEST_F(UserTest, NullEventsMoveTheMouseAndAreDispatchedOnlyWhenHandled)
@@ -107,28 +128,18 @@ TEST_F(UserTest, NullEventsMoveTheMouseAndAreDispatchedOnlyWhenHandled)
     user->DoIt();
     EXPECT_EQ(log, (Log{"prima:0", "orphan:0"}));
     EXPECT_EQ(user->mEvent.claimed, FALSE);
-    user->mpPrimaDonnas->Remove(&prima);
-    user->mpOrphans->Remove(&orphan);
 }
 
 TEST_F(UserTest, PrimaDonnasComeBeforeOrphansAndTheFirstClaimerWins)
 {
     Handler first("first", log, 2), second("second", log, 4), orphan1("orphan1", log, 8), orphan2("orphan2", log);
-    user->mpPrimaDonnas->AddToEnd(&first);
-    user->mpPrimaDonnas->AddToEnd(&second);
-    user->mpOrphans->AddToEnd(&orphan1);
-    user->mpOrphans->AddToEnd(&orphan2);
+    Join(user->mpPrimaDonnas, {&first, &second});
+    Join(user->mpOrphans, {&orphan1, &orphan2});
     user->IsHandsOn(TRUE);
-    k.PushEvent(2);
-    k.PushEvent(4);
-    k.PushEvent(8);
-    k.PushEvent(16);
-    for (int frame = 0; frame < 4; frame++)
-        user->DoIt();
-    EXPECT_EQ(log, (Log{"first:2",                                              // the first prima donna claims
-                        "first:4", "second:4",                                  // the second one claims
-                        "first:8", "second:8", "orphan1:8",                     // nobody before the orphans
-                        "first:16", "second:16", "orphan1:16", "orphan2:16"})); // nobody at all
+    EXPECT_EQ(Offer(2), (Log{"first:2"}));                                            // the first prima donna claims
+    EXPECT_EQ(Offer(4), (Log{"first:4", "second:4"}));                                // the second one claims
+    EXPECT_EQ(Offer(8), (Log{"first:8", "second:8", "orphan1:8"}));                   // nobody before the orphans
+    EXPECT_EQ(Offer(16), (Log{"first:16", "second:16", "orphan1:16", "orphan2:16"})); // nobody at all
     EXPECT_EQ(user->mEvent.claimed, FALSE);
 
     // HandleEvent reports the claimed flag, also for an event claimed before.
@@ -137,30 +148,19 @@ TEST_F(UserTest, PrimaDonnasComeBeforeOrphansAndTheFirstClaimerWins)
     EXPECT_EQ(user->HandleEvent(&event), FALSE);
     event.claimed = TRUE;
     EXPECT_EQ(user->HandleEvent(&event), TRUE);
-    user->mpPrimaDonnas->Remove(&first);
-    user->mpPrimaDonnas->Remove(&second);
-    user->mpOrphans->Remove(&orphan1);
-    user->mpOrphans->Remove(&orphan2);
 }
 
 TEST_F(UserTest, HogsTakeEveryEventEvenWhenNoneClaimsIt)
 {
     Handler hog1("hog1", log), hog2("hog2", log, 1), prima("prima", log, 0xFFFF);
-    user->mpHogs->AddToEnd(&hog1);
-    user->mpHogs->AddToEnd(&hog2);
+    Join(user->mpHogs, {&hog1, &hog2});
     user->mpPrimaDonnas->AddToEnd(&prima);
     user->IsHandsOn(TRUE);
-    k.PushEvent(8);
-    k.PushEvent(1);
-    user->DoIt();
+    EXPECT_EQ(Offer(8), (Log{"hog1:8", "hog2:8"}));
     EXPECT_EQ(user->mEvent.claimed, FALSE); // the key is lost
-    user->DoIt();
+    EXPECT_EQ(Offer(1), (Log{"hog1:1", "hog2:1"}));
     EXPECT_EQ(user->mEvent.claimed, TRUE);
-    EXPECT_EQ(log, (Log{"hog1:8", "hog2:8", "hog1:1", "hog2:1"}));
     EXPECT_EQ(k.Count("GetEvent"), 2);
-    user->mpHogs->Remove(&hog1);
-    user->mpHogs->Remove(&hog2);
-    user->mpPrimaDonnas->Remove(&prima);
 }
 
 TEST_F(UserTest, ModalHogsHoldTheFrameUntilOneClaims)
@@ -190,17 +190,12 @@ TEST_F(UserTest, ModalHogsHoldTheFrameUntilOneClaims)
 
     // Modal hogs also wait on null events when none are queued; a modal loop
     // whose last hog leaves without claiming ends with the event unclaimed.
-    struct Leaver : Handler {
-        using Handler::Handler;
-        int HandleEvent(GLEvent* pEvent) override
-        {
-            Handler::HandleEvent(pEvent);
-            if (++mSeen == 3)
-                theGame->mpUser->mpHogs->Remove(this);
-            return pEvent->claimed;
-        }
-        int mSeen = 0;
-    } leaver("leaver", log);
+    Handler leaver("leaver", log);
+    int seen = 0;
+    leaver.mAction = [&](GLEvent*) {
+        if (++seen == 3)
+            user->mpHogs->Remove(&leaver);
+    };
     user->mpHogs->Remove(&hog);
     user->mpHogs->AddToEnd(&leaver);
     log.clear();
@@ -209,21 +204,16 @@ TEST_F(UserTest, ModalHogsHoldTheFrameUntilOneClaims)
     EXPECT_EQ(log, (Log{"leaver:1", "leaver:8", "leaver:0"}));
     EXPECT_EQ(user->mEvent.claimed, FALSE);
     EXPECT_TRUE(user->mpHogs->IsEmpty());
-    user->mpPrimaDonnas->Remove(&prima);
-}
 
-TEST_F(UserTest, ModalHogsOfferTheFrameEventAloneWhenAHogClaimsIt)
-{
-    Handler hog("hog", log, 8);
-    user->mpHogs->AddToEnd(&hog);
-    user->HogsAreModal(TRUE);
-    user->IsHandsOn(TRUE);
+    // A hog that claims the frame's event itself: nothing more is fetched.
+    Handler keyHog("keyHog", log, 8);
+    user->mpHogs->AddToEnd(&keyHog);
+    log.clear();
     k.PushEvent(8);
     k.PushEvent(8);
     user->DoIt();
-    EXPECT_EQ(log, (Log{"hog:8"}));
+    EXPECT_EQ(log, (Log{"keyHog:8"}));
     EXPECT_EQ(k.events.size(), 1u);
-    user->mpHogs->Remove(&hog);
 }
 
 // Whether the hogs hold the frame is decided before they are offered the
@@ -231,17 +221,12 @@ TEST_F(UserTest, ModalHogsOfferTheFrameEventAloneWhenAHogClaimsIt)
 // only the next frame.
 TEST_F(UserTest, ModalHogsAreDecidedBeforeTheHogsAreAsked)
 {
-    struct Switcher : Handler {
-        using Handler::Handler;
-        int HandleEvent(GLEvent* pEvent) override
-        {
-            Handler::HandleEvent(pEvent);
-            if (pEvent->type == 8)
-                theGame->mpUser->HogsAreModal(mTurnOn);
-            return pEvent->claimed;
-        }
-        int mTurnOn = TRUE;
-    } hog("hog", log, 1);
+    Handler hog("hog", log, 1);
+    int turnOn = TRUE;
+    hog.mAction = [&](GLEvent* pEvent) {
+        if (pEvent->type == 8)
+            user->HogsAreModal(turnOn);
+    };
     user->mpHogs->AddToEnd(&hog);
     user->IsHandsOn(TRUE);
 
@@ -258,14 +243,13 @@ TEST_F(UserTest, ModalHogsAreDecidedBeforeTheHogsAreAsked)
     // though the hog switched modal hogs off meanwhile.
     k.events.clear();
     log.clear();
-    hog.mTurnOn = FALSE;
+    turnOn = FALSE;
     k.PushEvent(8);
     k.PushEvent(1);
     user->DoIt();
     EXPECT_EQ(log, (Log{"hog:8", "hog:1"}));
     EXPECT_EQ(user->mEvent.claimed, TRUE);
     EXPECT_EQ(user->HogsAreModal(), 0);
-    user->mpHogs->Remove(&hog);
 }
 
 TEST_F(UserTest, CopiesHaveTheirOwnSetsAndEvent)
@@ -275,23 +259,20 @@ TEST_F(UserTest, CopiesHaveTheirOwnSetsAndEvent)
     user->IsHandsOn(TRUE);
     k.PushEvent(8, 1, 2, 3, 4, 5);
     user->DoIt();
-    {
-        GLUser copy(*user);
-        EXPECT_NE(copy.mpPrimaDonnas, user->mpPrimaDonnas);
-        EXPECT_TRUE(copy.mpPrimaDonnas->IsInList(&prima));
-        EXPECT_EQ(copy.mEvent.type, 8);
-        EXPECT_NE(copy.mEvent.kernelEvent, user->mEvent.kernelEvent);
-        copy.mpPrimaDonnas->Remove(&prima);
-        EXPECT_TRUE(user->mpPrimaDonnas->IsInList(&prima));
+    GLUser copy(*user);
+    EXPECT_NE(copy.mpPrimaDonnas, user->mpPrimaDonnas);
+    EXPECT_TRUE(copy.mpPrimaDonnas->IsInList(&prima));
+    EXPECT_EQ(copy.mEvent.type, 8);
+    EXPECT_NE(copy.mEvent.kernelEvent, user->mEvent.kernelEvent);
+    copy.mpPrimaDonnas->Remove(&prima);
+    EXPECT_TRUE(user->mpPrimaDonnas->IsInList(&prima));
 
-        GLUser other;
-        other = copy;
-        EXPECT_NE(other.mpHogs, copy.mpHogs);
-        EXPECT_TRUE(other.mpPrimaDonnas->IsEmpty());
-        other = other;
-        EXPECT_EQ(other.mUserFlags, 1);
-    }
-    user->mpPrimaDonnas->Remove(&prima);
+    GLUser other;
+    other = copy;
+    EXPECT_NE(other.mpHogs, copy.mpHogs);
+    EXPECT_TRUE(other.mpPrimaDonnas->IsEmpty());
+    other = other;
+    EXPECT_EQ(other.mUserFlags, 1);
 }
 
 // A kernel that gives no memory to one source file, so that the checks on the
@@ -326,98 +307,47 @@ TEST_F(UserTest, FailedSetAllocationsAreReported)
 
 // ----- the planes' place in the order -----
 
-// A handler on a plane: notes the position it is offered, in the coordinates
-// the event holds at that moment.
-class PlaneHandler : public Handler {
-public:
-    using Handler::Handler;
-    int HandleEvent(GLEvent* pEvent) override
-    {
-        mLog.push_back(mName + "@" + std::to_string(pEvent->where.GetX()) + "," + std::to_string(pEvent->where.GetY()) +
-                       (pEvent->plane ? "L" : "G"));
-        if (pEvent->type & mClaimMask)
-            pEvent->claimed = TRUE;
-        return pEvent->claimed;
-    }
-};
-
-class UserPlaneTest : public UserTest {
-protected:
-    UserPlaneTest()
-    {
-        top = new GLColoredPlane(ZOR_Rect(0, 0, 99, 99), 1, 10, 0, ZOR_Point(0, 0));
-        low = new GLColoredPlane(ZOR_Rect(50, 50, 199, 199), 2, 5, 0, ZOR_Point(0, 0));
-        game->mpPlaneManager->Add(low);
-        game->mpPlaneManager->Add(top);
-        top->GetCast()->Add(&onTop);
-        low->GetCast()->Add(&onLow);
-        user->mpPrimaDonnas->AddToEnd(&prima);
-        user->mpOrphans->AddToEnd(&orphan);
-        user->IsHandsOn(TRUE);
-    }
-    ~UserPlaneTest() override
-    {
-        user->mpPrimaDonnas->Remove(&prima);
-        user->mpOrphans->Remove(&orphan);
-        top->GetCast()->Remove(&onTop);
-        low->GetCast()->Remove(&onLow);
-        game->mpPlaneManager->Remove(top);
-        game->mpPlaneManager->Remove(low);
-        delete top;
-        delete low;
-    }
-
-    AbsGLPlane* top = nullptr;
-    AbsGLPlane* low = nullptr;
-    PlaneHandler prima{"prima", log};
-    PlaneHandler onTop{"top", log};
-    PlaneHandler onLow{"low", log};
-    PlaneHandler orphan{"orphan", log};
-};
-
-TEST_F(UserPlaneTest, PlanesAreAskedAfterThePrimaDonnasAndBeforeTheOrphans)
+TEST_F(UserTest, PlanesAreAskedAfterThePrimaDonnasAndBeforeTheOrphans)
 {
+    AbsGLPlane* top = new GLColoredPlane(ZOR_Rect(0, 0, 99, 99), 1, 10, 0, ZOR_Point(0, 0));
+    AbsGLPlane* low = new GLColoredPlane(ZOR_Rect(50, 50, 199, 199), 2, 5, 0, ZOR_Point(0, 0));
+    game->mpPlaneManager->Add(low);
+    game->mpPlaneManager->Add(top);
+    Handler prima("prima", log, 0, true), onTop("top", log, 0, true), onLow("low", log, 0, true),
+        orphan("orphan", log, 0, true), hog("hog", log, 0, true);
+    top->GetCast()->Add(&onTop);
+    low->GetCast()->Add(&onLow);
+    user->mpPrimaDonnas->AddToEnd(&prima);
+    user->mpOrphans->AddToEnd(&orphan);
+    user->IsHandsOn(TRUE);
+
     // Nobody claims: every plane under the position, top first, sees the
     // event in its own coordinates; the orphans get it global again.
-    k.PushEvent(1, 0, 0, 60, 70);
-    user->DoIt();
-    EXPECT_EQ(log, (Log{"prima@60,70G", "top@60,70L", "low@10,20L", "orphan@60,70G"}));
+    EXPECT_EQ(Offer(1, 60, 70), (Log{"prima@60,70G", "top@60,70L", "low@10,20L", "orphan@60,70G"}));
     EXPECT_EQ(user->mEvent.claimed, FALSE);
 
     // A plane that claims keeps the event from the planes below and the
     // orphans; the event stays in its coordinates.
     onLow.mClaimMask = 1;
-    log.clear();
-    k.PushEvent(1, 0, 0, 60, 70);
-    user->DoIt();
-    EXPECT_EQ(log, (Log{"prima@60,70G", "top@60,70L", "low@10,20L"}));
+    EXPECT_EQ(Offer(1, 60, 70), (Log{"prima@60,70G", "top@60,70L", "low@10,20L"}));
     EXPECT_EQ(user->mEvent.plane, low);
     EXPECT_EQ(user->mEvent.where.GetX(), 10);
 
     // A position on the lower plane only; then one on no plane at all.
-    log.clear();
-    k.PushEvent(1, 0, 0, 150, 160);
-    k.PushEvent(2, 0, 0, 300, 300);
-    user->DoIt();
-    user->DoIt();
-    EXPECT_EQ(log, (Log{"prima@150,160G", "low@100,110L", "prima@300,300G", "orphan@300,300G"}));
-}
+    EXPECT_EQ(Offer(1, 150, 160), (Log{"prima@150,160G", "low@100,110L"}));
+    EXPECT_EQ(Offer(2, 300, 300), (Log{"prima@300,300G", "orphan@300,300G"}));
 
-TEST_F(UserPlaneTest, PrimaDonnasAndHogsKeepTheEventFromThePlanes)
-{
+    // A prima donna that claims, and a hog, keep the event from the planes.
     prima.mClaimMask = 8;
-    k.PushEvent(8, 0, 0, 60, 70);
-    user->DoIt();
-    EXPECT_EQ(log, (Log{"prima@60,70G"}));
-
-    PlaneHandler hog("hog", log);
+    EXPECT_EQ(Offer(8, 60, 70), (Log{"prima@60,70G"}));
     user->mpHogs->AddToEnd(&hog);
-    log.clear();
-    k.PushEvent(1, 0, 0, 60, 70);
-    user->DoIt();
-    EXPECT_EQ(log, (Log{"hog@60,70G"}));
+    EXPECT_EQ(Offer(1, 60, 70), (Log{"hog@60,70G"}));
     EXPECT_EQ(user->mEvent.claimed, FALSE);
-    user->mpHogs->Remove(&hog);
+
+    for (AbsGLPlane* plane : {top, low}) {
+        game->mpPlaneManager->Remove(plane);
+        delete plane;
+    }
 }
 
 } // namespace
