@@ -75,15 +75,12 @@ TEST_F(SoftSound, AFadeReachesItsVolumeOverItsTime)
     k.PlaySample(10, 0, 120, 0, 0);
     EXPECT_EQ(k.FadeSample(10, 0, 5, 40, 0, 0), 1); // to 0 in 40 ticks, steps of 5
     int volume = 0;
-    Ticks(4);
-    k.GetSampleVolume(10, &volume, 0);
-    EXPECT_EQ(volume, 120);
-    Ticks(1);
-    k.GetSampleVolume(10, &volume, 0);
-    EXPECT_EQ(volume, 105);
-    Ticks(15);
-    k.GetSampleVolume(10, &volume, 0);
-    EXPECT_EQ(volume, 60);
+    const int steps[][2] = {{4, 120}, {1, 105}, {15, 60}}; // ticks, then the volume after them
+    for (const auto& step : steps) {
+        Ticks(step[0]);
+        k.GetSampleVolume(10, &volume, 0);
+        EXPECT_EQ(volume, step[1]) << "after " << step[0] << " more ticks";
+    }
     Ticks(20);
     EXPECT_TRUE(k.GetSampleVolume(10, &volume, 0)); // reached 0, still playing
     EXPECT_EQ(volume, 0);
