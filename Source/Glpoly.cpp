@@ -104,12 +104,11 @@ void GLPoly::SetPoints(GLListAsArray<GLPoint>& points)
 {
     const int iCount = points.NumElements();
     GL_FREE(mpPolyPoints);
-    mpPolyPoints = 0;
     miPointCount = 0;
-    if (iCount > 0) {
-        mpPolyPoints = static_cast<ZOR_Point*>(GL_ALLOC(sizeof(ZOR_Point) * static_cast<std::size_t>(iCount)));
-        GL_ASSERT(mpPolyPoints);
-    }
+    // As in the array form, the new array is allocated whatever the count,
+    // so an empty list fails here rather than at the first use of the points.
+    mpPolyPoints = static_cast<ZOR_Point*>(GL_ALLOC(sizeof(ZOR_Point) * static_cast<std::size_t>(iCount)));
+    GL_ASSERT(mpPolyPoints);
     for (int i = 0; i < iCount; i++) {
         new (&mpPolyPoints[i]) ZOR_Point();
         mpPolyPoints[i].x = points.At(i)->GetX();

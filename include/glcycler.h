@@ -75,7 +75,7 @@ protected:
     std::int32_t mCycling;
     std::int32_t mCompleted;
     GLObject* mpCaller;
-    std::int32_t mTargetCel;
+    std::int32_t mTargetCel; // 0 until set; only the cycle-to rule reads it
     GLSetAsArray<GLCel>* mpCels;
     KernelListAsArray* mpCelTimes;
     std::int32_t mDirection;

@@ -72,7 +72,9 @@ public:
     GLPath& operator=(const GLPath& path);
     virtual ~GLPath();
 
-    // Walks the points from the first; a finished path may be started again.
+    // Walks from the current point: the first for a new path, and the first
+    // again once every point has been walked. A path stopped part-way goes on
+    // from the point it was walking to.
     void Start(GLListAsArray<GLPoint>& points);
     void Start(GLListAsArray<GLPoint>& points, GLObject* pCaller);
     using GLMover::Start;

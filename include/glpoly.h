@@ -20,6 +20,9 @@ public:
     // until Init: sharing the point array or the kernel polygon would free
     // them twice.
     GLPoly(const GLPoly& poly);
+    // Assignment hides this polygon if shown and takes over the points,
+    // colour, priority and select function; it keeps its own plane and its
+    // own input switch.
     GLPoly& operator=(const GLPoly& poly);
     // Hides it if shown and takes it out of its plane's event set.
     virtual ~GLPoly();

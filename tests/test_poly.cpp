@@ -136,6 +136,8 @@ TEST_F(PolyTest, PointsAreCopiedAndChecked)
 
     GLPoly empty(plane);
     EXPECT_GL_ASSERT(empty.Init(), "Source/Glpoly.cpp", "miPointCount");
+    GLListAsArray<GLPoint> none(1, 1);
+    EXPECT_GL_ASSERT(GLPoly(plane, none), "Source/Kdllfix.cpp", "size > 0");
     EXPECT_GL_ASSERT(GLPoly(nullptr), "Source/Glpoly.cpp", "pPlane");
     EXPECT_GL_ASSERT(GLPoly(plane, nullptr, 3), "Source/Glpoly.cpp", "pPointArray");
     GLPoint one(0, 0);
