@@ -19,10 +19,24 @@ protected:
         ASSERT_TRUE(k.SetGameFolder(game.Dir()));
     }
     void TearDown() override { EXPECT_EQ(k.Fault(), ""); }
+    void Frames(int n)
+    {
+        for (int i = 0; i < n; i++)
+            k.UpdateScreen(1);
+    }
+    int Px(int x, int y) const { return k.Frame()[y * 640 + x]; }
+    static std::string XY(const ZOR_Point& p) { return std::to_string(p.x) + "," + std::to_string(p.y); }
 
     TempGame game;
     SoftKernel k;
 };
+
+Expected Filled(int left, int top, int right, int bottom, int color)
+{
+    Expected e;
+    e.Fill(left, top, right, bottom, color);
+    return e;
+}
 
 // The cel of view 10 drawn by hand: top-left at (left, top).
 void DrawCel(Expected& e, int left, int top)
@@ -42,41 +56,61 @@ TEST_F(SoftCompose, PlanesDrawInPriorityOrderAndTransparentPlanesShowWhatIsBelow
     MakeItem(k, glass, 10, 0, 0, 20, 30);
     k.UpdateScreen(1);
 
-    Expected e;
-    e.Fill(0, 0, 639, 479, 1);
+    Expected e = Filled(0, 0, 639, 479, 1);
     e.Fill(100, 100, 199, 149, 4);
     e.Fill(150, 120, 300, 200, 6);
     DrawCel(e, 18, 28);
     EXPECT_TRUE(FrameMatches(k, e, "planes_in_order"));
 }
 
-TEST_F(SoftCompose, PriorityChangesTakeEffectOnlyAtUpdatePlane)
+TEST_F(SoftCompose, RecordValuesAreTakenOverOnlyAtTheirUpdate)
 {
     MakePlane(k, -1, 1, ZOR_Rect(0, 0, 99, 99), 1);
     KernelPlaneRecord* p = MakePlane(k, -1, 2, ZOR_Rect(50, 50, 149, 149), 2);
-    p->priority = 0; // written, not yet taken over
+    KernelScreenItemRecord* r = MakeItem(k, p, 10, 0, 1, 60, 60); // the 2x2 cel at (110, 110) on the screen
+    p->priority = 0;                                              // written, not yet taken over
+    r->pos = ZOR_Point(80, 80);
     k.UpdateScreen(1);
-    EXPECT_EQ(k.Frame()[60 * 640 + 60], 2);
+    EXPECT_EQ(Px(60, 60), 2);
+    EXPECT_EQ(Px(110, 110), 9);
+    EXPECT_EQ(Px(130, 130), 2);
+    ZOR_Rect seen;
+    ASSERT_TRUE(k.GetNowSeenRect(p->id, r->id, &seen));
+    EXPECT_EQ(seen.left, 60);
     k.UpdatePlane(p);
+    k.UpdateScreenItem(r);
     k.UpdateScreen(1);
-    EXPECT_EQ(k.Frame()[60 * 640 + 60], 1);
+    EXPECT_EQ(Px(60, 60), 1);
+    EXPECT_EQ(Px(110, 110), 2);
+    EXPECT_EQ(Px(130, 130), 9);
     EXPECT_EQ(k.TopPlanePriority(), 1);
 }
 
 TEST_F(SoftCompose, ItemsSitByTheirOriginInPlaneCoordinatesAndAreClippedToThePlane)
 {
+    // Also: plane coordinates convert both ways, and a new rectangle counts from its UpdatePlane on.
     KernelPlaneRecord* p = MakePlane(k, -1, 1, ZOR_Rect(100, 20, 199, 119), 0);
     MakeItem(k, p, 10, 0, 0, 50, 60);
     // Half outside the plane's left edge, and one outside the screen altogether.
     MakeItem(k, p, 10, 0, 0, 1, 10);
     MakeItem(k, p, 10, 0, 0, -5000, 90000);
     k.UpdateScreen(1);
-    Expected e;
-    e.Fill(100, 20, 199, 119, 1);
+    Expected e = Filled(100, 20, 199, 119, 1);
     DrawCel(e, 148, 78);
     DrawCel(e, 99, 28);
     e.Fill(99, 28, 99, 30, 0); // the column left of the plane stays black
     EXPECT_TRUE(FrameMatches(k, e, "origin_and_clip"));
+
+    ZOR_Point pt(150, 50);
+    k.PlaneToLocal(p->id, &pt);
+    EXPECT_EQ(XY(pt), "50,30");
+    k.PlaneToGlobal(p->id, &pt);
+    EXPECT_EQ(XY(pt), "150,50");
+    p->rect = ZOR_Rect(0, 0, 639, 479);
+    k.PlaneRectChanged(p);
+    k.UpdatePlane(p);
+    k.PlaneToLocal(p->id, &pt);
+    EXPECT_EQ(XY(pt), "150,50");
 }
 
 TEST_F(SoftCompose, FixedPriorityOrdersItemsAndFloatingPriorityFollowsY)
@@ -86,25 +120,22 @@ TEST_F(SoftCompose, FixedPriorityOrdersItemsAndFloatingPriorityFollowsY)
     KernelScreenItemRecord* front = MakeItem(k, p, 10, 0, 1, 10, 10, 5);
     MakeItem(k, p, 10, 0, 0, 12, 12, 4); // covers (10..13, 10..12) under the 2x2 at (10,10)
     k.UpdateScreen(1);
-    EXPECT_EQ(k.Frame()[10 * 640 + 11], 9);
+    EXPECT_EQ(Px(11, 10), 9);
     front->priority = 3;
     k.UpdateScreenItem(front);
     k.UpdateScreen(1);
-    EXPECT_EQ(k.Frame()[10 * 640 + 11], 2 + 1);
+    EXPECT_EQ(Px(11, 10), 2 + 1);
 
     // Floating: the item further down (greater y + z) is in front.
-    KernelScreenItemRecord* a = MakeItem(k, p, 10, 0, 1, 200, 200, -9999);
+    MakeItem(k, p, 10, 0, 1, 200, 200, -9999);
     KernelScreenItemRecord* b = MakeItem(k, p, 10, 0, 0, 202, 202, -9999);
-    (void)a;
     k.UpdateScreen(1);
-    EXPECT_EQ(k.Frame()[200 * 640 + 201], 3);
-    b->pos.y = 150;
-    b->z = -49; // y + z = 101 < 200: now behind
+    EXPECT_EQ(Px(201, 200), 3);
     b->pos.y = 201;
-    b->z = -100;
+    b->z = -100; // y + z = 101 < 200: now behind
     k.UpdateScreenItem(b);
     k.UpdateScreen(1);
-    EXPECT_EQ(k.Frame()[200 * 640 + 201], 9);
+    EXPECT_EQ(Px(201, 200), 9);
     EXPECT_EQ(k.TopScreenItemPriority(p->id), 200);
 }
 
@@ -121,8 +152,7 @@ TEST_F(SoftCompose, ScaleAndInsetShapeBothTheDrawingAndTheNowSeenRect)
     ASSERT_TRUE(k.GetNowSeenRect(p->id, r->id, &seen));
     EXPECT_EQ(Edges(seen), "96,94,103,102");
     k.UpdateScreen(1);
-    Expected e;
-    e.Fill(10, 10, 629, 469, 1);
+    Expected e = Filled(10, 10, 629, 469, 1);
     for (int y = 0; y < 9; y++)
         for (int x = 0; x < 8; x++)
             if (!(x / 2 == 0 && y / 3 == 0))
@@ -137,29 +167,11 @@ TEST_F(SoftCompose, ScaleAndInsetShapeBothTheDrawingAndTheNowSeenRect)
     ASSERT_TRUE(k.GetNowSeenRect(p->id, r->id, &seen));
     EXPECT_EQ(Edges(seen), "99,99,100,100");
     k.UpdateScreen(1);
-    Expected f;
-    f.Fill(10, 10, 629, 469, 1);
+    Expected f = Filled(10, 10, 629, 469, 1);
     for (int y = 1; y <= 2; y++)
         for (int x = 1; x <= 2; x++)
             f.Set(10 + 98 + x, 10 + 98 + y, 2 + (x + y) % 3);
     EXPECT_TRUE(FrameMatches(k, f, "inset"));
-}
-
-TEST_F(SoftCompose, RecordValuesAreTakenOverOnlyAtUpdateScreenItem)
-{
-    KernelPlaneRecord* p = MakePlane(k, -1, 1, ZOR_Rect(0, 0, 639, 479), 0);
-    KernelScreenItemRecord* r = MakeItem(k, p, 10, 0, 1, 10, 10);
-    r->pos = ZOR_Point(300, 300);
-    k.UpdateScreen(1);
-    EXPECT_EQ(k.Frame()[10 * 640 + 10], 9);
-    EXPECT_EQ(k.Frame()[300 * 640 + 300], 1);
-    ZOR_Rect seen;
-    ASSERT_TRUE(k.GetNowSeenRect(p->id, r->id, &seen));
-    EXPECT_EQ(seen.left, 10);
-    k.UpdateScreenItem(r);
-    k.UpdateScreen(1);
-    EXPECT_EQ(k.Frame()[10 * 640 + 10], 1);
-    EXPECT_EQ(k.Frame()[300 * 640 + 300], 9);
 }
 
 TEST_F(SoftCompose, NowSeenAndHitsAnswerOnlyForItemsOnTheScreen)
@@ -183,29 +195,10 @@ TEST_F(SoftCompose, NowSeenAndHitsAnswerOnlyForItemsOnTheScreen)
     EXPECT_FALSE(k.ScreenItemOnPoint(&below, p->id, r->id, 0));
 
     k.DeleteScreenItem(r);
-    KernelScreenItemRecord* never = k.NewScreenItem(p->id, &src, ZOR_Point(0, 0), ScaleInfo{128, 128, 100, 0});
-    k.DeleteScreenItem(never); // a record never added is accepted
-    KernelScreenItemRecord* kept = k.NewScreenItem(p->id, &src, ZOR_Point(0, 0), ScaleInfo{128, 128, 100, 0});
-    k.DisposeScreenItem(kept);
+    // A record never added is accepted.
+    k.DeleteScreenItem(k.NewScreenItem(p->id, &src, ZOR_Point(0, 0), ScaleInfo{128, 128, 100, 0}));
+    k.DisposeScreenItem(k.NewScreenItem(p->id, &src, ZOR_Point(0, 0), ScaleInfo{128, 128, 100, 0}));
     EXPECT_EQ(k.TopScreenItemPriority(p->id), -1);
-}
-
-TEST_F(SoftCompose, PlaneCoordinatesConvertBothWays)
-{
-    KernelPlaneRecord* p = MakePlane(k, -2, 0, ZOR_Rect(100, 40, 300, 200), 1);
-    ZOR_Point pt(150, 50);
-    k.PlaneToLocal(p->id, &pt);
-    EXPECT_EQ(pt.x, 50);
-    EXPECT_EQ(pt.y, 10);
-    k.PlaneToGlobal(p->id, &pt);
-    EXPECT_EQ(pt.x, 150);
-    EXPECT_EQ(pt.y, 50);
-    // A new rectangle counts from its UpdatePlane on.
-    p->rect = ZOR_Rect(0, 0, 639, 479);
-    k.PlaneRectChanged(p);
-    k.UpdatePlane(p);
-    k.PlaneToLocal(p->id, &pt);
-    EXPECT_EQ(pt.x, 150);
 }
 
 TEST_F(SoftCompose, PicturesMirrorAddAtAndMoveWithTheirPlane)
@@ -213,8 +206,7 @@ TEST_F(SoftCompose, PicturesMirrorAddAtAndMoveWithTheirPlane)
     KernelPlaneRecord* p = MakePlane(k, -4, 7, ZOR_Rect(20, 20, 59, 39), 0, 5, 0);
     k.AddPicAt(p->id, 5, 10, 2, 1, 0);
     k.UpdateScreen(1);
-    Expected e;
-    e.Fill(20, 20, 59, 39, 7);
+    Expected e = Filled(20, 20, 59, 39, 7);
     e.Fill(20, 20, 23, 23, 10);
     e.Fill(24, 20, 27, 23, 12);
     e.Fill(30, 22, 33, 25, 12); // mirrored: right half first
@@ -223,11 +215,9 @@ TEST_F(SoftCompose, PicturesMirrorAddAtAndMoveWithTheirPlane)
 
     KernelScreenItemRecord* r = MakeItem(k, p, 10, 0, 1, 0, 10);
     k.MovePlaneItems(p->id, 5, 1, 1);
-    EXPECT_EQ(r->pos.x, 5);
-    EXPECT_EQ(r->pos.y, 11);
+    EXPECT_EQ(XY(r->pos), "5,11");
     k.UpdateScreen(1);
-    Expected f;
-    f.Fill(20, 20, 59, 39, 7);
+    Expected f = Filled(20, 20, 59, 39, 7);
     f.Fill(25, 21, 28, 24, 10);
     f.Fill(29, 21, 32, 24, 12);
     f.Fill(35, 23, 38, 26, 12);
@@ -242,7 +232,7 @@ TEST_F(SoftCompose, PicturesMirrorAddAtAndMoveWithTheirPlane)
     k.UpdatePlane(p);
     EXPECT_EQ(p->pictureChanged, 0);
     k.UpdateScreen(1);
-    EXPECT_EQ(k.Frame()[23 * 640 + 30], 7);
+    EXPECT_EQ(Px(30, 23), 7);
 }
 
 TEST_F(SoftCompose, TransitionsReportTheirProgressAndEndShown)
@@ -251,26 +241,22 @@ TEST_F(SoftCompose, TransitionsReportTheirProgressAndEndShown)
     k.SetShowStyle(p->id, 1, 2, 8, 0, 0, 0, nullptr, 0, 4); // 4 steps of 2 ticks
     EXPECT_EQ(k.ShowStylePercentComplete(p->id), 0);
     k.UpdateScreen(1); // drawn at tick 0, the clock moves to 1
-    EXPECT_EQ(k.Frame()[50 * 640 + 50], 8);
+    EXPECT_EQ(Px(50, 50), 8);
     k.UpdateScreen(1);
     EXPECT_EQ(k.ShowStylePercentComplete(p->id), 25);
-    k.UpdateScreen(1);
-    k.UpdateScreen(1);
-    k.UpdateScreen(1);
+    Frames(3);
     EXPECT_EQ(k.ShowStylePercentComplete(p->id), 50);
     // Left to right: half of the plane is shown, the rest is the transition's colour.
-    EXPECT_EQ(k.Frame()[10 * 640 + 10], 3);
-    EXPECT_EQ(k.Frame()[10 * 640 + 80], 8);
-    for (int i = 0; i < 4; i++)
-        k.UpdateScreen(1);
+    EXPECT_EQ(Px(10, 10), 3);
+    EXPECT_EQ(Px(80, 10), 8);
+    Frames(4);
     EXPECT_EQ(k.ShowStylePercentComplete(p->id), 100);
-    EXPECT_EQ(k.Frame()[10 * 640 + 80], 3);
+    EXPECT_EQ(Px(80, 10), 3);
 
     // Disappearing: once over, the plane is gone.
     k.SetShowStyle(p->id, 4, 1, -1, 0, 0, 1, nullptr, 0, -1);
-    for (int i = 0; i < 12; i++)
-        k.UpdateScreen(1);
-    EXPECT_EQ(k.Frame()[10 * 640 + 10], 0);
+    Frames(12);
+    EXPECT_EQ(Px(10, 10), 0);
 }
 
 TEST_F(SoftCompose, ScrollingBringsTheNewPictureInAndThenShowsIt)
@@ -284,30 +270,29 @@ TEST_F(SoftCompose, ScrollingBringsTheNewPictureInAndThenShowsIt)
     EXPECT_EQ(k.Frame()[0], 10);
     EXPECT_EQ(k.Frame()[2], 12);
     EXPECT_EQ(k.Frame()[6], 14);
-    for (int i = 0; i < 4; i++)
-        k.UpdateScreen(1);
+    Frames(4);
     EXPECT_EQ(k.Frame()[0], 14);
     EXPECT_EQ(p->picture, 7);
 }
 
 TEST_F(SoftCompose, PointInPolygonCountsTheEdgeAsInside)
 {
-    // A concave "L".
-    ZOR_Point l[] = {{0, 0}, {10, 0}, {10, 4}, {4, 4}, {4, 10}, {0, 10}};
-    EXPECT_TRUE(k.PointInPolygon(2, 2, l, 6));
-    EXPECT_TRUE(k.PointInPolygon(8, 2, l, 6));
-    EXPECT_FALSE(k.PointInPolygon(8, 8, l, 6)); // in the notch
-    EXPECT_TRUE(k.PointInPolygon(0, 0, l, 6));  // a vertex
-    EXPECT_TRUE(k.PointInPolygon(10, 2, l, 6)); // the right edge
-    EXPECT_TRUE(k.PointInPolygon(7, 4, l, 6));  // the inner horizontal edge
-    EXPECT_TRUE(k.PointInPolygon(4, 7, l, 6));  // the inner vertical edge
-    EXPECT_FALSE(k.PointInPolygon(11, 2, l, 6));
-    EXPECT_FALSE(k.PointInPolygon(-1, 5, l, 6));
+    ZOR_Point l[] = {{0, 0}, {10, 0}, {10, 4}, {4, 4}, {4, 10}, {0, 10}}; // a concave "L"
     ZOR_Point tri[] = {{0, 0}, {100, 50}, {0, 100}};
-    EXPECT_TRUE(k.PointInPolygon(50, 25, tri, 3)); // on the slanted edge
-    EXPECT_FALSE(k.PointInPolygon(51, 25, tri, 3));
-    EXPECT_TRUE(k.PointInPolygon(99, 50, tri, 3));
-    EXPECT_FALSE(k.PointInPolygon(5, 5, nullptr, 0));
+    struct Case {
+        ZOR_Point* polygon;
+        int count, x, y;
+        bool inside;
+    };
+    // The L's upright and arm, its notch, a vertex, its right edge, its inner horizontal and vertical edges, two
+    // points outside it; the triangle's slanted edge, a point right of that, its tip; and no polygon at all.
+    const Case cases[] = {{l, 6, 2, 2, true},       {l, 6, 8, 2, true},      {l, 6, 8, 8, false},
+                          {l, 6, 0, 0, true},       {l, 6, 10, 2, true},     {l, 6, 7, 4, true},
+                          {l, 6, 4, 7, true},       {l, 6, 11, 2, false},    {l, 6, -1, 5, false},
+                          {tri, 3, 50, 25, true},   {tri, 3, 51, 25, false}, {tri, 3, 99, 50, true},
+                          {nullptr, 0, 5, 5, false}};
+    for (const Case& c : cases)
+        EXPECT_EQ(k.PointInPolygon(c.x, c.y, c.polygon, c.count) != 0, c.inside) << c.x << "," << c.y;
 }
 
 TEST_F(SoftCompose, PolygonsDrawWithTheirStyleAndCanBeUpdatedAndDeleted)
@@ -317,8 +302,7 @@ TEST_F(SoftCompose, PolygonsDrawWithTheirStyleAndCanBeUpdatedAndDeleted)
     const std::int32_t solid = k.AddPolygon(p->id, pts, 3, 5, 11, ZOR_Line::tSolid, 0, 1, 1);
     EXPECT_GE(solid, 0);
     k.UpdateScreen(1);
-    Expected e;
-    e.Fill(10, 10, 109, 109, 1);
+    Expected e = Filled(10, 10, 109, 109, 1);
     e.Fill(10, 10, 30, 10, 11);
     e.Fill(30, 10, 30, 20, 11);
     for (int i = 0; i <= 20; i++) // the closing edge from (20,10) back to (0,0)
@@ -329,13 +313,13 @@ TEST_F(SoftCompose, PolygonsDrawWithTheirStyleAndCanBeUpdatedAndDeleted)
     k.UpdatePolygon(p->id, solid, line, 2, 5, 12, ZOR_Line::tDashed, 0, 1, 0);
     k.UpdateScreen(1);
     for (int x = 0; x <= 15; x++)
-        EXPECT_EQ(k.Frame()[60 * 640 + 10 + x], (x / 4) % 2 == 0 ? 12 : 1) << x;
+        EXPECT_EQ(Px(10 + x, 60), (x / 4) % 2 == 0 ? 12 : 1) << x;
     k.DeletePolygon(p->id, solid);
     k.UpdateScreen(1);
-    EXPECT_EQ(k.Frame()[60 * 640 + 10], 1);
+    EXPECT_EQ(Px(10, 60), 1);
 }
 
-TEST_F(SoftCompose, MemoryBitmapsLiveBehindTheirIdsAndShowText)
+TEST_F(SoftCompose, MemoryBitmapsLiveBehindTheirIdsAndShowTextAndBlocksComeFromTheLedger)
 {
     EXPECT_FALSE(k.DLLCheckValid(0));
     const std::uint16_t id = k.CreateMemBitmap(120, 30, 5, 5);
@@ -355,8 +339,8 @@ TEST_F(SoftCompose, MemoryBitmapsLiveBehindTheirIdsAndShowText)
     int white = 0, below = 0;
     for (int y = 100; y < 130; y++)
         for (int x = 100; x < 220; x++) {
-            white += k.Frame()[y * 640 + x] == 15;
-            below += k.Frame()[y * 640 + x] == 1; // the skip colour shows the plane
+            white += Px(x, y) == 15;
+            below += Px(x, y) == 1; // the skip colour shows the plane
         }
     EXPECT_GT(white, 20);
     EXPECT_EQ(white + below, 120 * 30);
@@ -367,10 +351,7 @@ TEST_F(SoftCompose, MemoryBitmapsLiveBehindTheirIdsAndShowText)
     k.DeleteScreenItem(r);
     k.FreeMemBitmap(id);
     EXPECT_FALSE(k.DLLCheckValid(id));
-}
 
-TEST_F(SoftCompose, MemoryComesFromTheLedger)
-{
     void* a = k.AllocMemory(24, "Source/Glcast.cpp", 37);
     ASSERT_NE(a, nullptr);
     EXPECT_EQ(static_cast<unsigned char*>(a)[23], 0);
@@ -384,22 +365,16 @@ TEST_F(SoftCompose, TheCursorIsDrawnOnTopWhereItWasPut)
 {
     MakePlane(k, -1, 1, ZOR_Rect(0, 0, 639, 479), 0);
     k.SetCursorView(10, 0, 1);
-    ZOR_Point at(700, -3);
+    ZOR_Point at(700, -3), mid(200, 100);
     k.SetCursorPos(&at);
-    EXPECT_EQ(k.CursorPos().x, 639);
-    EXPECT_EQ(k.CursorPos().y, 0);
-    ZOR_Point mid(200, 100);
+    EXPECT_EQ(XY(k.CursorPos()), "639,0");
     k.SetCursorPos(&mid);
     k.UpdateScreen(1);
-    EXPECT_EQ(k.Frame()[100 * 640 + 200], 9);
+    EXPECT_EQ(Px(200, 100), 9);
     k.HideCursor();
     k.UpdateScreen(1);
-    EXPECT_EQ(k.Frame()[100 * 640 + 200], 1);
+    EXPECT_EQ(Px(200, 100), 1);
 }
-
-} // namespace
-
-namespace {
 
 // Values far outside the screen, the unset marker among them, are drawn (or
 // not) without any arithmetic going wrong; the sanitizer build watches.
