@@ -113,7 +113,7 @@ TEST_F(SoftCompose, ItemsSitByTheirOriginInPlaneCoordinatesAndAreClippedToThePla
     EXPECT_EQ(XY(pt), "150,50");
 }
 
-TEST_F(SoftCompose, FixedPriorityOrdersItemsAndFloatingPriorityFollowsY)
+TEST_F(SoftCompose, FixedPriorityOrdersItemsFloatingPriorityFollowsYAndTheCursorIsOnTop)
 {
     KernelPlaneRecord* p = MakePlane(k, -1, 1, ZOR_Rect(0, 0, 639, 479), 0);
     // Two overlapping 2x2 cels of colour 9 and a 4x3 cel: the later-drawn one wins.
@@ -137,6 +137,18 @@ TEST_F(SoftCompose, FixedPriorityOrdersItemsAndFloatingPriorityFollowsY)
     k.UpdateScreen(1);
     EXPECT_EQ(Px(201, 200), 9);
     EXPECT_EQ(k.TopScreenItemPriority(p->id), 200);
+
+    // The cursor is kept on the screen and drawn where it was put.
+    k.SetCursorView(10, 0, 1);
+    ZOR_Point at(700, -3), mid(200, 100);
+    k.SetCursorPos(&at);
+    EXPECT_EQ(XY(k.CursorPos()), "639,0");
+    k.SetCursorPos(&mid);
+    k.UpdateScreen(1);
+    EXPECT_EQ(Px(200, 100), 9);
+    k.HideCursor();
+    k.UpdateScreen(1);
+    EXPECT_EQ(Px(200, 100), 1);
 }
 
 TEST_F(SoftCompose, ScaleAndInsetShapeBothTheDrawingAndTheNowSeenRect)
@@ -359,21 +371,6 @@ TEST_F(SoftCompose, MemoryBitmapsLiveBehindTheirIdsAndShowTextAndBlocksComeFromT
     k.FreeMemory(nullptr);
     k.FreeMemory(a);
     EXPECT_EQ(k.Ledger().LiveCount(), 0u);
-}
-
-TEST_F(SoftCompose, TheCursorIsDrawnOnTopWhereItWasPut)
-{
-    MakePlane(k, -1, 1, ZOR_Rect(0, 0, 639, 479), 0);
-    k.SetCursorView(10, 0, 1);
-    ZOR_Point at(700, -3), mid(200, 100);
-    k.SetCursorPos(&at);
-    EXPECT_EQ(XY(k.CursorPos()), "639,0");
-    k.SetCursorPos(&mid);
-    k.UpdateScreen(1);
-    EXPECT_EQ(Px(200, 100), 9);
-    k.HideCursor();
-    k.UpdateScreen(1);
-    EXPECT_EQ(Px(200, 100), 1);
 }
 
 // Values far outside the screen, the unset marker among them, are drawn (or
