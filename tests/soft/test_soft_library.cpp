@@ -94,7 +94,7 @@ TEST_F(SoftLibrary, ACelsClickableRectangleIsWhatTheKernelDraws)
     delete cel;
 }
 
-TEST_F(SoftLibrary, ARobotCuesItsCallerAtItsCuePointAndAtItsEnd)
+TEST_F(SoftLibrary, ARobotCuesItsCallerAtItsCuePointAndAtItsEndAndAWaitingOneReturnsWhenPlayed)
 {
     CueLog caller;
     GLRobot* robot = new GLRobot(3, plane, 5, GLPoint(200, 100));
@@ -110,15 +110,12 @@ TEST_F(SoftLibrary, ARobotCuesItsCallerAtItsCuePointAndAtItsEnd)
     EXPECT_EQ(robot->GetSignal(), 0xFFFFFFFFu);
     EXPECT_TRUE(robot->DoneYet());
     delete robot;
-}
 
-TEST_F(SoftLibrary, AWaitingRobotReturnsWhenTheKernelHasPlayedIt)
-{
-    GLRobot* robot = new GLRobot(3, plane, 5, GLPoint(200, 100));
-    robot->Start(TRUE, FALSE, FALSE);
-    EXPECT_EQ(k.GetTicks(), 6u);
-    EXPECT_TRUE(robot->DoneYet());
-    delete robot;
+    GLRobot* waiting = new GLRobot(3, plane, 5, GLPoint(200, 100));
+    waiting->Start(TRUE, FALSE, FALSE);
+    EXPECT_EQ(k.GetTicks(), 10u + 6u);
+    EXPECT_TRUE(waiting->DoneYet());
+    delete waiting;
 }
 
 TEST_F(SoftLibrary, TheSoundManagerHearsASampleEndAfterItsLength)
