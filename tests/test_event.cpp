@@ -11,10 +11,6 @@
 
 namespace {
 
-using EventTest = QuindleTest;
-
-const ZOR_Point kNoVanish(0, 0);
-
 std::string At(const GLEvent& event)
 {
     return "(" + std::to_string(event.where.GetX()) + "," + std::to_string(event.where.GetY()) + ")";
@@ -40,28 +36,30 @@ public:
     AbsGLPlane* mLocalizeTo = nullptr;
 };
 
+// A plane whose origin is at (100, 50) on the screen.
+class EventTest : public QuindleTest {
+protected:
+    GLColoredPlane plane{100, 50, 399, 249, 0, 1, 0, ZOR_Point(0, 0)};
+    GLEvent event;
+    std::vector<std::string> log;
+};
+
 TEST_F(EventTest, ANewEventIsUnclaimedAtTheOriginWithTheLibrarysPartOfTheRecordSet)
 {
-    GLEvent event;
-    EXPECT_EQ(event.claimed, FALSE);
-    ASSERT_NE(event.kernelEvent, nullptr);
+    const std::size_t blocks = k.Ledger().LiveCount();
+    GLEvent fresh;
+    EXPECT_EQ(fresh.claimed, FALSE);
+    ASSERT_NE(fresh.kernelEvent, nullptr);
     // The point at 16 is in the kernel point's "not yet set" state, the word at 24 is 0.
-    const unsigned char* bytes = reinterpret_cast<const unsigned char*>(event.kernelEvent);
-    std::uint32_t x, y, extra;
-    std::memcpy(&x, bytes + 16, 4);
-    std::memcpy(&y, bytes + 20, 4);
-    std::memcpy(&extra, bytes + 24, 4);
-    EXPECT_EQ(x, 0x89abcdefu);
-    EXPECT_EQ(y, 0x89abcdefu);
-    EXPECT_EQ(extra, 0u);
+    std::uint32_t words[3];
+    std::memcpy(words, reinterpret_cast<const unsigned char*>(fresh.kernelEvent) + 16, sizeof words);
+    EXPECT_EQ(std::vector<std::uint32_t>(words, words + 3), (std::vector<std::uint32_t>{0x89abcdefu, 0x89abcdefu, 0}));
     // The record and the position are two blocks of the library's own.
-    EXPECT_EQ(k.Ledger().LiveCount(), 2u);
+    EXPECT_EQ(k.Ledger().LiveCount(), blocks + 2);
 }
 
-TEST_F(EventTest, RefreshReadsTheRecordAndMakesTheEventGlobalAndUnclaimedAgain)
+TEST_F(EventTest, RefreshReadsTheRecordAndCopiesHaveTheirOwnRecordAndPosition)
 {
-    GLColoredPlane plane(100, 50, 399, 249, 0, 1, 0, kNoVanish);
-    GLEvent event;
     k.PushEvent(1, 0x12345, 4, 150, 70, 99);
     k.PushEvent(8, 27, 1, 5, 6, 7);
     const std::size_t mark = k.Mark();
@@ -71,10 +69,25 @@ TEST_F(EventTest, RefreshReadsTheRecordAndMakesTheEventGlobalAndUnclaimedAgain)
     EXPECT_EQ(event.message, 0x2345); // the low half of the message word
     EXPECT_EQ(event.modifiers, 4);
     EXPECT_EQ(event.extra, 99u);
-
     event.Localize(&plane);
     event.claimed = TRUE;
 
+    GLEvent copy(event);
+    EXPECT_NE(copy.kernelEvent, event.kernelEvent);
+    EXPECT_EQ(std::memcmp(copy.kernelEvent, event.kernelEvent, sizeof(KernelEventRecord)), 0);
+    EXPECT_EQ(copy.plane, &plane);
+    copy.where.SetPoint(1, 1);
+    EXPECT_EQ(At(event), "(50,20)");
+    GLEvent assigned;
+    assigned = event;
+    EXPECT_NE(assigned.kernelEvent, event.kernelEvent);
+    EXPECT_EQ(assigned.kernelEvent->where.x, 150);
+    assigned = assigned;
+    EXPECT_EQ(At(assigned), "(50,20)");
+    // Each of the three releases only its own blocks (the ledger reports a
+    // double release or a leak).
+
+    // Refreshed, the event is global and unclaimed again.
     event.Refresh(8);
     EXPECT_EQ(k.CallsNamed("GetEvent").back(), "GetEvent(8)");
     EXPECT_EQ(event.claimed, FALSE);
@@ -84,9 +97,7 @@ TEST_F(EventTest, RefreshReadsTheRecordAndMakesTheEventGlobalAndUnclaimedAgain)
 
 TEST_F(EventTest, LocalisingGoesThroughTheScreenFromPlaneToPlane)
 {
-    GLColoredPlane a(100, 50, 399, 249, 0, 1, 0, kNoVanish);
-    GLColoredPlane b(10, 20, 299, 199, 0, 2, 0, kNoVanish);
-    GLEvent event;
+    GLColoredPlane b(10, 20, 299, 199, 0, 2, 0, ZOR_Point(0, 0));
     k.PushEvent(1, 0, 0, 150, 70);
     event.Refresh();
 
@@ -98,7 +109,7 @@ TEST_F(EventTest, LocalisingGoesThroughTheScreenFromPlaneToPlane)
 
     mark = k.Mark();
     const std::size_t blocks = k.Ledger().LiveCount();
-    event.Localize(&a);
+    event.Localize(&plane);
     event.Localize(&b);
     EXPECT_EQ(event.plane, &b);
     EXPECT_EQ(At(event), "(140,50)"); // as if localised to b from the screen
@@ -113,60 +124,15 @@ TEST_F(EventTest, LocalisingGoesThroughTheScreenFromPlaneToPlane)
     EXPECT_EQ(k.Ledger().LiveCount(), blocks);
 }
 
-TEST_F(EventTest, CopiesHaveTheirOwnRecordAndPosition)
+TEST_F(EventTest, HandlerSetGoesInSetOrderGlobalisesAfterEachDeclineAndStopsAtTheFirstClaim)
 {
-    GLColoredPlane plane(100, 50, 399, 249, 0, 1, 0, kNoVanish);
-    GLEvent event;
-    k.PushEvent(2, 3, 4, 120, 60, 5);
-    event.Refresh();
-    event.Localize(&plane);
-
-    GLEvent copy(event);
-    EXPECT_NE(copy.kernelEvent, event.kernelEvent);
-    EXPECT_EQ(std::memcmp(copy.kernelEvent, event.kernelEvent, sizeof(KernelEventRecord)), 0);
-    EXPECT_EQ(copy.plane, &plane);
-    copy.where.SetPoint(1, 1);
-    EXPECT_EQ(At(event), "(20,10)");
-
-    GLEvent assigned;
-    assigned = event;
-    EXPECT_NE(assigned.kernelEvent, event.kernelEvent);
-    EXPECT_EQ(assigned.kernelEvent->where.x, 120);
-    assigned = assigned;
-    EXPECT_EQ(At(assigned), "(20,10)");
-    // Each of the three releases only its own blocks (the ledger reports a
-    // double release or a leak).
-}
-
-TEST_F(EventTest, HandlerSetStopsAtTheFirstClaimInSetOrder)
-{
-    std::vector<std::string> log;
-    Handler a(&log, "a"), b(&log, "b"), c(&log, "c");
-    b.mClaims = TRUE;
-    GLEventHandlerSet set(10, 10);
-    set.AddToEnd(&b);
-    set.AddToFront(&a);
-    set.AddToEnd(&c);
-    GLEvent event;
-    k.PushEvent(1, 0, 0, 3, 4);
-    event.Refresh();
-    EXPECT_EQ(set.HandleEvent(&event), TRUE);
-    EXPECT_EQ(log, (std::vector<std::string>{"a(3,4)global", "b(3,4)global"}));
-    EXPECT_EQ(event.claimed, TRUE);
-}
-
-TEST_F(EventTest, HandlerSetGlobalisesAfterEveryHandlerThatDeclines)
-{
-    GLColoredPlane plane(100, 50, 399, 249, 0, 1, 0, kNoVanish);
-    std::vector<std::string> log;
     Handler a(&log, "a"), b(&log, "b"), c(&log, "c");
     a.mLocalizeTo = &plane;
     b.mLocalizeTo = &plane;
     GLEventHandlerSet set(10, 10);
-    set.AddToEnd(&a);
     set.AddToEnd(&b);
+    set.AddToFront(&a);
     set.AddToEnd(&c);
-    GLEvent event;
     k.PushEvent(1, 0, 0, 150, 70);
     event.Refresh();
     EXPECT_EQ(set.HandleEvent(&event), FALSE);
@@ -178,10 +144,17 @@ TEST_F(EventTest, HandlerSetGlobalisesAfterEveryHandlerThatDeclines)
     // claiming handler made it.
     c.mLocalizeTo = &plane;
     c.mClaims = TRUE;
-    log.clear();
     EXPECT_EQ(set.HandleEvent(&event), TRUE);
     EXPECT_EQ(event.plane, &plane);
     EXPECT_EQ(At(event), "(50,20)");
+
+    b.mClaims = TRUE;
+    k.PushEvent(1, 0, 0, 3, 4);
+    event.Refresh();
+    log.clear();
+    EXPECT_EQ(set.HandleEvent(&event), TRUE);
+    EXPECT_EQ(log, (std::vector<std::string>{"a(3,4)global", "b(3,4)global"}));
+    EXPECT_EQ(event.claimed, TRUE);
 }
 
 // A handler that joins the set while it is offered an event at its end is
@@ -201,12 +174,9 @@ public:
 
 TEST_F(EventTest, HandlerSetRereadsItsCountAtEveryStep)
 {
-    std::vector<std::string> log;
     GLEventHandlerSet set(10, 10);
-    GLEvent event;
     event.Refresh();
     EXPECT_EQ(set.HandleEvent(&event), FALSE);
-
     Recruiter a(&log, "a");
     Handler late(&log, "late");
     a.mSet = &set;
