@@ -6,15 +6,26 @@
 #include "glmsg.h"
 #include "gltalker.h"
 
+#include <algorithm>
 #include <cstring>
+#include <initializer_list>
+#include <set>
 #include <string>
 #include <vector>
 
 namespace {
 
-std::vector<int> Keys(const int* keys)
+// All a message holds: "'text' by talker keys k1..k5 last k1..k5".
+std::string Held(const GLMessage& message)
 {
-    return std::vector<int>(keys, keys + 5);
+    std::string held = message.mpText ? "'" + std::string(message.mpText) + "'" : "null";
+    held += " by " + std::to_string(message.mTalker) + " keys";
+    for (int key : message.mKeys)
+        held += " " + std::to_string(key);
+    held += " last";
+    for (int key : message.mLastKeys)
+        held += " " + std::to_string(key);
+    return held;
 }
 
 // ----- GLMessage -----
@@ -26,37 +37,28 @@ TEST_F(MessageTest, FillByKeysThenByNextTakesTextTalkerAndTheKeysTheKernelReport
     k.AddMessage(7, 8, 9, 10, 1, 4, "First line");
     k.AddMessage(7, 8, 9, 10, 2, 5, "Second");
     GLMessage message;
-    EXPECT_EQ(Keys(message.mLastKeys), std::vector<int>(5, -1)); // the other defaults: see the copies' test
+    EXPECT_EQ(Held(message), "null by 0 keys -1 -1 -1 -1 -1 last -1 -1 -1 -1 -1");
     EXPECT_EQ(message.Fill(7, 8, 9, 10, 1), 4);
-    EXPECT_STREQ(message.mpText, "First line");
-    EXPECT_EQ(message.mTalker, 4);
-    EXPECT_EQ(Keys(message.mKeys), (std::vector<int>{7, 8, 9, 10, 1}));
-    EXPECT_EQ(Keys(message.mLastKeys), (std::vector<int>{7, 8, 9, 10, 1}));
+    EXPECT_EQ(Held(message), "'First line' by 4 keys 7 8 9 10 1 last 7 8 9 10 1");
     EXPECT_EQ(k.Calls(), (std::vector<std::string>{"GetMessageSize(7,8,9,10,1)", "GetMessage(7,8,9,10,1,11)",
                                                    "GetLastMessageKeys()"}));
 
     // A lookup that finds nothing keeps the message held, but not the keys asked.
     EXPECT_EQ(message.Fill(7, 8, 9, 10, 6), 0);
-    EXPECT_STREQ(message.mpText, "First line");
-    EXPECT_EQ(message.mTalker, 4);
-    EXPECT_EQ(Keys(message.mKeys), (std::vector<int>{7, 8, 9, 10, 6}));
-    EXPECT_EQ(Keys(message.mLastKeys), (std::vector<int>{7, 8, 9, 10, 1}));
+    EXPECT_EQ(Held(message), "'First line' by 4 keys 7 8 9 10 6 last 7 8 9 10 1");
 
     // "Next" is the kernel's: after the message it returned last, whatever the
     // keys say; the keys are taken back from the kernel.
     k.ClearCalls();
     EXPECT_EQ(message.Fill(), 5);
-    EXPECT_STREQ(message.mpText, "Second");
-    EXPECT_EQ(Keys(message.mKeys), (std::vector<int>{7, 8, 9, 10, 2}));
+    EXPECT_EQ(Held(message), "'Second' by 5 keys 7 8 9 10 2 last 7 8 9 10 2");
     EXPECT_EQ(k.Calls(),
               (std::vector<std::string>{"GetNextMessageSize()", "GetNextMessage(7)", "GetLastMessageKeys()"}));
 
     k.ClearCalls();
     EXPECT_EQ(message.Fill(), 0);
     EXPECT_EQ(k.Calls(), std::vector<std::string>{"GetNextMessageSize()"});
-    EXPECT_STREQ(message.mpText, "Second");
-    EXPECT_EQ(message.mTalker, 5);
-    EXPECT_EQ(Keys(message.mKeys), (std::vector<int>{7, 8, 9, 10, 2}));
+    EXPECT_EQ(Held(message), "'Second' by 5 keys 7 8 9 10 2 last 7 8 9 10 2");
 }
 
 TEST_F(MessageTest, EachFillTakesABlockOfTheKernelsSizeAndCopiesHaveTheirOwnText)
@@ -79,9 +81,7 @@ TEST_F(MessageTest, EachFillTakesABlockOfTheKernelsSizeAndCopiesHaveTheirOwnText
 
     GLMessage copy(message);
     EXPECT_NE(copy.mpText, message.mpText);
-    EXPECT_STREQ(copy.mpText, message.mpText);
-    EXPECT_EQ(Keys(copy.mKeys), Keys(message.mKeys));
-    EXPECT_EQ(copy.mTalker, 2);
+    EXPECT_EQ(Held(copy), Held(message));
 
     // The old block goes back when the next one is taken.
     ASSERT_EQ(message.Fill(), 2);
@@ -91,8 +91,7 @@ TEST_F(MessageTest, EachFillTakesABlockOfTheKernelsSizeAndCopiesHaveTheirOwnText
 
     GLMessage empty;
     copy = empty;
-    EXPECT_EQ(copy.mpText, nullptr);
-    EXPECT_EQ(Keys(copy.mKeys), std::vector<int>(5, -1));
+    EXPECT_EQ(Held(copy), Held(empty));
     copy = message;
     EXPECT_STREQ(copy.mpText, "");
     EXPECT_EQ(k.Ledger().LiveCount(), blocks + 2);
@@ -142,6 +141,11 @@ protected:
         k.AddMessage(5, 6, 7, 8, 4, 1, "For.");
     }
 
+    void Frames(std::initializer_list<std::uint32_t> ticks)
+    {
+        for (std::uint32_t tick : ticks)
+            Frame(tick);
+    }
     // Runs frames one tick apart until the caller has been cued, at most limit.
     void RunUntilCued(std::uint32_t limit = 1000)
     {
@@ -173,19 +177,15 @@ TEST_F(MessagerTest, AWholeConversationIsSaidMessageByMessageFrameByFrame)
     EXPECT_EQ(narrator.mTalkEndTime, 1022u + 51u) << "speech decides";
     EXPECT_EQ(messager.mSequence, 2);
     // Two: ends at 1074, Three starts at 1075 and ends at 1096, Four at 1097.
-    Frame(1073);
-    Frame(1074);
+    Frames({1073, 1074});
     EXPECT_EQ(narrator.mIAmTalking, FALSE);
-    Frame(1075);
-    Frame(1096);
-    Frame(1097);
+    Frames({1075, 1096, 1097});
     EXPECT_EQ(shown, (std::vector<std::string>{"1000 1:One.", "1022 2:Two.", "1075 3:Tri.", "1097 4:For."}));
     EXPECT_EQ(caller.cues, 0);
 
     // Four ends at 1118; in 1119 the messager finds no next message and cues
     // the caller, who hears of it in 1120.
-    Frame(1118);
-    Frame(1119);
+    Frames({1118, 1119});
     EXPECT_EQ(caller.cues, 0);
     Frame(1120);
     EXPECT_EQ(caller.cues, 1);
@@ -202,11 +202,24 @@ TEST_F(MessagerTest, AWholeConversationIsSaidMessageByMessageFrameByFrame)
     EXPECT_TRUE(game->mpObjects->IsEmpty());
 }
 
-TEST_F(MessagerTest, OneSequenceSaysThatMessageOnlyAndRangesStopAtTheirEnd)
+TEST_F(MessagerTest, OneSequenceSaysThatMessageOnlyRangesStopAtTheirEndAndCopiesAreOwn)
 {
     Frame(1000);
     EXPECT_EQ(messager.Say(5, 6, 7, 8, 3, &caller), TRUE);
     EXPECT_EQ(messager.mLastSequence, 3);
+    // A copy has its own message and talker set.
+    GLMessager copy(messager);
+    EXPECT_NE(copy.mpMessage, messager.mpMessage);
+    EXPECT_NE(copy.mpTalkers, messager.mpTalkers);
+    EXPECT_STREQ(copy.mpMessage->mpText, "Tri.");
+    EXPECT_TRUE(copy.mpTalkers->IsInList(&narrator));
+    EXPECT_EQ(copy.mpCaller, &caller);
+    EXPECT_EQ(copy.mSequence, 3);
+    EXPECT_EQ(copy.mLastSequence, 3);
+    GLMessager assigned;
+    assigned = copy;
+    EXPECT_STREQ(assigned.mpMessage->mpText, "Tri.");
+    EXPECT_EQ(assigned.mpTalkers->NumElements(), 1);
     RunUntilCued();
     EXPECT_EQ(shown, std::vector<std::string>{"1000 3:Tri."});
     EXPECT_EQ(messager.mSequence, 4);
@@ -234,8 +247,7 @@ TEST_F(MessagerTest, EscapeCutsTheConversationShortAndTheNextOneStartsAfresh)
 {
     Frame(1000);
     messager.Say(5, 6, 7, 8, 0, &caller);
-    Frame(1021);
-    Frame(1022); // Two starts
+    Frames({1021, 1022}); // Two starts
     k.PushEvent(8, 27);
     Frame(1023); // Escape: the narrator is done with 1
     EXPECT_EQ(narrator.mIAmTalking, FALSE);
@@ -316,14 +328,9 @@ TEST_F(MessagerTest, TheLibrarysOwnTalkersBelongToTheMessager)
     }
     ASSERT_EQ(caller.cues, 1);
     // Each message gets a narrator of its own, made for it.
-    std::vector<GLObject*> distinct;
-    for (GLObject* speaker : speakers)
-        if (distinct.empty() || distinct.back() != speaker)
-            distinct.push_back(speaker);
-    ASSERT_EQ(distinct.size(), 4u);
-    for (std::size_t i = 0; i < distinct.size(); ++i)
-        for (std::size_t j = i + 1; j < distinct.size(); ++j)
-            EXPECT_NE(distinct[i], distinct[j]);
+    speakers.erase(std::unique(speakers.begin(), speakers.end()), speakers.end());
+    ASSERT_EQ(speakers.size(), 4u);
+    EXPECT_EQ(std::set<GLObject*>(speakers.begin(), speakers.end()).size(), 4u);
     EXPECT_NE(plain->FindTalker(1), plain->FindTalker(1));
     EXPECT_EQ(k.Count("StopMessageAudio"), 4);
 
@@ -343,25 +350,6 @@ TEST_F(MessagerTest, TheLibrarysOwnTalkersBelongToTheMessager)
     Frame(k.ticks + 100);
     EXPECT_EQ(caller.cues, 1);
     EXPECT_EQ(other.cues, 0);
-}
-
-TEST_F(MessagerTest, CopiesOwnTheirOwnMessageAndTalkerSet)
-{
-    Frame(1000);
-    messager.Say(5, 6, 7, 8, 2, &caller);
-    GLMessager copy(messager);
-    EXPECT_NE(copy.mpMessage, messager.mpMessage);
-    EXPECT_NE(copy.mpTalkers, messager.mpTalkers);
-    EXPECT_STREQ(copy.mpMessage->mpText, "Two.");
-    EXPECT_TRUE(copy.mpTalkers->IsInList(&narrator));
-    EXPECT_EQ(copy.mpCaller, &caller);
-    EXPECT_EQ(copy.mSequence, 2);
-    EXPECT_EQ(copy.mLastSequence, 2);
-    GLMessager assigned;
-    assigned = copy;
-    EXPECT_STREQ(assigned.mpMessage->mpText, "Two.");
-    EXPECT_EQ(assigned.mpTalkers->NumElements(), 1);
-    RunUntilCued();
 }
 
 using MessagerDeathTest = MessagerTest;
