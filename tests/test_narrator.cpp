@@ -7,7 +7,10 @@
 #include "glmsg.h"
 #include "gltalker.h"
 
+#include <algorithm>
+#include <iterator>
 #include <string>
+#include <tuple>
 #include <vector>
 
 namespace {
@@ -63,6 +66,9 @@ protected:
         return game->mpObjects->IsInList(const_cast<GLNarrator*>(&narrator)) &&
                game->mpUser->mpHogs->IsInList(const_cast<GLNarrator*>(&narrator));
     }
+    // The caller's cue count, last cuer and last value.
+    std::tuple<int, GLObject*, int> Heard() const { return {caller.cues, caller.lastCuer, caller.lastValue}; }
+    std::tuple<int, GLObject*, int> Cues(int count, GLObject* cuer, int value) const { return {count, cuer, value}; }
 
     GLMessage message;
     ShowingNarrator narrator;
@@ -70,7 +76,7 @@ protected:
     Listener listener;
 };
 
-TEST_F(NarratorTest, TextOnlyMessageTalksFiveTicksPerByteAndEndsInTheFirstFrameAfter)
+TEST_F(NarratorTest, TextTalksFiveTicksPerByteSpeechForItsLengthAndEitherEndsInTheFirstFrameAfter)
 {
     Frame(1000);
     narrator.Say(&Fetch(1), &caller);
@@ -97,36 +103,30 @@ TEST_F(NarratorTest, TextOnlyMessageTalksFiveTicksPerByteAndEndsInTheFirstFrameA
     EXPECT_EQ(narrator.doneValues, std::vector<int>{0});
     const std::vector<std::string> since = k.CallsSince(mark);
     std::vector<std::string> speech;
-    for (const auto& call : since)
-        if (call.find("Message") != std::string::npos)
-            speech.push_back(call);
+    std::copy_if(since.begin(), since.end(), std::back_inserter(speech),
+                 [](const std::string& call) { return call.find("Message") != std::string::npos; });
     EXPECT_EQ(speech, (std::vector<std::string>{"IsMessageAudioPlaying(10,20,30,40,1,ptr)",
                                                 "StopMessageAudio(10,20,30,40,1)"}));
     EXPECT_EQ(caller.cues, 0) << "a cue is never delivered at once";
 
     Frame(1062);
-    EXPECT_EQ(caller.cues, 1);
-    EXPECT_EQ(caller.lastCuer, &narrator);
-    EXPECT_EQ(caller.lastValue, 0);
+    EXPECT_EQ(Heard(), Cues(1, &narrator, 0));
     EXPECT_EQ(narrator.mpCaller, &caller) << "the caller stays set";
     Frame(1063);
     EXPECT_EQ(caller.cues, 1);
     EXPECT_TRUE(game->mpObjects->IsEmpty());
-}
 
-TEST_F(NarratorTest, SpeechSetsTheTalkTimeAndANarratorWaitsForItToStop)
-{
-    Frame(1000);
+    // Speech sets the talk time, and the narrator waits for it to stop.
+    Frame(1100);
     narrator.Say(&Fetch(2), &caller);
-    EXPECT_EQ(narrator.mTalkEndTime, 1301u) << "speech length + 1, whatever the text";
-    EXPECT_EQ(narrator.talkTimeAtDisplay, std::vector<std::uint32_t>{25}) << "Display comes before the speech";
-    Frame(1301);
+    EXPECT_EQ(narrator.mTalkEndTime, 1401u) << "speech length + 1, whatever the text";
+    EXPECT_EQ(narrator.talkTimeAtDisplay.back(), 25u) << "Display comes before the speech";
+    Frame(1401);
     EXPECT_TRUE(Talking(narrator));
-    Frame(1302);
+    Frame(1402);
     EXPECT_FALSE(Talking(narrator));
-    Frame(1303);
-    EXPECT_EQ(caller.cues, 1);
-    EXPECT_EQ(caller.lastValue, 0);
+    Frame(1403);
+    EXPECT_EQ(Heard(), Cues(2, &narrator, 0));
 
     // Speech that started late is still playing when the talk time is over:
     // the narrator keeps talking, asking every frame, until it stops.
@@ -135,19 +135,18 @@ TEST_F(NarratorTest, SpeechSetsTheTalkTimeAndANarratorWaitsForItToStop)
     narrator.Say(&message, &caller);
     EXPECT_EQ(narrator.mTalkEndTime, 2301u);
     const int asked = k.Count("IsMessageAudioPlaying");
-    Frame(2302);
-    Frame(2400);
-    Frame(2499);
+    for (std::uint32_t tick : {2302u, 2400u, 2499u})
+        Frame(tick);
     EXPECT_TRUE(Talking(narrator));
     EXPECT_EQ(k.Count("IsMessageAudioPlaying"), asked + 3);
     Frame(2500);
     EXPECT_FALSE(Talking(narrator));
-    EXPECT_EQ(narrator.doneValues, (std::vector<int>{0, 0}));
+    EXPECT_EQ(narrator.doneValues, (std::vector<int>{0, 0, 0}));
     Frame(2501);
-    EXPECT_EQ(caller.cues, 2);
+    EXPECT_EQ(caller.cues, 3);
 }
 
-TEST_F(NarratorTest, EnterEscapeAndTypeTwoPointerEventsEndItWithTheirValues)
+TEST_F(NarratorTest, EnterEscapeAndTypeTwoPointerEventsEndItWithTheirValuesAndEveryOtherEventIsSwallowed)
 {
     struct Case {
         std::uint16_t type;
@@ -168,8 +167,7 @@ TEST_F(NarratorTest, EnterEscapeAndTypeTwoPointerEventsEndItWithTheirValues)
     };
     std::uint32_t tick = 1000;
     for (const Case& c : cases) {
-        SCOPED_TRACE(testing::Message() << "type " << c.type << " message " << c.message << " modifiers "
-                                        << c.modifiers);
+        SCOPED_TRACE(testing::Message() << c.type << "/" << c.message << "/" << c.modifiers);
         Frame(tick);
         narrator.Say(&Fetch(1), &caller);
         const int cues = caller.cues;
@@ -179,38 +177,35 @@ TEST_F(NarratorTest, EnterEscapeAndTypeTwoPointerEventsEndItWithTheirValues)
         EXPECT_FALSE(Talking(narrator)) << "ended at once, long before its time";
         EXPECT_EQ(narrator.doneValues.back(), c.value);
         Frame(tick + 2);
-        EXPECT_EQ(caller.cues, cues + 1);
-        EXPECT_EQ(caller.lastValue, c.value);
+        EXPECT_EQ(Heard(), Cues(cues + 1, &narrator, c.value));
         tick += 10;
     }
-    EXPECT_EQ(listener.heard, 0) << "no event got past the narrator";
-}
 
-TEST_F(NarratorTest, EveryOtherEventIsClaimedAndChangesNothing)
-{
-    Frame(1000);
+    // Every other event is claimed too and changes nothing.
+    Frame(tick);
     narrator.Say(&Fetch(1), &caller);
     game->mpUser->DoesHandleNulls(TRUE);
-    const std::uint16_t types[] = {1, 4, 8, 8, 8, 0x800, 0};
-    const std::uint32_t messages[] = {0, 13, 65, 0x4F00, 1 + 13 * 0x10000u, 0, 0};
-    for (std::size_t i = 0; i < sizeof types / sizeof types[0]; ++i) {
-        k.PushEvent(types[i], messages[i], 4);
-        Frame(1001 + static_cast<std::uint32_t>(i));
-        EXPECT_TRUE(game->mpUser->mEvent.claimed) << "type " << types[i];
-        EXPECT_TRUE(Talking(narrator)) << "type " << types[i];
+    const std::size_t done = narrator.doneValues.size();
+    const std::pair<std::uint16_t, std::uint32_t> others[] = {
+        {1, 0}, {4, 13}, {8, 65}, {8, 0x4F00}, {8, 1 + 13 * 0x10000u}, {0x800, 0}, {0, 0}};
+    for (const auto& other : others) {
+        k.PushEvent(other.first, other.second, 4);
+        Frame(++tick);
+        EXPECT_TRUE(game->mpUser->mEvent.claimed) << "type " << other.first;
+        EXPECT_TRUE(Talking(narrator)) << "type " << other.first;
     }
-    EXPECT_EQ(listener.heard, 0);
-    EXPECT_TRUE(narrator.doneValues.empty());
+    EXPECT_EQ(listener.heard, 0) << "no event got past the narrator";
+    EXPECT_EQ(narrator.doneValues.size(), done);
 
     // Once the narrator is done, input goes where it went before.
     game->mpUser->DoesHandleNulls(FALSE);
-    Frame(1061);
+    Frame(tick + 60);
     k.PushEvent(8, 65);
-    Frame(1062);
+    Frame(tick + 61);
     EXPECT_EQ(listener.heard, 1);
 }
 
-TEST_F(NarratorTest, ANarratorIsReusableAndWithoutACallerCuesNobody)
+TEST_F(NarratorTest, ANarratorIsReusableWithoutACallerCuesNobodyAndCopiesAreIdle)
 {
     Frame(1000);
     GLNarrator plain;
@@ -235,6 +230,27 @@ TEST_F(NarratorTest, ANarratorIsReusableAndWithoutACallerCuesNobody)
     EXPECT_EQ(plain.mIAmTalking, TRUE);
     Frame(5001);
     EXPECT_EQ(plain.mIAmTalking, FALSE);
+
+    // A copy is idle but can talk on its own; a talking narrator deleted
+    // leaves the game's sets.
+    GLTextView* view = reinterpret_cast<GLTextView*>(&caller); // only the pointer matters
+    Frame(6000);
+    GLNarrator* talking = new GLNarrator(view);
+    talking->Say(&Fetch(1), &caller);
+    GLNarrator copy(*talking);
+    EXPECT_EQ(copy.mIAmTalking, FALSE);
+    EXPECT_EQ(copy.mpTextView, view);
+    EXPECT_EQ(copy.mpMessage, &message);
+    EXPECT_EQ(copy.mTalkEndTime, 6060u);
+    copy.Say(&message, 0);
+    EXPECT_EQ(game->mpUser->mpHogs->NumElements(), 2);
+    delete talking;
+    EXPECT_EQ(game->mpUser->mpHogs->NumElements(), 1);
+    EXPECT_EQ(game->mpObjects->NumElements(), 1);
+    Frame(6100); // the game does not reach the deleted narrator
+    EXPECT_EQ(copy.mIAmTalking, FALSE);
+    Frame(6101);
+    EXPECT_EQ(caller.cues, 0);
 }
 
 TEST_F(NarratorTest, TwoNarratorsTalkingAtOnceAreBothHogsTheLatestFirst)
@@ -257,37 +273,12 @@ TEST_F(NarratorTest, TwoNarratorsTalkingAtOnceAreBothHogsTheLatestFirst)
     // object set, so the first narrator moves down under the walk and waits
     // one more frame.
     Frame(1061);
-    EXPECT_EQ(caller.cues, 1);
-    EXPECT_EQ(caller.lastCuer, &second);
+    EXPECT_EQ(Heard(), Cues(1, &second, 1));
     EXPECT_EQ(first.mIAmTalking, TRUE);
     Frame(1062);
     EXPECT_EQ(first.mIAmTalking, FALSE);
     Frame(1063);
-    EXPECT_EQ(caller.cues, 2);
-    EXPECT_EQ(caller.lastCuer, &first);
-}
-
-TEST_F(NarratorTest, CopiesAreIdleAndADeletedTalkingNarratorLeavesTheGameSets)
-{
-    GLTextView* view = reinterpret_cast<GLTextView*>(&caller); // only the pointer matters
-    Frame(1000);
-    GLNarrator* talking = new GLNarrator(view);
-    talking->Say(&Fetch(1), &caller);
-    GLNarrator copy(*talking);
-    EXPECT_EQ(copy.mIAmTalking, FALSE);
-    EXPECT_EQ(copy.mpTextView, view);
-    EXPECT_EQ(copy.mpMessage, &message);
-    EXPECT_EQ(copy.mTalkEndTime, 1060u);
-    copy.Say(&message, 0); // a copy can talk on its own
-    EXPECT_EQ(game->mpUser->mpHogs->NumElements(), 2);
-
-    delete talking;
-    EXPECT_EQ(game->mpUser->mpHogs->NumElements(), 1);
-    EXPECT_EQ(game->mpObjects->NumElements(), 1);
-    Frame(1100); // the game does not reach the deleted narrator
-    EXPECT_EQ(copy.mIAmTalking, FALSE);
-    Frame(1101);
-    EXPECT_EQ(caller.cues, 0);
+    EXPECT_EQ(Heard(), Cues(2, &first, 0));
 }
 
 using NarratorDeathTest = NarratorTest;
@@ -302,23 +293,15 @@ TEST_F(NarratorDeathTest, MisuseIsReported)
     EXPECT_GL_ASSERT(idle.Done(0), "Source/Gltalker.cpp", "mIAmTalking");
 
     // Game code that put the narrator in the object set itself.
-    EXPECT_GL_ASSERT(
-        {
-            game->mpObjects->AddToEnd(&idle);
-            idle.Say(&Fetch(1), 0);
-        },
-        "include/glset.h", "!\"Item is already in set!\"");
+    EXPECT_GL_ASSERT((game->mpObjects->AddToEnd(&idle), idle.Say(&Fetch(1), 0)), "include/glset.h",
+                     "!\"Item is already in set!\"");
 
     narrator.Say(&Fetch(1), &caller);
     EXPECT_GL_ASSERT(narrator.Say(&message, &caller), "Source/Gltalker.cpp",
                      "!mIAmTalking && (GameDoesText || GameDoesAudio)");
     // Taken out of the hogs behind its back.
-    EXPECT_GL_ASSERT(
-        {
-            game->mpUser->mpHogs->Remove(&narrator);
-            narrator.Done(0);
-        },
-        "include/glset.h", "IsInList(pElementExisting)");
+    EXPECT_GL_ASSERT((game->mpUser->mpHogs->Remove(&narrator), narrator.Done(0)), "include/glset.h",
+                     "IsInList(pElementExisting)");
     narrator.Done(0);
     Frame(1001);
     EXPECT_EQ(caller.cues, 1);
