@@ -67,7 +67,7 @@ TEST_F(CursorTest, ConstructorAndInitShowTheTripleAndTouchVisibilityOnlyWhenAske
     EXPECT_EQ(Shown(), (Calls{"SetCursorView(100,1,2)"}));
 }
 
-TEST_F(CursorTest, ModeSwitchesActOnlyOnAChange)
+TEST_F(CursorTest, ModeSwitchesActOnlyOnAChangeAndOnlyExactlyOneModeBitSelectsItsPicture)
 {
     struct Mode {
         const char* name;
@@ -96,10 +96,8 @@ TEST_F(CursorTest, ModeSwitchesActOnlyOnAChange)
         EXPECT_EQ(cursor.GetState(), 0u);
         EXPECT_TRUE(cursor.IsNormal());
     }
-}
 
-TEST_F(CursorTest, OnlyExactlyOneModeBitSelectsItsPicture)
-{
+    // Only exactly one mode bit selects its picture.
     cursor.BeginWait();
     EXPECT_EQ(cursor.GetView(), 200u);
     Shown();
@@ -124,29 +122,10 @@ TEST_F(CursorTest, OnlyExactlyOneModeBitSelectsItsPicture)
     EXPECT_EQ(cursor.GetCel(), 8);
 }
 
-TEST_F(CursorTest, StoringAPictureShowsItOnlyWhenItsOwnBitIsSet)
+TEST_F(CursorTest, PictureSettersShowTheCurrentModesPictureOrOneWhoseOwnBitIsSet)
 {
     EXPECT_TRUE(Shown().empty()) << "the fixture stored three pictures in normal mode";
-    GLCelRes other(500, 9, 9, 0);
-    cursor.SetNormCelRes(other);
-    EXPECT_EQ(Shown(), (Calls{"SetCursorView(500,9,9)"}));
-
-    // Wait and hands off both on: each picture is tested on its own bit, so
-    // both are shown although the current picture is the normal one.
-    cursor.BeginWait();
-    cursor.HandsOff();
-    Shown();
-    GLCelRes wait2(201, 0, 1, 0), handsOff2(301, 0, 1, 0), norm2(101, 0, 1, 0), highlight2(401, 0, 1, 0);
-    cursor.SetWaitCelRes(wait2);
-    cursor.SetHandsOffCelRes(handsOff2);
-    cursor.SetNormCelRes(norm2);
-    cursor.SetHighLtCelRes(highlight2);
-    EXPECT_EQ(Shown(), (Calls{"SetCursorView(201,0,1)", "SetCursorView(301,0,1)"}));
-    EXPECT_EQ(cursor.GetView(), 101u);
-}
-
-TEST_F(CursorTest, CurrentPictureSettersChangeOnlyTheCurrentModeAndShowIt)
-{
+    // The current picture's setters change only the current mode's picture.
     cursor.BeginHighlight();
     Shown();
     cursor.SetView(410);
@@ -163,6 +142,24 @@ TEST_F(CursorTest, CurrentPictureSettersChangeOnlyTheCurrentModeAndShowIt)
     EXPECT_EQ(Shown(), (Calls{"SetCursorView(600,1,1)"}));
     EXPECT_EQ(cursor.GetHighLtCelRes().mView, 600u);
     EXPECT_EQ(cursor.GetWaitCelRes().mView, 200u);
+
+    // Storing a picture shows it only when its own bit is set.
+    GLCelRes other(500, 9, 9, 0);
+    cursor.SetNormCelRes(other);
+    EXPECT_EQ(Shown(), (Calls{"SetCursorView(500,9,9)"}));
+
+    // Wait and hands off both on: each picture is tested on its own bit, so
+    // both are shown although the current picture is the normal one.
+    cursor.BeginWait();
+    cursor.HandsOff();
+    Shown();
+    GLCelRes wait2(201, 0, 1, 0), handsOff2(301, 0, 1, 0), norm2(101, 0, 1, 0), highlight2(401, 0, 1, 0);
+    cursor.SetWaitCelRes(wait2);
+    cursor.SetHandsOffCelRes(handsOff2);
+    cursor.SetNormCelRes(norm2);
+    cursor.SetHighLtCelRes(highlight2);
+    EXPECT_EQ(Shown(), (Calls{"SetCursorView(201,0,1)", "SetCursorView(301,0,1)"}));
+    EXPECT_EQ(cursor.GetView(), 101u);
 }
 
 TEST_F(CursorTest, HideShowAndEventsLeaveTheModeAloneAndCopiesAreIndependent)
