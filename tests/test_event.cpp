@@ -124,7 +124,21 @@ TEST_F(EventTest, LocalisingGoesThroughTheScreenFromPlaneToPlane)
     EXPECT_EQ(k.Ledger().LiveCount(), blocks);
 }
 
-TEST_F(EventTest, HandlerSetGoesInSetOrderGlobalisesAfterEachDeclineAndStopsAtTheFirstClaim)
+// A handler that brings another one into the set when it is offered an event.
+class Recruiter : public Handler {
+public:
+    using Handler::Handler;
+    int HandleEvent(GLEvent* pEvent) override
+    {
+        if (!mSet->IsInList(mRecruit))
+            mSet->AddToEnd(mRecruit);
+        return Handler::HandleEvent(pEvent);
+    }
+    GLEventHandlerSet* mSet = nullptr;
+    GLObject* mRecruit = nullptr;
+};
+
+TEST_F(EventTest, HandlerSetGoesInSetOrderGlobalisesAfterEachDeclineStopsAtTheFirstClaimAndRereadsItsCount)
 {
     Handler a(&log, "a"), b(&log, "b"), c(&log, "c");
     a.mLocalizeTo = &plane;
@@ -155,35 +169,20 @@ TEST_F(EventTest, HandlerSetGoesInSetOrderGlobalisesAfterEachDeclineAndStopsAtTh
     EXPECT_EQ(set.HandleEvent(&event), TRUE);
     EXPECT_EQ(log, (std::vector<std::string>{"a(3,4)global", "b(3,4)global"}));
     EXPECT_EQ(event.claimed, TRUE);
-}
 
-// A handler that joins the set while it is offered an event at its end is
-// offered the same event; an empty set declines.
-class Recruiter : public Handler {
-public:
-    using Handler::Handler;
-    int HandleEvent(GLEvent* pEvent) override
-    {
-        if (!mSet->IsInList(mRecruit))
-            mSet->AddToEnd(mRecruit);
-        return Handler::HandleEvent(pEvent);
-    }
-    GLEventHandlerSet* mSet = nullptr;
-    GLObject* mRecruit = nullptr;
-};
-
-TEST_F(EventTest, HandlerSetRereadsItsCountAtEveryStep)
-{
-    GLEventHandlerSet set(10, 10);
-    event.Refresh();
-    EXPECT_EQ(set.HandleEvent(&event), FALSE);
-    Recruiter a(&log, "a");
+    // An empty set declines; one that grows while it is offered an event
+    // offers it to the newcomer too.
+    event.Globalize(); // b left it in its plane
+    GLEventHandlerSet growing(10, 10);
+    EXPECT_EQ(growing.HandleEvent(&event), FALSE);
+    Recruiter recruiter(&log, "r");
     Handler late(&log, "late");
-    a.mSet = &set;
-    a.mRecruit = &late;
-    set.AddToEnd(&a);
-    EXPECT_EQ(set.HandleEvent(&event), FALSE);
-    EXPECT_EQ(log, (std::vector<std::string>{"a(0,0)global", "late(0,0)global"}));
+    recruiter.mSet = &growing;
+    recruiter.mRecruit = &late;
+    growing.AddToEnd(&recruiter);
+    log.clear();
+    EXPECT_EQ(growing.HandleEvent(&event), FALSE);
+    EXPECT_EQ(log, (std::vector<std::string>{"r(3,4)global", "late(3,4)global"}));
 }
 
 } // namespace
