@@ -11,6 +11,7 @@
 #include <initializer_list>
 #include <set>
 #include <string>
+#include <tuple>
 #include <vector>
 
 namespace {
@@ -154,6 +155,10 @@ protected:
             Frame(k.ticks + 1);
     }
 
+    // The caller's cue count, last cuer and last value.
+    std::tuple<int, GLObject*, int> Heard() const { return {caller.cues, caller.lastCuer, caller.lastValue}; }
+    std::tuple<int, GLObject*, int> Cues(int count, int value) { return {count, &messager, value}; }
+
     std::vector<std::string> shown;
     LoggingNarrator narrator;
     GameMessager messager;
@@ -188,9 +193,7 @@ TEST_F(MessagerTest, AWholeConversationIsSaidMessageByMessageFrameByFrame)
     Frames({1118, 1119});
     EXPECT_EQ(caller.cues, 0);
     Frame(1120);
-    EXPECT_EQ(caller.cues, 1);
-    EXPECT_EQ(caller.lastCuer, &messager);
-    EXPECT_EQ(caller.lastValue, 0);
+    EXPECT_EQ(Heard(), Cues(1, 0));
     EXPECT_EQ(messager.asked, (std::vector<int>{1, 1, 1, 1}));
     EXPECT_EQ(k.CallsNamed("PlayMessageAudio"),
               (std::vector<std::string>{"PlayMessageAudio(5,6,7,8,1,0,127,0)", "PlayMessageAudio(5,6,7,8,2,0,127,0)",
@@ -229,17 +232,14 @@ TEST_F(MessagerTest, OneSequenceSaysThatMessageOnlyRangesStopAtTheirEndAndCopies
     shown.clear();
     EXPECT_EQ(messager.SayRange(5, 6, 7, 8, 2, 3, &caller), TRUE);
     RunUntilCued();
-    ASSERT_EQ(shown.size(), 2u);
-    EXPECT_EQ(shown[0].substr(shown[0].find(' ')), " 2:Two.");
-    EXPECT_EQ(shown[1].substr(shown[1].find(' ')), " 3:Tri.");
+    EXPECT_EQ(shown, (std::vector<std::string>{"1023 2:Two.", "1076 3:Tri."}));
 
     // A range without an end runs to the end of the conversation.
     shown.clear();
     EXPECT_EQ(messager.SayRange(5, 6, 7, 8, 2, 0, &caller), TRUE);
     EXPECT_EQ(messager.mLastSequence, 32767);
     RunUntilCued();
-    EXPECT_EQ(shown.size(), 3u);
-    EXPECT_EQ(shown.back().substr(shown.back().find(' ')), " 4:For.");
+    EXPECT_EQ(shown, (std::vector<std::string>{"1099 2:Two.", "1152 3:Tri.", "1174 4:For."}));
     EXPECT_EQ(caller.cues, 3);
 }
 
@@ -255,9 +255,7 @@ TEST_F(MessagerTest, EscapeCutsTheConversationShortAndTheNextOneStartsAfresh)
     EXPECT_EQ(messager.mAborted, FALSE) << "forgotten once the caller is cued";
     EXPECT_EQ(caller.cues, 0);
     Frame(1025);
-    EXPECT_EQ(caller.cues, 1);
-    EXPECT_EQ(caller.lastValue, 1);
-    EXPECT_EQ(caller.lastCuer, &messager);
+    EXPECT_EQ(Heard(), Cues(1, 1));
     EXPECT_EQ(shown.size(), 2u) << "nothing after the message cut short";
     EXPECT_EQ(k.Count("GetNextMessageSize"), 1);
 
@@ -281,8 +279,7 @@ TEST_F(MessagerTest, ConversationsThatCannotBeSaidCueTheCallerWithZero)
     EXPECT_TRUE(messager.asked.empty()) << "no narrator was asked for";
     EXPECT_EQ(caller.cues, 0);
     Frame(1001);
-    EXPECT_EQ(caller.cues, 1);
-    EXPECT_EQ(caller.lastValue, 0);
+    EXPECT_EQ(Heard(), Cues(1, 0));
 
     // A message whose talker number is 0 counts as not found.
     EXPECT_EQ(messager.Say(1, 2, 3, 4, 1, &caller), FALSE);
@@ -305,8 +302,7 @@ TEST_F(MessagerTest, ConversationsThatCannotBeSaidCueTheCallerWithZero)
     EXPECT_EQ(messager.SayRange(5, 6, 7, 8, 5, 0, &caller), FALSE);
     EXPECT_EQ(messager.mpMessage->mTalker, 1);
     Frame(k.ticks + 1);
-    EXPECT_EQ(caller.cues, 5);
-    EXPECT_EQ(caller.lastValue, 0);
+    EXPECT_EQ(Heard(), Cues(5, 0));
 
     // With no caller nobody is cued.
     EXPECT_EQ(messager.Say(9, 9, 9, 9, 0, nullptr), FALSE);
