@@ -4,19 +4,19 @@
 #include "glcast.h"
 #include "glevent.h"
 
+#include <initializer_list>
 #include <string>
 #include <vector>
 
 namespace {
 
-using CastTest = QuindleTest;
+using Log = std::vector<std::string>;
 
 // An object with the flags asked for, logging DoIt and HandleEvent; it claims
 // an event by writing mClaimValue into the claimed flag.
 class Member : public GLTarget {
 public:
-    Member(std::vector<std::string>* log, const char* name, int fScreenItem, int fDoIt, int fEvent)
-        : mLog(log), mName(name)
+    Member(Log* log, const char* name, int fScreenItem, int fDoIt, int fEvent) : mLog(log), mName(name)
     {
         IsScreenItem(fScreenItem);
         NeedsDoIt(fDoIt);
@@ -37,7 +37,7 @@ public:
             pEvent->claimed = mClaimValue;
         return mAnswer;
     }
-    std::vector<std::string>* mLog;
+    Log* mLog;
     std::string mName;
     int mClaimValue = 0;
     int mAnswer = 0;
@@ -52,23 +52,49 @@ GLScreenItem* AsItem(GLObject* object)
     return reinterpret_cast<GLScreenItem*>(object);
 }
 
-TEST_F(CastTest, AddPutsAnObjectInEverySetItsFlagsNameAndRemoveTakesItOutOfAll)
-{
-    std::vector<std::string> log;
+class CastTest : public QuindleTest {
+protected:
+    void AddAll(std::initializer_list<Member*> members)
+    {
+        for (Member* member : members)
+            cast.Add(member);
+    }
+    Log log;
     GLCast cast;
+};
+
+TEST_F(CastTest, AddFollowsTheFlagsInputSwitchesAndACopyHasSetsOfItsOwn)
+{
     Member doer(&log, "doer", FALSE, TRUE, FALSE);
     Member item(&log, "item", TRUE, FALSE, TRUE);
     Member all(&log, "all", TRUE, TRUE, TRUE);
-    cast.Add(&doer);
-    cast.Add(&item);
-    cast.Add(&all);
-
+    AddAll({&doer, &item, &all});
     EXPECT_TRUE(cast.IsInDoItSet(&doer));
     EXPECT_FALSE(cast.IsInScreenItemSet(AsItem(&doer)));
     EXPECT_FALSE(cast.IsInEventSet(&doer));
     EXPECT_TRUE(cast.IsInScreenItemSet(AsItem(&item)));
     EXPECT_FALSE(cast.IsInDoItSet(&item));
     EXPECT_EQ(cast.GetEventSet()->At(1), &all);
+
+    // Input is switched on and off while the object stays in the cast.
+    cast.AddToEvents(&doer);
+    EXPECT_EQ(doer.NeedsEvent(), 4);
+    EXPECT_TRUE(cast.IsInEventSet(&doer));
+    cast.RemoveFromEvents(&doer);
+    EXPECT_EQ(doer.NeedsEvent(), 0);
+    EXPECT_FALSE(cast.IsInEventSet(&doer));
+    EXPECT_TRUE(cast.IsInDoItSet(&doer));
+
+    // A copy, and an assigned cast, hold the same objects in sets of their own.
+    GLCast copy(cast);
+    EXPECT_TRUE(copy.IsInEventSet(&all));
+    EXPECT_TRUE(copy.IsInScreenItemSet(AsItem(&item)));
+    copy.Remove(&doer);
+    EXPECT_TRUE(cast.IsInDoItSet(&doer));
+    GLCast assigned;
+    assigned = copy;
+    EXPECT_FALSE(assigned.IsInCast(&doer));
+    EXPECT_TRUE(assigned.IsInCast(&item));
 
     // The flags are not consulted on the way out: an object leaves whatever
     // holds it, and one held by nothing is accepted.
@@ -83,97 +109,51 @@ TEST_F(CastTest, AddPutsAnObjectInEverySetItsFlagsNameAndRemoveTakesItOutOfAll)
 
 TEST_F(CastTest, DoItDrivesOnlyThePerFrameSetInOrderReachingLateArrivals)
 {
-    std::vector<std::string> log;
-    GLCast cast;
     Member first(&log, "first", FALSE, TRUE, FALSE);
     Member item(&log, "item", TRUE, FALSE, TRUE);
     Member second(&log, "second", FALSE, TRUE, TRUE);
     Member late(&log, "late", FALSE, TRUE, FALSE);
     first.mCast = &cast;
     first.mRecruit = &late;
-    cast.Add(&first);
-    cast.Add(&item);
-    cast.Add(&second);
+    AddAll({&first, &item, &second});
     cast.DoIt();
-    EXPECT_EQ(log, (std::vector<std::string>{"first.DoIt", "second.DoIt", "late.DoIt"}));
+    EXPECT_EQ(log, (Log{"first.DoIt", "second.DoIt", "late.DoIt"}));
 }
 
 TEST_F(CastTest, HandleEventStopsOnlyWhenTheClaimedFlagIsExactlyTrue)
 {
-    std::vector<std::string> log;
-    GLCast cast;
-    Member a(&log, "a", FALSE, FALSE, TRUE);
-    Member b(&log, "b", FALSE, FALSE, TRUE);
-    Member c(&log, "c", FALSE, FALSE, TRUE);
-    cast.Add(&a);
-    cast.Add(&b);
-    cast.Add(&c);
+    Member a(&log, "a", FALSE, FALSE, TRUE), b(&log, "b", FALSE, FALSE, TRUE), c(&log, "c", FALSE, FALSE, TRUE);
+    AddAll({&a, &b, &c});
     GLEvent event;
 
     // Nobody claims it: all are asked, whatever they answer.
     a.mAnswer = TRUE;
     EXPECT_EQ(cast.HandleEvent(&event), FALSE);
-    EXPECT_EQ(log, (std::vector<std::string>{"a.HandleEvent", "b.HandleEvent", "c.HandleEvent"}));
+    EXPECT_EQ(log, (Log{"a.HandleEvent", "b.HandleEvent", "c.HandleEvent"}));
 
     // The second claims it: the third is not asked.
     log.clear();
     b.mClaimValue = TRUE;
     EXPECT_EQ(cast.HandleEvent(&event), TRUE);
-    EXPECT_EQ(log, (std::vector<std::string>{"a.HandleEvent", "b.HandleEvent"}));
+    EXPECT_EQ(log, (Log{"a.HandleEvent", "b.HandleEvent"}));
 
     // A claimed flag other than TRUE does not end the offer; it is returned as it is.
     log.clear();
     event.claimed = FALSE;
     b.mClaimValue = 2;
     EXPECT_EQ(cast.HandleEvent(&event), 2);
-    EXPECT_EQ(log, (std::vector<std::string>{"a.HandleEvent", "b.HandleEvent", "c.HandleEvent"}));
+    EXPECT_EQ(log, (Log{"a.HandleEvent", "b.HandleEvent", "c.HandleEvent"}));
 
     // An event that arrives claimed is still offered to the first member.
     log.clear();
     event.claimed = TRUE;
     b.mClaimValue = 0;
     EXPECT_EQ(cast.HandleEvent(&event), TRUE);
-    EXPECT_EQ(log, (std::vector<std::string>{"a.HandleEvent"}));
-}
-
-TEST_F(CastTest, InputIsSwitchedOnAndOffWhileTheObjectStaysInTheCast)
-{
-    std::vector<std::string> log;
-    GLCast cast;
-    Member feature(&log, "feature", TRUE, TRUE, FALSE);
-    cast.Add(&feature);
-    cast.AddToEvents(&feature);
-    EXPECT_EQ(feature.NeedsEvent(), 4);
-    EXPECT_TRUE(cast.IsInEventSet(&feature));
-    cast.RemoveFromEvents(&feature);
-    EXPECT_EQ(feature.NeedsEvent(), 0);
-    EXPECT_FALSE(cast.IsInEventSet(&feature));
-    EXPECT_TRUE(cast.IsInDoItSet(&feature));
-}
-
-TEST_F(CastTest, ACopyHoldsTheSameObjectsInSetsOfItsOwn)
-{
-    std::vector<std::string> log;
-    GLCast cast;
-    Member a(&log, "a", FALSE, TRUE, TRUE);
-    Member b(&log, "b", TRUE, FALSE, FALSE);
-    cast.Add(&a);
-    cast.Add(&b);
-    GLCast copy(cast);
-    EXPECT_TRUE(copy.IsInEventSet(&a));
-    EXPECT_TRUE(copy.IsInScreenItemSet(AsItem(&b)));
-    copy.Remove(&a);
-    EXPECT_TRUE(cast.IsInDoItSet(&a));
-    GLCast assigned;
-    assigned = copy;
-    EXPECT_FALSE(assigned.IsInCast(&a));
-    EXPECT_TRUE(assigned.IsInCast(&b));
+    EXPECT_EQ(log, (Log{"a.HandleEvent"}));
 }
 
 TEST_F(CastTest, MisuseEndsWithTheExactReport)
 {
-    std::vector<std::string> log;
-    GLCast cast;
     Member none(&log, "none", FALSE, FALSE, FALSE);
     Member target(&log, "target", FALSE, TRUE, TRUE);
     const char* file = "Source/Glcast.cpp";

@@ -7,12 +7,13 @@
 namespace {
 
 using ListTest = QuindleTest;
+using Items = std::vector<void*>;
 
 int a, b, c, d, e;
 
-std::vector<void*> Contents(const KernelListAsArray& list)
+Items Contents(const KernelListAsArray& list)
 {
-    std::vector<void*> items;
+    Items items;
     for (int i = 0; i < list.NumElements(); i++)
         items.push_back(list[i]);
     return items;
@@ -49,97 +50,84 @@ TEST_F(ListTest, GrowsLinearlyByItsStepAndKeepsItsSizeAfterFlush)
     EXPECT_EQ(wide.NumElements(), 11);
 }
 
-TEST_F(ListTest, InsertionsAndMovesKeepTheOrderTheCallerAskedFor)
+TEST_F(ListTest, InsertionsMovesAndQueriesKeepTheOrderTheCallerAskedFor)
 {
     KernelListAsArray list(2, 2);
-    list.AddToEnd(&a);
-    list.AddToEnd(&b);
-    list.AddToEnd(&c);
-    list.AddToEnd(&d);
-    list.MoveToFront(&c);
-    EXPECT_EQ(Contents(list), (std::vector<void*>{&c, &a, &b, &d}));
-    list.MoveToFront(&c); // already first: nothing changes
-    EXPECT_EQ(Contents(list), (std::vector<void*>{&c, &a, &b, &d}));
-    list.MoveToBack(&a);
-    EXPECT_EQ(Contents(list), (std::vector<void*>{&c, &b, &d, &a}));
-    list.AddAfter(&a, &e); // after the last element: at the end
-    list.AddBefore(&c, &e); // before the first: at the front
-    EXPECT_EQ(Contents(list), (std::vector<void*>{&e, &c, &b, &d, &a, &e}));
-    list.AddAfter(&b, &a);
-    EXPECT_EQ(Contents(list), (std::vector<void*>{&e, &c, &b, &a, &d, &a, &e}));
-    // A plain list keeps duplicates; Remove takes out the first one only.
-    list.Remove(&a);
-    EXPECT_EQ(Contents(list), (std::vector<void*>{&e, &c, &b, &d, &a, &e}));
-    list.RemoveAt(0);
-    list.RemoveAt(4);
-    EXPECT_EQ(Contents(list), (std::vector<void*>{&c, &b, &d, &a}));
-    EXPECT_EQ(list.First(), &c);
-    EXPECT_EQ(list.Last(), &a);
-}
-
-TEST_F(ListTest, QueriesFindTheFirstOccurrence)
-{
-    KernelListAsArray list(4, 1);
     EXPECT_EQ(list.First(), nullptr); // an empty list gives null, not a stale slot
     EXPECT_EQ(list.Last(), nullptr);
-    list.AddToEnd(&a);
-    list.AddToEnd(&b);
-    list.AddToEnd(&a);
-    int index = -5;
-    EXPECT_TRUE(list.IndexOf(&a, &index));
+    for (int* item : {&a, &b, &c, &d})
+        list.AddToEnd(item);
+    list.MoveToFront(&c);
+    EXPECT_EQ(Contents(list), (Items{&c, &a, &b, &d}));
+    list.MoveToFront(&c); // already first: nothing changes
+    EXPECT_EQ(Contents(list), (Items{&c, &a, &b, &d}));
+    list.MoveToBack(&a);
+    EXPECT_EQ(Contents(list), (Items{&c, &b, &d, &a}));
+    list.AddAfter(&a, &e);  // after the last element: at the end
+    list.AddBefore(&c, &e); // before the first: at the front
+    EXPECT_EQ(Contents(list), (Items{&e, &c, &b, &d, &a, &e}));
+
+    // Queries find the first occurrence.
+    int absent = 0, index = -5;
+    EXPECT_TRUE(list.IndexOf(&e, &index));
     EXPECT_EQ(index, 0);
     EXPECT_TRUE(list.IndexOf(&b, &index));
-    EXPECT_EQ(index, 1);
-    EXPECT_FALSE(list.IndexOf(&c, &index));
+    EXPECT_EQ(index, 2);
+    EXPECT_FALSE(list.IndexOf(&absent, &index));
     EXPECT_EQ(index, 0x7fffffff);
     EXPECT_TRUE(list.IsInList(&b));
-    EXPECT_FALSE(list.IsInList(&c));
+    EXPECT_FALSE(list.IsInList(&absent));
+
+    list.AddAfter(&b, &a);
+    EXPECT_EQ(Contents(list), (Items{&e, &c, &b, &a, &d, &a, &e}));
+    // A plain list keeps duplicates; Remove takes out the first one only.
     list.Remove(&a);
-    list.Remove(&b);
-    list.Remove(&a);
+    EXPECT_EQ(Contents(list), (Items{&e, &c, &b, &d, &a, &e}));
+    list.RemoveAt(0);
+    list.RemoveAt(4);
+    EXPECT_EQ(Contents(list), (Items{&c, &b, &d, &a}));
+    EXPECT_EQ(list.First(), &c);
+    EXPECT_EQ(list.Last(), &a);
+    for (int* item : {&c, &b, &d, &a})
+        list.Remove(item);
     EXPECT_TRUE(list.IsEmpty());
     EXPECT_TRUE(list.Assert());
 }
 
-TEST_F(ListTest, AListThatWasNeverInitialisedFailsItsInvariant)
+TEST_F(ListTest, MisuseAndBrokenInvariantsEndWithTheExactReport)
 {
-    KernelListAsArray list; // releases a null array when it goes
-    EXPECT_FALSE(list.Assert());
-    EXPECT_GL_ASSERT(list.NumElements(), "include/klist.h", "Assert()");
-    EXPECT_GL_ASSERT(list.AddToEnd(&a), "Source/Klist.cpp", "Assert()");
-    list.Init(3, 2);
-    EXPECT_TRUE(list.Assert());
-    KernelListAsArray copy(list);
+    const char* file = "Source/Klist.cpp";
+    // A list that was never initialised fails its invariant until Init.
+    KernelListAsArray unready; // releases a null array when it goes
+    EXPECT_FALSE(unready.Assert());
+    EXPECT_GL_ASSERT(unready.NumElements(), "include/klist.h", "Assert()");
+    EXPECT_GL_ASSERT(unready.AddToEnd(&a), file, "Assert()");
+    unready.Init(3, 2);
+    EXPECT_TRUE(unready.Assert());
+    KernelListAsArray copy(unready);
     copy.AddToEnd(&a);
-    EXPECT_TRUE(list.IsEmpty()); // the copy has its own array
-}
+    EXPECT_TRUE(unready.IsEmpty()); // the copy has its own array
 
-TEST_F(ListTest, MisuseEndsWithTheExactReport)
-{
-    EXPECT_GL_ASSERT(KernelListAsArray(1, 0), "Source/Klist.cpp", "iGrowBy > 0");
-    EXPECT_GL_ASSERT(KernelListAsArray(0, 1), "Source/Klist.cpp", "iItemCount > 0");
-    KernelListAsArray list(2, 1);
-    list.AddToEnd(&a);
-    EXPECT_GL_ASSERT(list.AddToEnd(nullptr), "Source/Klist.cpp", "pElementNew");
-    EXPECT_GL_ASSERT(list.AddToFront(nullptr), "Source/Klist.cpp", "pElementNew");
-    EXPECT_GL_ASSERT(list.AddBefore(nullptr, &b), "Source/Klist.cpp", "pElementExisting");
-    EXPECT_GL_ASSERT(list.AddAfter(&c, &b), "Source/Klist.cpp", "IsInList(pElementExisting)");
-    EXPECT_GL_ASSERT(list.MoveToFront(&c), "Source/Klist.cpp", "IsInList(pElement)");
-    EXPECT_GL_ASSERT(list.MoveToBack(nullptr), "Source/Klist.cpp", "pElement");
-    EXPECT_GL_ASSERT(list.Remove(&c), "Source/Klist.cpp", "IsInList(pElement)");
-    EXPECT_GL_ASSERT(list.RemoveAt(1), "Source/Klist.cpp", "iIndex < m_iElementCount");
-    EXPECT_GL_ASSERT(list.RemoveAt(-1), "Source/Klist.cpp", "iIndex >= 0");
-    EXPECT_GL_ASSERT(list[1], "Source/Klist.cpp", "iIndex < m_iElementCount");
-    EXPECT_GL_ASSERT(list.IndexOf(&a, nullptr), "Source/Klist.cpp", "pIndex");
-    EXPECT_GL_ASSERT(list.IsInList(nullptr), "Source/Klist.cpp", "pElement");
-}
-
-TEST_F(ListTest, ANullSlotBelowTheCountIsCaught)
-{
+    EXPECT_GL_ASSERT(KernelListAsArray(1, 0), file, "iGrowBy > 0");
+    EXPECT_GL_ASSERT(KernelListAsArray(0, 1), file, "iItemCount > 0");
     ProbeList list(2, 1);
     list.AddToEnd(&a);
+    EXPECT_GL_ASSERT(list.AddToEnd(nullptr), file, "pElementNew");
+    EXPECT_GL_ASSERT(list.AddToFront(nullptr), file, "pElementNew");
+    EXPECT_GL_ASSERT(list.AddBefore(nullptr, &b), file, "pElementExisting");
+    EXPECT_GL_ASSERT(list.AddAfter(&c, &b), file, "IsInList(pElementExisting)");
+    EXPECT_GL_ASSERT(list.MoveToFront(&c), file, "IsInList(pElement)");
+    EXPECT_GL_ASSERT(list.MoveToBack(nullptr), file, "pElement");
+    EXPECT_GL_ASSERT(list.Remove(&c), file, "IsInList(pElement)");
+    EXPECT_GL_ASSERT(list.RemoveAt(1), file, "iIndex < m_iElementCount");
+    EXPECT_GL_ASSERT(list.RemoveAt(-1), file, "iIndex >= 0");
+    EXPECT_GL_ASSERT(list[1], file, "iIndex < m_iElementCount");
+    EXPECT_GL_ASSERT(list.IndexOf(&a, nullptr), file, "pIndex");
+    EXPECT_GL_ASSERT(list.IsInList(nullptr), file, "pElement");
+
+    // A null slot below the count is caught.
     list.Poke(0, nullptr);
-    EXPECT_GL_ASSERT(list[0], "Source/Klist.cpp", "m_pArray[iIndex]");
+    EXPECT_GL_ASSERT(list[0], file, "m_pArray[iIndex]");
 #if !defined(NDEBUG)
     // The checked build scans every slot on each invariant check.
     EXPECT_FALSE(list.Assert());
@@ -147,25 +135,19 @@ TEST_F(ListTest, ANullSlotBelowTheCountIsCaught)
     list.Poke(0, &a);
 }
 
-class Thing {
-};
+struct Thing {};
 
 TEST_F(ListTest, SetsRefuseDuplicatesAndCheckRemoval)
 {
-    Thing one, two, three;
+    Thing one, two, three, absent;
     GLSetAsArray<Thing> set(1, 1);
     set.AddToEnd(&one);
     set.AddToFront(&two);
     set.AddAfter(&two, &three);
-    EXPECT_EQ(set.At(0), &two);
-    EXPECT_EQ(set[1], &three);
-    EXPECT_EQ(set.At(2), &one);
-    for (int i = 0; i < set.NumElements(); i++)
-        EXPECT_EQ(set.At(i), set[i]);
+    EXPECT_EQ(Contents(set), (Items{&two, &three, &one}));
     EXPECT_GL_ASSERT(set.AddToEnd(&one), "include/glset.h", "!\"Item is already in set!\"");
     EXPECT_GL_ASSERT(set.AddToFront(&one), "include/glset.h", "!\"Item is already in set!\"");
     // The new element is tested first, even when the existing one is absent.
-    Thing absent;
     EXPECT_GL_ASSERT(set.AddBefore(&absent, &one), "include/glset.h", "!\"Item is already in set!\"");
     EXPECT_GL_ASSERT(set.AddAfter(&absent, &two), "include/glset.h", "!\"Item is already in set!\"");
     EXPECT_GL_ASSERT(set.Remove(&absent), "include/glset.h", "IsInList(pElementExisting)");
