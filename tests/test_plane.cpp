@@ -26,56 +26,44 @@ TEST_F(PlaneTest, EveryKindAndFormMakesItsKernelPlaneTheSameWay)
     }
     EXPECT_EQ(k.CallsSince(mark), Calls{"DeletePlane(20000)"});
 
-    mark = k.Mark();
     GLPicturePlane picture(10, 20, 309, 219, 120, 2, 4, TRUE, kVanish);
     GLTransparentPlane transparent(ZOR_Rect(1, 2, 3, 4), 0, 2, kVanish);
     GLOpaquePlane opaque(5, 6, 7, 8, 255, -1, 3, kVanish);
-    EXPECT_EQ(
-        k.CallsNamed("NewPlane"),
-        (Calls{"NewPlane(-1,5,(0,0,639,479),1,3,(320,100),0,0)", "NewPlane(-4,0,(10,20,309,219),4,2,(320,100),120,1)",
-               "NewPlane(-2,0,(1,2,3,4),2,0,(320,100),0,0)", "NewPlane(-3,255,(5,6,7,8),3,-1,(320,100),0,0)"}));
-    EXPECT_EQ(k.Count("AddPlane"), 4);
-    EXPECT_EQ(k.Count("PlaneCreated"), 4);
-    EXPECT_EQ(k.Count("UpdatePlane"), 0);
     EXPECT_EQ(picture.GetId(), 20001);
-    EXPECT_NE(transparent.GetCast(), nullptr);
-    EXPECT_EQ(opaque.GetPri(), -1);
-}
 
-TEST_F(PlaneTest, InitFormsTakeTheirArgumentsInTheirOwnOrder)
-{
+    // Priority on top goes above the highest plane, not the latest.
+    mark = k.Mark();
+    GLColoredPlane top(0, 0, 9, 9, 0, -9999, 0, kVanish);
+    EXPECT_EQ(k.CallsSince(mark)[0], "TopPlanePriority()");
+    EXPECT_EQ(k.CallsSince(mark)[1], "NewPlane(-1,0,(0,0,9,9),0,3,(320,100),0,0)");
+
+    // The Init forms take their arguments in their own order: the rectangle
+    // form of the coloured plane's Init takes the window index before the priority.
     GLColoredPlane byRect, byEdges;
     EXPECT_EQ(byRect.GetCast(), nullptr);
-    // The rectangle form of the coloured plane's Init takes the window index
-    // before the priority.
     byRect.Init(ZOR_Rect(0, 0, 99, 99), 7, 2, 9, kVanish);
     byEdges.Init(0, 0, 99, 99, 7, 9, 2, kVanish);
-    GLPicturePlane picture;
-    picture.Init(ZOR_Rect(0, 0, 99, 99), 30, 9, 2, FALSE, kVanish);
-    GLPicturePlane pictureEdges;
+    GLPicturePlane pictureRect, pictureEdges;
+    pictureRect.Init(ZOR_Rect(0, 0, 99, 99), 30, 9, 2, FALSE, kVanish);
     pictureEdges.Init(0, 0, 99, 99, 31, 9, 2, TRUE, kVanish);
-    GLTransparentPlane transparent, transparentEdges;
-    transparent.Init(ZOR_Rect(0, 0, 99, 99), 9, 2, kVanish);
+    GLTransparentPlane transparentRect, transparentEdges;
+    transparentRect.Init(ZOR_Rect(0, 0, 99, 99), 9, 2, kVanish);
     transparentEdges.Init(0, 0, 99, 99, 9, 2, kVanish);
-    GLOpaquePlane opaque, opaqueEdges;
-    opaque.Init(ZOR_Rect(0, 0, 99, 99), 7, 9, 2, kVanish);
+    GLOpaquePlane opaqueRect, opaqueEdges;
+    opaqueRect.Init(ZOR_Rect(0, 0, 99, 99), 7, 9, 2, kVanish);
     opaqueEdges.Init(0, 0, 99, 99, 7, 9, 2, kVanish);
+    EXPECT_NE(byRect.GetCast(), nullptr);
     EXPECT_EQ(k.CallsNamed("NewPlane"),
-              (Calls{"NewPlane(-1,7,(0,0,99,99),2,9,(320,100),0,0)", "NewPlane(-1,7,(0,0,99,99),2,9,(320,100),0,0)",
+              (Calls{"NewPlane(-1,5,(0,0,639,479),1,3,(320,100),0,0)",
+                     "NewPlane(-4,0,(10,20,309,219),4,2,(320,100),120,1)", "NewPlane(-2,0,(1,2,3,4),2,0,(320,100),0,0)",
+                     "NewPlane(-3,255,(5,6,7,8),3,-1,(320,100),0,0)", "NewPlane(-1,0,(0,0,9,9),0,3,(320,100),0,0)",
+                     "NewPlane(-1,7,(0,0,99,99),2,9,(320,100),0,0)", "NewPlane(-1,7,(0,0,99,99),2,9,(320,100),0,0)",
                      "NewPlane(-4,0,(0,0,99,99),2,9,(320,100),30,0)", "NewPlane(-4,0,(0,0,99,99),2,9,(320,100),31,1)",
                      "NewPlane(-2,0,(0,0,99,99),2,9,(320,100),0,0)", "NewPlane(-2,0,(0,0,99,99),2,9,(320,100),0,0)",
                      "NewPlane(-3,7,(0,0,99,99),2,9,(320,100),0,0)", "NewPlane(-3,7,(0,0,99,99),2,9,(320,100),0,0)"}));
-    EXPECT_NE(byRect.GetCast(), nullptr);
-}
-
-TEST_F(PlaneTest, PriorityOnTopGoesAboveTheHighestPlane)
-{
-    GLColoredPlane low(0, 0, 9, 9, 0, 7, 0, kVanish);
-    GLColoredPlane lower(0, 0, 9, 9, 0, 2, 0, kVanish);
-    const std::size_t mark = k.Mark();
-    GLColoredPlane top(0, 0, 9, 9, 0, -9999, 0, kVanish);
-    EXPECT_EQ(k.CallsSince(mark)[0], "TopPlanePriority()");
-    EXPECT_EQ(k.CallsSince(mark)[1], "NewPlane(-1,0,(0,0,9,9),0,8,(320,100),0,0)");
+    EXPECT_EQ(k.Count("AddPlane"), 13);
+    EXPECT_EQ(k.Count("PlaneCreated"), 13);
+    EXPECT_EQ(k.Count("UpdatePlane"), 0);
 }
 
 TEST_F(PlaneTest, SettersWriteAtOnceAndPushOnlyWhenAsked)
@@ -118,11 +106,6 @@ TEST_F(PlaneTest, SettersWriteAtOnceAndPushOnlyWhenAsked)
 TEST_F(PlaneTest, QueriesAndDirectKernelOperations)
 {
     GLPicturePlane plane(100, 50, 399, 249, 3, 1, 0, FALSE, kVanish);
-    k.topScreenItemPriority = 42;
-    k.showStylePercent = 60;
-    EXPECT_EQ(plane.TopScreenItemPriority(), 42);
-    EXPECT_EQ(plane.ShowStylePercentComplete(), 60);
-
     // The plane's edge pixels are on it.
     EXPECT_EQ(plane.OnMe(GLPoint(100, 50)), 1);
     EXPECT_EQ(plane.OnMe(GLPoint(399, 249)), 1);
@@ -153,7 +136,7 @@ TEST_F(PlaneTest, QueriesAndDirectKernelOperations)
     // None of them leaves a change pending: the plane can go.
 }
 
-TEST_F(PlaneTest, ConstructionChecksComeInTheirOrder)
+TEST_F(PlaneTest, ConstructionChecksComeInTheirOrderAndAnUnmadePlaneRefusesAll)
 {
     const ZOR_Rect screen(0, 0, 639, 479);
     const char* pictureAndType = "(iPicture > 0 && planeType == picture) || (iPicture == 0 && planeType != picture)";
@@ -185,6 +168,24 @@ TEST_F(PlaneTest, ConstructionChecksComeInTheirOrder)
     EXPECT_GL_ASSERT(picture.Init(3, 1, 0, FALSE, kVanish), kFile, "!\"Not yet implemented\"");
     GLPicturePlane made(screen, 3, 1, 0, FALSE, kVanish);
     EXPECT_GL_ASSERT(made.Init(3, 1, 0, FALSE, kVanish), kFile, "m_pPlane == 0");
+
+    // A plane without its kernel plane refuses everything but Init.
+    GLOpaquePlane plane;
+    ZOR_Point point(0, 0);
+    EXPECT_GL_ASSERT(plane.GetId(), kFile, "m_pPlane != 0");
+    EXPECT_GL_ASSERT(plane.SetPri(1, TRUE), kFile, "m_pPlane != 0");
+    EXPECT_GL_ASSERT(plane.ToLocal(&point), kFile, "m_pPlane != 0");
+    EXPECT_GL_ASSERT(plane.Update(), kFile, "m_fChangedValue == True");
+    // These check their arguments before the plane.
+    EXPECT_GL_ASSERT(picture.AddPicAt(0, 0, 0, TRUE, TRUE), kFile, "m_pPlane != 0");
+    EXPECT_GL_ASSERT(picture.SetMirror(TRUE, TRUE), kFile, "m_pPlane != 0");
+    EXPECT_GL_ASSERT(picture.SetPicture(3, 3), kFile, "fDoUpdate == True || fDoUpdate == False");
+    // Destroying it asks nothing of the kernel.
+    const std::size_t mark = k.Mark();
+    {
+        GLTransparentPlane never;
+    }
+    EXPECT_TRUE(k.CallsSince(mark).empty());
 }
 
 void DestroyWithAChangePending()
@@ -252,28 +253,6 @@ TEST_F(PlaneTest, MisuseOfAPlaneEndsWithTheExactReport)
     EXPECT_GL_ASSERT(
         picture.SetShowStyle(static_cast<AbsGLPlane::ShowStyle>(16), 1, 0, 0, TRUE, TRUE, 0, nullptr, 0, -1), kFile,
         "!\"Unexpected ShowStyle specified\"");
-}
-
-TEST_F(PlaneTest, APlaneWithoutItsKernelPlaneRefusesEverythingButInit)
-{
-    GLOpaquePlane plane;
-    ZOR_Point point(0, 0);
-    EXPECT_EQ(plane.GetCast(), nullptr);
-    EXPECT_GL_ASSERT(plane.GetId(), kFile, "m_pPlane != 0");
-    EXPECT_GL_ASSERT(plane.SetPri(1, TRUE), kFile, "m_pPlane != 0");
-    EXPECT_GL_ASSERT(plane.ToLocal(&point), kFile, "m_pPlane != 0");
-    EXPECT_GL_ASSERT(plane.Update(), kFile, "m_fChangedValue == True");
-    GLPicturePlane picture;
-    // These check their arguments before the plane.
-    EXPECT_GL_ASSERT(picture.AddPicAt(0, 0, 0, TRUE, TRUE), kFile, "m_pPlane != 0");
-    EXPECT_GL_ASSERT(picture.SetMirror(TRUE, TRUE), kFile, "m_pPlane != 0");
-    EXPECT_GL_ASSERT(picture.SetPicture(3, 3), kFile, "fDoUpdate == True || fDoUpdate == False");
-    // Destroying it asks nothing of the kernel.
-    const std::size_t mark = k.Mark();
-    {
-        GLTransparentPlane never;
-    }
-    EXPECT_TRUE(k.CallsSince(mark).empty());
 }
 
 } // namespace

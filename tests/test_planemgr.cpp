@@ -12,15 +12,16 @@ namespace {
 
 using PlaneManagerTest = QuindleTest;
 using Log = std::vector<std::string>;
+using Planes = std::vector<AbsGLPlane*>;
 
 const ZOR_Point kVanish(0, 0);
 
-std::vector<int> Priorities(const GLPlaneManager& manager)
+Planes Order(const GLPlaneManager& manager)
 {
-    std::vector<int> priorities;
+    Planes planes;
     for (int i = 0; i < manager.moPlanes.NumElements(); i++)
-        priorities.push_back(manager.moPlanes.At(i)->GetPri());
-    return priorities;
+        planes.push_back(manager.moPlanes.At(i));
+    return planes;
 }
 
 // An object on a plane that logs its frame work and the events it is offered
@@ -56,12 +57,9 @@ TEST_F(PlaneManagerTest, PlanesStandByPriorityWithTiesToThoseThatCameFirst)
     GLColoredPlane c(0, 0, 9, 9, 0, 5, 0, kVanish);
     GLColoredPlane d(0, 0, 9, 9, 0, 1, 0, kVanish);
     GLPlaneManager manager;
-    manager.Add(&a);
-    manager.Add(&b);
-    manager.Add(&c);
-    manager.Add(&d);
-    EXPECT_EQ(manager.moPlanes.At(1), &a);
-    EXPECT_EQ(manager.moPlanes.At(2), &c);
+    for (AbsGLPlane* plane : Planes{&a, &b, &c, &d})
+        manager.Add(plane);
+    EXPECT_EQ(Order(manager), (Planes{&b, &a, &c, &d}));
 
     // The manager only orders: nothing reaches the kernel.
     EXPECT_EQ(k.Count("UpdatePlane"), 0);
@@ -70,23 +68,23 @@ TEST_F(PlaneManagerTest, PlanesStandByPriorityWithTiesToThoseThatCameFirst)
     d.SetPri(10, TRUE);
     EXPECT_EQ(manager.moPlanes.At(3), &d);
     manager.Update(&d);
-    EXPECT_EQ(manager.moPlanes.At(0), &d);
+    EXPECT_EQ(Order(manager), (Planes{&d, &b, &a, &c}));
     EXPECT_EQ(k.Count("UpdatePlane"), 1);
 
     // Re-sorting puts a plane last among its equals.
     manager.Update(&a);
-    EXPECT_EQ(manager.moPlanes.At(2), &c);
-    EXPECT_EQ(manager.moPlanes.At(3), &a);
+    EXPECT_EQ(Order(manager), (Planes{&d, &b, &c, &a}));
 
-    // A lowest plane goes to the end, a new highest one to the front.
+    // A lowest plane goes to the end, a new highest one (priority 11) to the front.
     GLColoredPlane bottom(0, 0, 9, 9, 0, -1, 0, kVanish);
     GLColoredPlane top(0, 0, 9, 9, 0, -9999, 0, kVanish);
     manager.Add(&bottom);
     manager.Add(&top);
-    EXPECT_EQ(Priorities(manager), (std::vector<int>{11, 10, 9, 5, 5, -1}));
+    EXPECT_EQ(top.GetPri(), 11);
+    EXPECT_EQ(Order(manager), (Planes{&top, &d, &b, &c, &a, &bottom}));
 
     manager.Remove(&b);
-    EXPECT_EQ(Priorities(manager), (std::vector<int>{11, 10, 5, 5, -1}));
+    EXPECT_EQ(Order(manager), (Planes{&top, &d, &c, &a, &bottom}));
     // The planes outlive the manager; the copy and the original hold the same ones.
     {
         GLPlaneManager copy(manager);
@@ -97,34 +95,25 @@ TEST_F(PlaneManagerTest, PlanesStandByPriorityWithTiesToThoseThatCameFirst)
     EXPECT_EQ(k.Count("DeletePlane"), 0);
 }
 
-TEST_F(PlaneManagerTest, DoItRunsEveryCastTopPlaneFirst)
-{
-    Log log;
-    GLColoredPlane low(0, 0, 9, 9, 0, 1, 0, kVanish);
-    GLColoredPlane high(0, 0, 9, 9, 0, 4, 0, kVanish);
-    GLPlaneManager manager;
-    manager.Add(&low);
-    manager.Add(&high);
-    Actor l1(&log, "l1", &low), h1(&log, "h1", &high), l2(&log, "l2", &low), h2(&log, "h2", &high);
-    manager.DoIt();
-    EXPECT_EQ(log, (Log{"h1.DoIt", "h2.DoIt", "l1.DoIt", "l2.DoIt"}));
-}
-
-TEST_F(PlaneManagerTest, AnEventIsOfferedLocalisedToEachPlaneUnderItTopFirst)
+TEST_F(PlaneManagerTest, FrameWorkAndEventsGoToThePlanesTopFirst)
 {
     Log log;
     GLColoredPlane back(0, 0, 639, 479, 0, 1, 0, kVanish);
     GLColoredPlane front(100, 50, 299, 249, 0, 5, 0, kVanish);
     GLColoredPlane aside(400, 300, 499, 399, 0, 9, 0, kVanish);
     GLPlaneManager manager;
-    manager.Add(&back);
-    manager.Add(&front);
-    manager.Add(&aside);
-    Actor b(&log, "back", &back), f1(&log, "front1", &front), f2(&log, "front2", &front), a(&log, "aside", &aside);
-    GLEvent event;
+    for (AbsGLPlane* plane : Planes{&back, &front, &aside})
+        manager.Add(plane);
+    Actor b(&log, "back", &back), f1(&log, "front1", &front), a(&log, "aside", &aside), f2(&log, "front2", &front);
 
-    // Nobody claims it: every plane under it is asked, in its own
+    // Every cast works, the top plane's first, each in its own order.
+    manager.DoIt();
+    EXPECT_EQ(log, (Log{"aside.DoIt", "front1.DoIt", "front2.DoIt", "back.DoIt"}));
+
+    // Nobody claims the event: every plane under it is asked, in its own
     // coordinates, and the event comes back global and unclaimed.
+    log.clear();
+    GLEvent event;
     k.PushEvent(1, 0, 0, 150, 70);
     event.Refresh();
     EXPECT_EQ(manager.HandleEvent(&event), FALSE);
