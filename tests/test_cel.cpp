@@ -13,6 +13,7 @@
 namespace {
 
 const ScaleInfo kScale = {128, 128, 100, 0};
+using Edges = std::vector<int>;
 
 // Counts the selections made through the select function.
 int gSelected = 0;
@@ -49,19 +50,13 @@ protected:
     static GLObject* FeatureObject(GLCel& cel) { return static_cast<GLFeature*>(&cel); }
     static GLScreenItem* ItemPart(GLCel& cel) { return &cel; }
     static GLObject* ItemObject(GLCel& cel) { return static_cast<GLScreenItem*>(&cel); }
-    static void ExpectRect(const GLRect& rect, int left, int top, int right, int bottom)
-    {
-        EXPECT_EQ(rect.left, left);
-        EXPECT_EQ(rect.top, top);
-        EXPECT_EQ(rect.right, right);
-        EXPECT_EQ(rect.bottom, bottom);
-    }
+    static Edges EdgesOf(const GLRect& rect) { return {rect.left, rect.top, rect.right, rect.bottom}; }
 };
 
 TEST_F(CelTest, AFeatureTakesInputInItsRectangleOnceEnteredOnItsPlane)
 {
     GLFeature point(&plane);
-    ExpectRect(point.GetRect(), 0, 0, 0, 0);
+    EXPECT_EQ(EdgesOf(point.GetRect()), (Edges{0, 0, 0, 0}));
     EXPECT_EQ(point.OnMe(GLPoint(0, 0)), 1);
     EXPECT_EQ(point.OnMe(GLPoint(1, 0)), 0);
 
@@ -95,7 +90,7 @@ TEST_F(CelTest, AFeatureTakesInputInItsRectangleOnceEnteredOnItsPlane)
     GLRect area;
     area.SetRect(30, 30, 40, 40);
     point.Init(area);
-    ExpectRect(point.GetRect(), 30, 30, 40, 40);
+    EXPECT_EQ(EdgesOf(point.GetRect()), (Edges{30, 30, 40, 40}));
     EXPECT_TRUE(cast->IsInEventSet(&point));
     delete feature;
     EXPECT_FALSE(other.GetCast()->IsInEventSet(feature));
@@ -105,33 +100,61 @@ TEST_F(CelTest, AFeatureTakesInputInItsRectangleOnceEnteredOnItsPlane)
     EXPECT_GL_ASSERT(idle.SetPlane(nullptr), "include/gltarget.h", "pPlane");
 }
 
-TEST_F(CelTest, ANewCelHasTwoPartsInTheRightSetsOfItsCast)
+TEST_F(CelTest, ACelComesAndGoesThroughTheKernelAsTwoPartsInTheRightSets)
 {
-    GLCel cel(&plane, 5, 0, 0, GLPoint(100, 100), 2, kScale);
-    GLCast* cast = plane.GetCast();
-    EXPECT_EQ(cel.GetCycleSpeed(), 6);
-    EXPECT_EQ(cel.GetMoveSpeed(), 6);
-    EXPECT_EQ(cel.GetStepSize(), GLPoint(3, 3));
-    EXPECT_EQ(cel.IsVisible(), FALSE);
+    std::size_t mark = k.Mark();
+    GLCel* cel = new GLCel(&plane, 5, 1, 2, GLPoint(3, 4), 6, kScale);
+    const std::string self = std::to_string(cel->GetId());
+    EXPECT_EQ(k.CallsSince(mark), (std::vector<std::string>{"NewScreenItem(20000,src:0/5/1/2/0,(3,4),[128,128,100,0])",
+                                                            "GetNowSeenRect(20000," + self + ")"}));
+    // The object itself is one block of the kernel's, named after its header.
+    bool found = false;
+    for (const auto& block : k.Ledger().LiveBlocks())
+        found = found || (block.file == "include/glcel.h" && block.size == sizeof(GLCel));
+    EXPECT_TRUE(found);
+    EXPECT_EQ(cel->GetCycleSpeed(), 6);
+    EXPECT_EQ(cel->GetMoveSpeed(), 6);
+    EXPECT_EQ(cel->GetStepSize(), GLPoint(3, 3));
+    EXPECT_EQ(cel->IsVisible(), FALSE);
 
     // The screen item part draws and works every frame; the feature part takes input.
-    EXPECT_TRUE(cast->IsInScreenItemSet(ItemPart(cel)));
-    EXPECT_TRUE(cast->IsInDoItSet(ItemObject(cel)));
-    EXPECT_TRUE(cast->IsInEventSet(FeaturePart(cel)));
-    EXPECT_FALSE(cast->IsInDoItSet(FeatureObject(cel)));
+    GLCast* cast = plane.GetCast();
+    GLObject* item = ItemObject(*cel);
+    GLTarget* feature = FeaturePart(*cel);
+    EXPECT_TRUE(cast->IsInScreenItemSet(ItemPart(*cel)));
+    EXPECT_TRUE(cast->IsInDoItSet(item));
+    EXPECT_TRUE(cast->IsInEventSet(feature));
+    EXPECT_FALSE(cast->IsInDoItSet(FeatureObject(*cel)));
     EXPECT_EQ(cast->GetEventSet()->NumElements(), 1);
-    EXPECT_EQ(ItemObject(cel)->NeedsEvent(), 0);
+    EXPECT_EQ(item->NeedsEvent(), 0);
 
     // Per-frame work through the cast reaches the screen item part harmlessly.
     cast->DoIt();
-    cel.SetMoveSpeed(0xFFFFFFFFu); // set as unsigned, read as signed
-    EXPECT_EQ(cel.GetMoveSpeed(), -1);
+    cel->SetMoveSpeed(0xFFFFFFFFu); // set as unsigned, read as signed
+    EXPECT_EQ(cel->GetMoveSpeed(), -1);
+
+    cel->Show();
+    mark = k.Mark();
+    delete cel;
+    EXPECT_EQ(k.CallsSince(mark), (std::vector<std::string>{"DeleteScreenItem(item:" + self + ")"}));
+    EXPECT_FALSE(cast->IsInCast(item));
+    EXPECT_FALSE(cast->IsInEventSet(feature));
+
+    // Through a base pointer the whole cel goes, hidden or not.
+    GLScreenItem* asItem = GL_NEW GLCel(&plane, 5, 0, 0, GLPoint(0, 0), 0, kScale);
+    delete asItem;
+    GLFeature* asFeature = GL_NEW GLCel(&plane, 5, 0, 0, GLPoint(0, 0), 0, kScale);
+    delete asFeature;
+    EXPECT_EQ(k.ItemCount(), 0u);
+    EXPECT_EQ(cast->GetEventSet()->NumElements(), 0);
+    EXPECT_GL_ASSERT(GLCel(&plane, 5, -1, 0, GLPoint(0, 0), 0, kScale), "Source/Glsi.cpp", "iLoop >= 0");
 }
 
-TEST_F(CelTest, TheClickableAreaFollowsWhatTheKernelDrewAfterEachUpdate)
+TEST_F(CelTest, TheClickableAreaFollowsWhatTheKernelDrewAndWhereTheCelIs)
 {
     GLCel cel(&plane, 5, 0, 0, GLPoint(100, 100), 2, kScale);
     cel.SetSelectFunction(CountSelection);
+    GLCast* cast = plane.GetCast();
     const std::int32_t id = cel.GetId();
     k.nowSeen[id] = ZOR_Rect(100, 90, 119, 109);
 
@@ -139,7 +162,7 @@ TEST_F(CelTest, TheClickableAreaFollowsWhatTheKernelDrewAfterEachUpdate)
     EXPECT_EQ(ClickOn(plane, 110, 100), FALSE);
     cel.Show();
     cel.Update(); // no change pending, yet the area is asked for afresh
-    ExpectRect(cel.GetRect(), 100, 90, 119, 109);
+    EXPECT_EQ(EdgesOf(cel.GetRect()), (Edges{100, 90, 119, 109}));
     EXPECT_EQ(ClickOn(plane, 110, 100), TRUE);
     EXPECT_EQ(gSelected, 1);
     EXPECT_EQ(gLastSelected, FeatureObject(cel));
@@ -147,69 +170,51 @@ TEST_F(CelTest, TheClickableAreaFollowsWhatTheKernelDrewAfterEachUpdate)
     // Moved with an update: the area is what the kernel reports now.
     k.nowSeen[id] = ZOR_Rect(200, 190, 219, 209);
     cel.SetPos(GLPoint(200, 200), TRUE);
-    ExpectRect(cel.GetRect(), 200, 190, 219, 209);
+    EXPECT_EQ(EdgesOf(cel.GetRect()), (Edges{200, 190, 219, 209}));
     EXPECT_EQ(ClickOn(plane, 110, 100), FALSE);
     EXPECT_EQ(ClickOn(plane, 219, 209), TRUE);
 
     // Moved without an update: the kernel still shows the old place.
     k.nowSeen[id] = ZOR_Rect(300, 300, 310, 310);
     cel.SetPos(GLPoint(300, 300), FALSE);
-    ExpectRect(cel.GetRect(), 200, 190, 219, 209);
+    EXPECT_EQ(EdgesOf(cel.GetRect()), (Edges{200, 190, 219, 209}));
     cel.Update();
-    ExpectRect(cel.GetRect(), 300, 300, 310, 310);
+    EXPECT_EQ(EdgesOf(cel.GetRect()), (Edges{300, 300, 310, 310}));
 
     // Without a set answer the recording kernel reports a cel-sized box at
     // the position: the area follows that too.
     k.nowSeen.erase(id);
     cel.SetPos(GLPoint(40, 50), TRUE);
-    ExpectRect(cel.GetRect(), 40, 50, 40 + k.celWidth - 1, 50 + k.celHeight - 1);
-}
+    EXPECT_EQ(EdgesOf(cel.GetRect()), (Edges{40, 50, 40 + k.celWidth - 1, 50 + k.celHeight - 1}));
 
-TEST_F(CelTest, AHiddenCelTakesNoClicksAndAShownOneDoes)
-{
-    GLCel cel(&plane, 5, 0, 0, GLPoint(10, 10), 2, kScale);
-    cel.SetSelectFunction(CountSelection);
-    GLCast* cast = plane.GetCast();
-    cel.Show();
-    cel.ForceUpdate(); // Show alone does not ask the kernel what it drew
-    EXPECT_EQ(ClickOn(plane, 12, 12), TRUE);
-
+    // Hidden, the cel takes no clicks; shown again, it does.
     cel.Hide();
     EXPECT_FALSE(k.ItemOnScreen(cel.GetId()));
     EXPECT_FALSE(cast->IsInEventSet(FeaturePart(cel)));
-    EXPECT_EQ(ClickOn(plane, 12, 12), FALSE);
-    EXPECT_EQ(gSelected, 1);
+    EXPECT_EQ(ClickOn(plane, 40, 50), FALSE);
+    EXPECT_EQ(gSelected, 2);
     cel.Hide(); // hidden already: still out
-
     cel.Show();
     cel.Show();
     EXPECT_TRUE(k.ItemOnScreen(cel.GetId()));
     EXPECT_EQ(cast->GetEventSet()->NumElements(), 1);
-    EXPECT_EQ(ClickOn(plane, 12, 12), TRUE);
-    EXPECT_EQ(gSelected, 2);
-}
+    EXPECT_EQ(ClickOn(plane, 40, 50), TRUE);
+    EXPECT_EQ(gSelected, 3);
 
-TEST_F(CelTest, MovingACelToAnotherPlaneMovesBothParts)
-{
-    GLCel cel(&plane, 5, 0, 0, GLPoint(10, 10), 2, kScale);
-    cel.SetSelectFunction(CountSelection);
-    cel.Show();
-    cel.ForceUpdate();
-    ASSERT_EQ(ClickOn(plane, 12, 12), TRUE);
-
+    // Moving it to another plane moves both parts.
     cel.SetPlane(&other, TRUE);
     EXPECT_EQ(FeaturePart(cel)->GetPlane(), &other);
     EXPECT_EQ(cel.GetPlaneId(), 20001);
     EXPECT_TRUE(k.ItemOnScreen(cel.GetId()));
-    EXPECT_FALSE(plane.GetCast()->IsInCast(ItemObject(cel)));
+    EXPECT_FALSE(cast->IsInCast(ItemObject(cel)));
     EXPECT_TRUE(other.GetCast()->IsInDoItSet(ItemObject(cel)));
-    EXPECT_EQ(ClickOn(plane, 12, 12), FALSE);
-    EXPECT_EQ(ClickOn(other, 12, 12), TRUE);
+    EXPECT_EQ(ClickOn(plane, 40, 50), FALSE);
+    EXPECT_EQ(ClickOn(other, 40, 50), TRUE);
 
     // A hidden cel that moves takes input on its new plane.
     cel.Hide();
     cel.SetPlane(&plane, FALSE);
-    EXPECT_TRUE(plane.GetCast()->IsInEventSet(FeaturePart(cel)));
+    EXPECT_TRUE(cast->IsInEventSet(FeaturePart(cel)));
     EXPECT_EQ(cel.IsVisible(), FALSE);
 }
 
@@ -232,38 +237,6 @@ TEST_F(CelTest, LastLoopAndLastCelComeFromTheKernelsCounts)
     GLCel drawn(&plane, &bitmap, GLPoint(1, 2), 0, kScale);
     EXPECT_TRUE(plane.GetCast()->IsInEventSet(FeaturePart(drawn)));
     EXPECT_GL_ASSERT(drawn.LastCel(), "Source/Glsi.cpp", "m_pKernelMemBitmap == 0");
-}
-
-TEST_F(CelTest, ACelComesAndGoesThroughTheKernel)
-{
-    std::size_t mark = k.Mark();
-    GLCel* cel = new GLCel(&plane, 5, 1, 2, GLPoint(3, 4), 6, kScale);
-    const std::string self = std::to_string(cel->GetId());
-    EXPECT_EQ(k.CallsSince(mark), (std::vector<std::string>{"NewScreenItem(20000,src:0/5/1/2/0,(3,4),[128,128,100,0])",
-                                                            "GetNowSeenRect(20000," + self + ")"}));
-    // The object itself is one block of the kernel's, named after its header.
-    bool found = false;
-    for (const auto& block : k.Ledger().LiveBlocks())
-        found = found || (block.file == "include/glcel.h" && block.size == sizeof(GLCel));
-    EXPECT_TRUE(found);
-
-    cel->Show();
-    mark = k.Mark();
-    GLObject* item = ItemObject(*cel);
-    GLTarget* feature = FeaturePart(*cel);
-    delete cel;
-    EXPECT_EQ(k.CallsSince(mark), (std::vector<std::string>{"DeleteScreenItem(item:" + self + ")"}));
-    EXPECT_FALSE(plane.GetCast()->IsInCast(item));
-    EXPECT_FALSE(plane.GetCast()->IsInEventSet(feature));
-
-    // Through a base pointer the whole cel goes, hidden or not.
-    GLScreenItem* asItem = GL_NEW GLCel(&plane, 5, 0, 0, GLPoint(0, 0), 0, kScale);
-    delete asItem;
-    GLFeature* asFeature = GL_NEW GLCel(&plane, 5, 0, 0, GLPoint(0, 0), 0, kScale);
-    delete asFeature;
-    EXPECT_EQ(k.ItemCount(), 0u);
-    EXPECT_EQ(plane.GetCast()->GetEventSet()->NumElements(), 0);
-    EXPECT_GL_ASSERT(GLCel(&plane, 5, -1, 0, GLPoint(0, 0), 0, kScale), "Source/Glsi.cpp", "iLoop >= 0");
 }
 
 } // namespace
