@@ -112,9 +112,6 @@ TEST_F(CelTest, ACelComesAndGoesThroughTheKernelAsTwoPartsInTheRightSets)
     for (const auto& block : k.Ledger().LiveBlocks())
         found = found || (block.file == "include/glcel.h" && block.size == sizeof(GLCel));
     EXPECT_TRUE(found);
-    EXPECT_EQ(cel->GetCycleSpeed(), 6);
-    EXPECT_EQ(cel->GetMoveSpeed(), 6);
-    EXPECT_EQ(cel->GetStepSize(), GLPoint(3, 3));
     EXPECT_EQ(cel->IsVisible(), FALSE);
 
     // The screen item part draws and works every frame; the feature part takes input.

@@ -93,12 +93,16 @@ TEST_F(ScreenItemTest, HideThenShowKeepsPositionPriorityScaleZAndInset)
     EXPECT_EQ(Record(floating).useInsetRect, 0);
 }
 
-TEST_F(ScreenItemTest, ChangesWaitForTheNextUpdateUnlessPushedAtOnce)
+TEST_F(ScreenItemTest, ChangesWaitForTheNextUpdateAndOnlyAVisibleItemAsksWhatIsSeen)
 {
     GLScreenItem item(&plane, 1, 0, 0, GLPoint(0, 0), 0, kScale);
     const std::string self = Self(item);
+    ZOR_Rect rect(1, 2, 3, 4);
 
     std::size_t mark = k.Mark();
+    EXPECT_EQ(item.NowSeenRect(&rect), 0); // hidden: the kernel is not asked
+    EXPECT_EQ(rect.right, 3);
+    EXPECT_GL_ASSERT(item.OnPoint(GLPoint(0, 0), FALSE), "Source/Glsi.cpp", "m_fVisible == TRUE");
     item.Update(); // nothing pending: does nothing, does not show
     item.SetPos(GLPoint(8, 9), FALSE);
     EXPECT_TRUE(k.CallsSince(mark).empty());
@@ -124,6 +128,15 @@ TEST_F(ScreenItemTest, ChangesWaitForTheNextUpdateUnlessPushedAtOnce)
     item.Show();
     EXPECT_EQ(k.CallsSince(mark), Lines({"AddScreenItem(" + Self(item) + ")", "UpdateScreenItem(" + Self(item) + ")"}));
     EXPECT_EQ(Record(item).source.cel, 3);
+
+    // Visible, the item asks the kernel.
+    k.nowSeen[item.GetId()] = ZOR_Rect(10, 10, 29, 39);
+    EXPECT_EQ(item.NowSeenRect(&rect), 1);
+    EXPECT_EQ(rect.right, 29);
+    EXPECT_EQ(item.OnPoint(GLPoint(29, 39), TRUE), 1);
+    EXPECT_EQ(item.OnPoint(GLPoint(30, 39), FALSE), 0);
+    EXPECT_EQ(k.CallsNamed("ScreenItemOnPoint").front(),
+              "ScreenItemOnPoint((29,39),20000," + std::to_string(item.GetId()) + ",1)");
 }
 
 TEST_F(ScreenItemTest, PriorityZAndThePicturesFourthValue)
@@ -209,26 +222,6 @@ TEST_F(ScreenItemTest, SetPlaneMovesRecordAndCastAndShowsTheItemThere)
     item.Update();
     EXPECT_TRUE(k.ItemOnScreen(item.GetId()));
     EXPECT_GL_ASSERT(item.SetPlaneId(20000, FALSE), "Source/Glsi.cpp", "lPlaneIdNew != m_pScreenItem->PlaneId()");
-}
-
-TEST_F(ScreenItemTest, NowSeenAndOnPointAskTheKernelOnlyForAVisibleItem)
-{
-    GLScreenItem item(&plane, 1, 0, 0, GLPoint(10, 10), 0, kScale);
-    ZOR_Rect rect(1, 2, 3, 4);
-    std::size_t mark = k.Mark();
-    EXPECT_EQ(item.NowSeenRect(&rect), 0);
-    EXPECT_TRUE(k.CallsSince(mark).empty());
-    EXPECT_EQ(rect.right, 3);
-    EXPECT_GL_ASSERT(item.OnPoint(GLPoint(10, 10), FALSE), "Source/Glsi.cpp", "m_fVisible == TRUE");
-
-    item.Show();
-    k.nowSeen[item.GetId()] = ZOR_Rect(10, 10, 29, 39);
-    EXPECT_EQ(item.NowSeenRect(&rect), 1);
-    EXPECT_EQ(rect.right, 29);
-    EXPECT_EQ(item.OnPoint(GLPoint(29, 39), TRUE), 1);
-    EXPECT_EQ(item.OnPoint(GLPoint(30, 39), FALSE), 0);
-    EXPECT_EQ(k.CallsNamed("ScreenItemOnPoint").front(),
-              "ScreenItemOnPoint((29,39),20000," + std::to_string(item.GetId()) + ",1)");
 }
 
 TEST_F(ScreenItemTest, MisuseEndsWithTheExactReport)
