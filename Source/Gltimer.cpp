@@ -31,11 +31,11 @@ GLCue& GLCue::operator=(const GLCue& cue)
 
 GLCue::~GLCue()
 {
-    // The set owns a pending cue, but game code may still delete one before it
-    // fires (a narrator's cue for a scene that is being torn down). Leaving the
-    // set here keeps the game from reaching a deleted object. A cue that fired
-    // left the set before it was deleted, and a copy never was in it, so the
-    // test keeps both from being removed a second time.
+    // A pending cue belongs to the game's object set, but game code may still
+    // delete one before it fires (a narrator's cue for a scene that is being
+    // torn down). Leaving the set here keeps the game from reaching a deleted
+    // object. A cue that fired left the set before it was deleted, and a copy
+    // never was in it, so the test keeps both from being removed a second time.
     if (theGame != 0 && theGame->mpObjects != 0 && theGame->mpObjects->IsInList(this))
         theGame->mpObjects->Remove(this);
 }
