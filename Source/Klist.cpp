@@ -61,13 +61,14 @@ void KernelListAsArray::Init(int iItemCount, int iGrowBy)
 }
 
 // The per-slot scan is the costly part of the invariant; the checked build runs
-// it on every test, the release build keeps the constant-time checks only.
+// it on every test, an optimised build (NDEBUG) keeps the constant-time checks
+// only. A build configured without a build type is a checked build.
 int KernelListAsArray::Assert() const
 {
     if (m_pArray == 0 || m_iArraySize < 1 || m_iGrowBy < 1 || m_iElementCount < 0 ||
         m_iElementCount > m_iArraySize)
         return FALSE;
-#if defined(QUINDLE_CHECKED)
+#if !defined(NDEBUG)
     for (int i = 0; i < m_iElementCount; i++)
         if (m_pArray[i] == 0)
             return FALSE;
