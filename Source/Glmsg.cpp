@@ -73,6 +73,15 @@ void GLMessage::TakeText(int iSize)
     mpText = static_cast<char*>(GL_ALLOC(iSize));
 }
 
+// A kernel that fills the whole block leaves no terminator; the narrator
+// measures the text, so the block always ends in one. A size below 1 has no
+// last byte to write (the allocation has refused a size of 0 already).
+void GLMessage::EndText(int iSize)
+{
+    if (mpText && iSize > 0)
+        mpText[iSize - 1] = '\0';
+}
+
 int GLMessage::Fill(int iKey1, int iKey2, int iKey3, int iKey4, int iSequence)
 {
     SetKeys(mKeys, iKey1, iKey2, iKey3, iKey4, iSequence);
@@ -81,9 +90,7 @@ int GLMessage::Fill(int iKey1, int iKey2, int iKey3, int iKey4, int iSequence)
         return 0;
     TakeText(size);
     mTalker = kernel->GetMessage(iKey1, iKey2, iKey3, iKey4, iSequence, mpText, size);
-    // A kernel that fills the whole block leaves no terminator; the narrator
-    // measures the text, so the block always ends in one.
-    mpText[size - 1] = '\0';
+    EndText(size);
     GetKeys();
     return mTalker;
 }
@@ -95,7 +102,7 @@ int GLMessage::Fill()
         return 0;
     TakeText(size);
     mTalker = kernel->GetNextMessage(mpText, size);
-    mpText[size - 1] = '\0';
+    EndText(size);
     GetKeys();
     return mTalker;
 }

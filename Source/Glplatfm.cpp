@@ -85,19 +85,21 @@ void* OpenFromLoaderPath(const char* pName)
 {
     char szPath[PATH_MAX];
     Dl_serinfo* pSearch = LoaderSearchPath();
-    if (pSearch) {
-        for (unsigned int i = 0; i < pSearch->dls_cnt; i++) {
-            const char* pDirectory = pSearch->dls_serpath[i].dls_name;
-            if (!MakeLibraryPath(szPath, sizeof szPath, pDirectory, pName) || !IsFile(szPath))
-                continue;
-            // A relative directory is the working directory by another name:
-            // whoever controls that directory must not choose the room.
-            const int fRelative = pDirectory[0] != '/';
-            GL_FREE(pSearch);
-            return fRelative ? 0 : Open(szPath);
-        }
+    // Without the list, the loader's own search could look in a relative
+    // directory that the walk below would have refused: no room is loaded.
+    if (!pSearch)
+        return 0;
+    for (unsigned int i = 0; i < pSearch->dls_cnt; i++) {
+        const char* pDirectory = pSearch->dls_serpath[i].dls_name;
+        if (!MakeLibraryPath(szPath, sizeof szPath, pDirectory, pName) || !IsFile(szPath))
+            continue;
+        // A relative directory is the working directory by another name:
+        // whoever controls that directory must not choose the room.
+        const int fRelative = pDirectory[0] != '/';
         GL_FREE(pSearch);
+        return fRelative ? 0 : Open(szPath);
     }
+    GL_FREE(pSearch);
     // In no search directory: only the loader's cache of system libraries is
     // left, which holds absolute paths only.
     std::snprintf(szPath, sizeof szPath, "%s%s", pName, kLibraryExtension);

@@ -63,6 +63,7 @@ public:
 
 private:
     void TakeText(int iSize);
+    void EndText(int iSize);
 };
 
 class QUINDLE_API GLMessager : public GLObject {

@@ -20,7 +20,8 @@
 //      folder). If "n.so" exists there, that file is loaded and no other;
 //   2. otherwise where the platform's loader looks for a library given without
 //      a path (the directories of LD_LIBRARY_PATH, the library's run path, the
-//      system's library directories and cache).
+//      system's library directories and cache). Should the loader be unable to
+//      list those directories, this step finds nothing.
 // Never in the current working directory as such: a room must not be planted
 // by whoever controls the working directory. A search directory of the loader
 // that is relative (an empty or "." entry of LD_LIBRARY_PATH, for example)
