@@ -142,11 +142,6 @@ protected:
         k.AddMessage(5, 6, 7, 8, 4, 1, "For.");
     }
 
-    void Frames(std::initializer_list<std::uint32_t> ticks)
-    {
-        for (std::uint32_t tick : ticks)
-            Frame(tick);
-    }
     // Runs frames one tick apart until the caller has been cued, at most limit.
     void RunUntilCued(std::uint32_t limit = 1000)
     {

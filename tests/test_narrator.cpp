@@ -135,8 +135,7 @@ TEST_F(NarratorTest, TextTalksFiveTicksPerByteSpeechForItsLengthAndEitherEndsInT
     narrator.Say(&message, &caller);
     EXPECT_EQ(narrator.mTalkEndTime, 2301u);
     const int asked = k.Count("IsMessageAudioPlaying");
-    for (std::uint32_t tick : {2302u, 2400u, 2499u})
-        Frame(tick);
+    Frames({2302, 2400, 2499});
     EXPECT_TRUE(Talking(narrator));
     EXPECT_EQ(k.Count("IsMessageAudioPlaying"), asked + 3);
     Frame(2500);

@@ -10,6 +10,9 @@
 #include "gltimer.h"
 #include "gluser.h"
 
+#include <cstdint>
+#include <initializer_list>
+
 // Counts the cues it gets and remembers the last cuer and value.
 class CueRecorder : public GLObject {
 public:
@@ -50,6 +53,12 @@ protected:
     }
     // One frame at the clock as it stands.
     void Frame() { game->DoIt(); }
+    // One frame at each of these ticks, in order.
+    void Frames(std::initializer_list<std::uint32_t> ticks)
+    {
+        for (std::uint32_t tick : ticks)
+            Frame(tick);
+    }
 
     GLGame* game;
     AbsGLPlane* plane;
