@@ -4,6 +4,7 @@
 //
 // See Usage() below, and docs/KERNEL.md for the game folder.
 #include "quindle_game.h"
+#include "PlayerTape.h"
 
 #include "SoftKernel.h"
 #include "SoftText.h"
@@ -47,10 +48,18 @@ void Usage(std::FILE* out)
                  "  --quiet           no progress line\n"
                  "  --window          play in a window instead (real clock, mouse and keyboard)\n"
                  "  --scale N         window scale (default 2)\n"
+                 "  --record FILE     write the run on a tape (see docs/TAPE.md)\n"
+                 "  --replay FILE     play a tape: its input, clock and step, with every output\n"
+                 "                    option (or watched with --window); stops at the first\n"
+                 "                    call the game makes otherwise than on the tape\n"
                  "\n"
                  "Always writes DIR/final.png, the last frame. Exits with 0 when the run ended\n"
                  "normally, 1 on a usage error, 2 when a resource, the script or the game\n"
-                 "folder is faulty, 3 when the game library cannot be started.\n");
+                 "folder is faulty, 3 when the game library cannot be started. With --replay:\n"
+                 "0 when the replay matched to the end of the recorded run, 2 when the tape\n"
+                 "cannot be read or is of another game, 4 when the game went another way\n"
+                 "(the report names the frame and the call), 5 when the tape ends before its\n"
+                 "game did; a failed check of the library ends the replay as it ended the run.\n");
 }
 
 struct Options {
@@ -68,6 +77,7 @@ struct Options {
     bool ticksGiven = false;
     bool window = false;
     int scale = 2;
+    std::string record, replay;
     std::vector<char*> gameArgs;
 };
 
@@ -143,6 +153,10 @@ bool ParseOptions(int argc, char** argv, Options* o, std::string* error)
             if (!need("a file"))
                 return false;
             o->gif = next;
+        } else if (a == "--record" || a == "--replay") {
+            if (!need("a tape file"))
+                return false;
+            (a == "--record" ? o->record : o->replay) = next;
         } else if (a == "--no-gif") {
             o->noGif = true;
         } else if (a == "--quiet") {
@@ -281,6 +295,10 @@ int main(int argc, char** argv)
     }
 
     SoftKernel k;
+    PlayerTape tape(k);
+    if (const int failed = tape.Open(o.record, o.replay, !o.script.empty(), game.title, game.library, o.window,
+                                     &o.step, &o.gameArgs))
+        return failed;
     k.SetTicksPerFrame(o.step);
     if (!k.SetGameFolder(o.folder)) {
         std::fprintf(stderr, "quindle-player: %s\n", k.Fault().c_str());
@@ -342,9 +360,10 @@ int main(int argc, char** argv)
 
     // The game folder is the directory of the room libraries.
     GLSetRoomDirectory(o.folder.c_str());
+    tape.WatchChecks(o.window);
 
     o.gameArgs.insert(o.gameArgs.begin(), argv[0]);
-    QuindleHost host{QUINDLE_HOST_VERSION, &k, &k, o.folder.c_str(), static_cast<int>(o.gameArgs.size()),
+    QuindleHost host{QUINDLE_HOST_VERSION, tape.Kernel(), &k, o.folder.c_str(), static_cast<int>(o.gameArgs.size()),
                      o.gameArgs.data()};
     QuindleGameLoop loop{nullptr, nullptr, nullptr};
     if (start(&host, &loop) != 0 || !loop.step) {
@@ -354,10 +373,10 @@ int main(int argc, char** argv)
 
     const bool progress = !o.quiet && !o.window && ::isatty(2);
     int status = 0;
-    bool quit = false;
+    bool quit = false, closed = false;
     std::uint32_t shown = 0;
     while (!k.HasFault()) {
-        if ((!o.window || o.ticksGiven) && k.GetTicks() >= o.ticks)
+        if (tape.Replaying() ? tape.AtEnd() : (!o.window || o.ticksGiven) && k.GetTicks() >= o.ticks)
             break;
         const std::uint32_t framesBefore = k.FramesComposed();
         if (!loop.step(loop.state)) {
@@ -372,8 +391,10 @@ int main(int argc, char** argv)
             break;
         }
 #ifdef QUINDLE_HAVE_WINDOW
-        if (o.window && window.Closed())
+        if (o.window && window.Closed()) {
+            closed = true;
             break;
+        }
 #endif
         if (progress && k.GetTicks() - shown >= 15) {
             shown = k.GetTicks();
@@ -386,6 +407,7 @@ int main(int argc, char** argv)
         std::fprintf(stderr, "\r%70s\r", "");
     if (loop.finish)
         loop.finish(loop.state);
+    status = tape.Finish(quit, closed, k.HasFault(), status);
 
     if (k.HasFault()) {
         std::fprintf(stderr, "quindle-player: %s\n", k.Fault().c_str());

@@ -102,7 +102,7 @@ void SoftKernel::SetScript(const std::vector<SoftInputEvent>& events)
 void SoftKernel::PushInput(const SoftInputEvent& event)
 {
     SoftInputEvent e = event;
-    e.tick = Now();
+    e.tick = OwnClock();
     mInput.push_back(e);
 }
 
@@ -114,6 +114,20 @@ void SoftKernel::UseRealClock(bool real)
 }
 
 std::uint32_t SoftKernel::Now() const
+{
+    if (!mSeam)
+        return OwnClock();
+    if (!mInFrameHook)
+        mLastNow = mSeam->Clock(OwnClock());
+    return mLastNow;
+}
+
+bool SoftKernel::TakeInput(bool found, SoftInputEvent* event)
+{
+    return mSeam ? mSeam->Input(found, event) : found;
+}
+
+std::uint32_t SoftKernel::OwnClock() const
 {
     if (mRealClock)
         return static_cast<std::uint32_t>((RealMillis() - mRealStart) * 60 / 1000);
@@ -1037,8 +1051,13 @@ void SoftKernel::Compose()
 void SoftKernel::UpdateScreen(int /*fFlag*/)
 {
     Compose();
-    if (mFrameHook)
+    if (mFrameHook) {
+        if (mSeam)
+            Now(); // the hook sees the clock as the frame was composed
+        mInFrameHook = true;
         mFrameHook(*this, mFrameHookData);
+        mInFrameHook = false;
+    }
     AdvanceClock();
 }
 
@@ -1049,11 +1068,17 @@ void SoftKernel::GetEvent(std::uint32_t uMask, KernelEventRecord* pRecord)
     if (!pRecord)
         return;
     const std::uint32_t now = Now();
+    SoftInputEvent e;
+    bool found = false;
     for (std::size_t i = 0; i < mInput.size() && mInput[i].tick <= now; i++) {
-        const SoftInputEvent e = mInput[i];
-        if ((e.type & uMask) == 0)
+        if ((mInput[i].type & uMask) == 0)
             continue;
+        e = mInput[i];
         mInput.erase(mInput.begin() + static_cast<std::ptrdiff_t>(i));
+        found = true;
+        break;
+    }
+    if (TakeInput(found, &e)) {
         pRecord->type = e.type;
         pRecord->message = e.message;
         pRecord->modifiers = e.modifiers;
@@ -1080,13 +1105,17 @@ void SoftKernel::GetEvent(std::uint32_t uMask, KernelEventRecord* pRecord)
 bool SoftKernel::TakeEndingInput()
 {
     const std::uint32_t now = Now();
+    SoftInputEvent e;
+    bool found = false;
     for (std::size_t i = 0; i < mInput.size() && mInput[i].tick <= now; i++) {
         if (mInput[i].type == kSoftEventPress || mInput[i].type == kSoftEventKey) {
+            e = mInput[i];
             mInput.erase(mInput.begin() + static_cast<std::ptrdiff_t>(i));
-            return true;
+            found = true;
+            break;
         }
     }
-    return false;
+    return TakeInput(found, &e);
 }
 
 void SoftKernel::ShowCursor()

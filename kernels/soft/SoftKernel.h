@@ -101,6 +101,19 @@
 #include <string>
 #include <vector>
 
+// Where the kernel's clock readings and input lookups pass, for a host that
+// records them or serves them back (a tape). Without one the kernel uses its
+// own clock and queue.
+class SoftClockInputSeam {
+public:
+    virtual ~SoftClockInputSeam() {}
+    // The kernel read its clock and got `reading`: returns the reading to use.
+    virtual std::uint32_t Clock(std::uint32_t reading) = 0;
+    // The kernel looked at its input queue and found `*event` (when `found`):
+    // returns whether it takes an event, and sets `*event` to it.
+    virtual bool Input(bool found, SoftInputEvent* event) = 0;
+};
+
 class SoftKernel : public KernelServices, public SoftKernelExtras {
 public:
     static constexpr int kWidth = 640;
@@ -125,6 +138,10 @@ public:
     void SetTicksPerFrame(std::uint32_t ticks) { mTicksPerFrame = ticks; }
     // Uses the real clock from now on (the window); the virtual clock otherwise.
     void UseRealClock(bool real);
+    // Every clock reading and input lookup of the kernel passes through `seam`
+    // (null: none). While the frame hook runs, the clock stands at the reading
+    // the frame was composed at and nothing passes.
+    void SetClockInputSeam(SoftClockInputSeam* seam) { mSeam = seam; }
     // Called after every composed frame (the player writes it out, the window
     // shows it and gathers input).
     void SetFrameHook(void (*hook)(SoftKernel&, void*), void* data)
@@ -367,6 +384,8 @@ private:
     void DrawMovies();
     void AdvanceClock();
     std::uint32_t Now() const;
+    std::uint32_t OwnClock() const;
+    bool TakeInput(bool found, SoftInputEvent* event);
     Sample* FindSample(int sample);
     void UpdateSample(Sample& s);
     void StartSample(int iSample, int iVolume);
@@ -395,6 +414,9 @@ private:
     std::uint32_t mTicks = 0;
     std::uint32_t mTicksPerFrame = 1;
     bool mRealClock = false;
+    SoftClockInputSeam* mSeam = nullptr;
+    bool mInFrameHook = false;
+    mutable std::uint32_t mLastNow = 0;
     std::uint64_t mRealStart = 0;
     std::uint32_t mFramesComposed = 0;
     void (*mFrameHook)(SoftKernel&, void*) = nullptr;

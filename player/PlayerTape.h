@@ -1,0 +1,45 @@
+// PlayerTape.h - the player's --record and --replay: a tape kernel between
+// the game and the soft kernel, and the soft kernel's clock and input routed
+// through it.
+#ifndef QUINDLE_PLAYER_TAPE_H
+#define QUINDLE_PLAYER_TAPE_H
+
+#include "SoftKernel.h"
+#include "TapeKernel.h"
+
+#include <memory>
+#include <string>
+#include <vector>
+
+class PlayerTape : public SoftClockInputSeam {
+public:
+    explicit PlayerTape(SoftKernel& kernel) : mSoft(kernel), mTape(kernel) {}
+
+    // Starts recording to `record` or replaying `replay` (neither: the run is
+    // plain). A replay takes the recorded step and game arguments over. Returns
+    // 0, or the status to exit with after writing why on the error stream.
+    int Open(const std::string& record, const std::string& replay, bool haveScript, const std::string& title,
+             const std::string& library, bool window, std::uint32_t* step, std::vector<char*>* gameArgs);
+    // The kernel the game is given.
+    KernelServices* Kernel();
+    bool Replaying() const { return mTape.Replaying(); }
+    // Replaying: every frame of the tape has been played.
+    bool AtEnd() const { return mTape.ReplayAtEnd(); }
+    // Failed checks end the tape (recording) or are compared with it (replaying).
+    void WatchChecks(bool window);
+    // The run is over: the status to exit with, given the run's own.
+    int Finish(bool quit, bool closed, bool fault, int status);
+
+    std::uint32_t Clock(std::uint32_t reading) override { return mTape.HostClock(reading); }
+    bool Input(bool found, SoftInputEvent* event) override;
+
+private:
+    SoftKernel& mSoft;
+    TapeKernel mTape;
+    TapeReader mReader;
+    std::string mPath;
+    bool mActive = false;
+    std::vector<std::string> mArgs;
+};
+
+#endif
