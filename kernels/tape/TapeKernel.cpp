@@ -294,7 +294,7 @@ bool TapeKernel::HostInput(bool found, TapeInputEvent* event)
 
 bool TapeKernel::ReplayAtEnd() const
 {
-    return mMode == Mode::kReplay && mNeedFrame && mReader->HasEnd() && mFrameNumber >= mReader->FrameCount();
+    return mMode == Mode::kReplay && mReader->HasEnd() && mFrameNumber >= mReader->FrameCount();
 }
 
 int TapeKernel::Finish(TapeEnding ending, std::string* report)

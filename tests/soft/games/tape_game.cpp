@@ -1,0 +1,120 @@
+// tape_game.cpp - a test game for recording and replaying: a click on the
+// actor moves it by the length of message (1, 1, 1, 1, 1) and a random step,
+// so that input, chance and the game folder all show in where it goes.
+//
+// Game arguments: "check" makes a click fail a check of the library
+// (a cel of priority -5); "sdl" pushes a click on the actor into SDL's event
+// queue at the tenth frame, as a window's user would make it.
+#include "quindle_game.h"
+
+#include "glcel.h"
+#include "gldll.h"
+#include "glgame.h"
+#include "glplane.h"
+#include "glplanes.h"
+#include "glquithd.h"
+#include "gluser.h"
+#ifdef TAPE_GAME_SDL
+#include <SDL2/SDL.h>
+#endif
+
+#include <cstring>
+
+namespace {
+
+struct TapeGame {
+    GLGame* game = nullptr;
+    GLPicturePlane* back = nullptr;
+    GLTransparentPlane* front = nullptr;
+    GLCel* actor = nullptr;
+    GLQuitHandler* quit = nullptr;
+    bool failCheck = false;
+    bool pushClicks = false;
+    int frames = 0;
+};
+
+TapeGame* gGame = nullptr;
+
+void OnActor(GLEvent*, GLObject*)
+{
+    TapeGame* g = gGame;
+    if (g->failCheck)
+        new GLCel(g->front, 100, 0, 0, GLPoint(0, 0), -5, ScaleInfo{128, 128, 100, 0});
+    int size = 0;
+    char text[256] = "";
+    if (kernel->GetMessageSize(1, 1, 1, 1, 1, &size) && size <= static_cast<int>(sizeof text))
+        kernel->GetMessage(1, 1, 1, 1, 1, text, size);
+    const int x = 100 + 4 * static_cast<int>(std::strlen(text)) + static_cast<int>(GLRandom(0, 40));
+    g->actor->SetPos(GLPoint(x, 300), TRUE);
+}
+
+#ifdef TAPE_GAME_SDL
+void PushButton(Uint32 type, int x, int y)
+{
+    SDL_Event e;
+    std::memset(&e, 0, sizeof e);
+    e.type = type;
+    e.button.button = SDL_BUTTON_LEFT;
+    e.button.x = x;
+    e.button.y = y;
+    SDL_PushEvent(&e);
+}
+#endif
+
+int Step(void*)
+{
+#ifdef TAPE_GAME_SDL
+    if (gGame->pushClicks && ++gGame->frames == 10) {
+        PushButton(SDL_MOUSEBUTTONDOWN, 95, 80);
+        PushButton(SDL_MOUSEBUTTONUP, 95, 80);
+    }
+#endif
+    theGame->DoIt();
+    return theGame->mQuit ? 0 : 1;
+}
+
+void Finish(void* state)
+{
+    TapeGame* g = static_cast<TapeGame*>(state);
+    delete g->actor;
+    g->game->mpPlaneManager->Remove(g->front);
+    g->game->mpPlaneManager->Remove(g->back);
+    delete g->front;
+    delete g->back;
+    g->game->mpUser->mpPrimaDonnas->Remove(g->quit);
+    delete g->quit;
+    delete g->game;
+    delete g;
+    gGame = nullptr;
+}
+
+} // namespace
+
+extern "C" __attribute__((visibility("default"))) int QuindleGameStart(const QuindleHost* host,
+                                                                       QuindleGameLoop* loop)
+{
+    DLLInit(host->kernel);
+    TapeGame* g = gGame = new TapeGame;
+    for (int i = 1; i < host->argc; i++) {
+        g->failCheck = g->failCheck || std::strcmp(host->argv[i], "check") == 0;
+        g->pushClicks = g->pushClicks || std::strcmp(host->argv[i], "sdl") == 0;
+    }
+    g->game = new GLGame;
+    GLDLLInit(g->game);
+    g->quit = new GLQuitHandler;
+    g->game->mpUser->mpPrimaDonnas->AddToEnd(g->quit);
+    g->game->mpUser->IsHandsOn(TRUE);
+    const ZOR_Rect screen(0, 0, 639, 479);
+    g->back = new GLPicturePlane(screen, 1, 0, 0, FALSE, ZOR_Point(0, 0));
+    g->front = new GLTransparentPlane(screen, 1, 0, ZOR_Point(0, 0));
+    g->game->mpPlaneManager->Add(g->back);
+    g->game->mpPlaneManager->Add(g->front);
+    g->actor = new GLCel(g->front, 100, 0, 0, GLPoint(100, 100), 10, ScaleInfo{128, 128, 100, 0});
+    g->actor->SetSelectFunction(&OnActor);
+    g->actor->Show();
+    g->actor->ForceUpdate();
+    loop->state = g;
+    loop->step = &Step;
+    loop->finish = &Finish;
+    return 0;
+}
