@@ -201,4 +201,31 @@ TEST(DemoWindow, StartsAndEndsCleanly)
 }
 #endif
 
+// The playthrough recorded on a tape and replayed from it alone draws the
+// same key frames and GIF, byte for byte.
+TEST(DemoPlaythrough, ReplaysFromItsTapeToTheSameFramesAndGif)
+{
+    const PlayRun& run = Playthrough();
+    ASSERT_EQ(run.status, 0) << run.errors;
+    const std::string outputs = std::string(" --quiet --gif-every 3 --frame ") + KEY_FRAMES + " --out " + run.out;
+    const std::string tape = run.out + "/run.tape";
+    ASSERT_EQ(std::system((std::string(PLAYER) + " " + DEMO_FOLDER + " --script " + PLAYTHROUGH +
+                           " --ticks 4000 --record " + tape + outputs + "/recorded > /dev/null")
+                              .c_str()),
+              0);
+    ASSERT_EQ(std::system((std::string(PLAYER) + " " + DEMO_FOLDER + " --replay " + tape + outputs +
+                           "/replayed > /dev/null")
+                              .c_str()),
+              0);
+    std::istringstream ticks(KEY_FRAMES);
+    std::vector<std::string> files = {"run.gif", "final.png"};
+    for (std::string tick; std::getline(ticks, tick, ',');)
+        files.push_back("frame-" + std::string(6 - tick.size(), '0') + tick + ".png");
+    for (const std::string& f : files) {
+        const std::string recorded = ReadAll(run.out + "/recorded/" + f);
+        EXPECT_FALSE(recorded.empty()) << f;
+        EXPECT_TRUE(recorded == ReadAll(run.out + "/replayed/" + f)) << f;
+    }
+}
+
 } // namespace
