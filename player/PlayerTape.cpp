@@ -24,7 +24,9 @@ std::string BaseName(const std::string& path)
 void Stopped(TapeKernel::Stop why, const std::string& report, void*)
 {
     std::fprintf(stderr, "quindle-player: %s: %s\n", gTapePath.c_str(), report.c_str());
-    std::fflush(stderr);
+    // The game's objects still live: the process ends without running the
+    // destructors of statics that may refer to them.
+    std::fflush(nullptr);
     std::_Exit(why == TapeKernel::Stop::kTapeEnded ? 5 : 4);
 }
 

@@ -1,6 +1,7 @@
 // TapeFormat.cpp - writing and reading tape records.
 #include "TapeFormat.h"
 
+#include <chrono>
 #include <cstring>
 
 namespace {
@@ -14,14 +15,26 @@ constexpr std::uint8_t kTagHeader = 'H', kTagFrame = 'F', kTagRepeat = 'R', kTag
 // Call entries of a frame record.
 enum : std::uint8_t { kEntryEnd = 0, kEntryCopy, kEntrySkip, kEntryAnswers, kEntryChanged, kEntryLiteral };
 
+// CRC-16/CCITT (polynomial 0x1021, start 0xFFFF), a byte at a time.
+struct Check16Table {
+    std::uint16_t entry[256];
+    Check16Table()
+    {
+        for (int i = 0; i < 256; i++) {
+            std::uint16_t crc = static_cast<std::uint16_t>(i << 8);
+            for (int b = 0; b < 8; b++)
+                crc = static_cast<std::uint16_t>(crc & 0x8000 ? (crc << 1) ^ 0x1021 : crc << 1);
+            entry[i] = crc;
+        }
+    }
+};
+
 std::uint16_t Check16(const std::uint8_t* p, std::size_t n)
 {
+    static const Check16Table table;
     std::uint16_t crc = 0xFFFF;
-    for (std::size_t i = 0; i < n; i++) {
-        crc ^= static_cast<std::uint16_t>(p[i] << 8);
-        for (int b = 0; b < 8; b++)
-            crc = static_cast<std::uint16_t>(crc & 0x8000 ? (crc << 1) ^ 0x1021 : crc << 1);
-    }
+    for (std::size_t i = 0; i < n; i++)
+        crc = static_cast<std::uint16_t>((crc << 8) ^ table.entry[((crc >> 8) ^ p[i]) & 0xFF]);
     return crc;
 }
 
@@ -195,8 +208,21 @@ bool TapeWriter::Record(std::uint8_t tag, const std::string& payload)
     mRecord.push_back(static_cast<char>(check & 0xFF));
     mRecord.push_back(static_cast<char>(check >> 8));
     mBytes += mRecord.size();
-    // Flushed at once: a run that is killed leaves every frame it finished.
-    return std::fwrite(mRecord.data(), 1, mRecord.size(), mFile) == mRecord.size() && std::fflush(mFile) == 0;
+    if (std::fwrite(mRecord.data(), 1, mRecord.size(), mFile) != mRecord.size())
+        return false;
+    // The records reach the file at least every sixtieth of a second (a run
+    // in a window: every frame), so a run that is killed leaves the frames it
+    // finished up to then; a headless run's frames come faster, and one write
+    // for each would be most of what recording costs.
+    const std::uint64_t now = static_cast<std::uint64_t>(
+        std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::steady_clock::now().time_since_epoch())
+            .count());
+    if (tag == kTagFrame || tag == kTagRepeat) {
+        if (now - mLastFlush < 16)
+            return true;
+    }
+    mLastFlush = now;
+    return std::fflush(mFile) == 0;
 }
 
 // Each call is compared with the call at the same place `p` of the frame
@@ -204,7 +230,7 @@ bool TapeWriter::Record(std::uint8_t tag, const std::string& payload)
 // answers or some arguments carries the differences; anything else is written
 // whole. A call written whole does not move `p`, so an inserted call costs
 // only itself; calls of the frame before that are gone are skipped over.
-void TapeWriter::EncodeFrame(const TapeFrame& frame, std::string* out)
+void TapeWriter::EncodeFrame(TapeFrame& frame, std::string* out)
 {
     const std::vector<TapeCall>& prev = mPrev;
     std::size_t p = 0;
@@ -282,13 +308,13 @@ void TapeWriter::EncodeFrame(const TapeFrame& frame, std::string* out)
         PutSigned(out, f.event.x);
         PutSigned(out, f.event.y);
     }
-    mPrev = frame.calls;
+    mPrev.swap(frame.calls);
 }
 
 // A frame whose record would repeat the one before byte for byte (an idle
 // frame: the same calls, the clock and answers moved as they moved then) is
 // written as an empty repeat record.
-bool TapeWriter::WriteFrame(const TapeFrame& frame)
+bool TapeWriter::WriteFrame(TapeFrame& frame)
 {
     mPayload.clear();
     EncodeFrame(frame, &mPayload);
@@ -299,7 +325,7 @@ bool TapeWriter::WriteFrame(const TapeFrame& frame)
     return Record(kTagFrame, mPayload);
 }
 
-bool TapeWriter::WriteEnd(const TapeFrame& partial, TapeEnding ending, std::uint32_t frames,
+bool TapeWriter::WriteEnd(TapeFrame& partial, TapeEnding ending, std::uint32_t frames,
                           const std::string& report)
 {
     mPayload.clear();

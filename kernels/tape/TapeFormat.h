@@ -75,24 +75,27 @@ struct TapeHeader {
 enum class TapeEnding : std::uint8_t { kQuit = 1, kTimeOver = 2, kClosed = 3, kFault = 4, kFailedCheck = 5 };
 const char* TapeEndingText(TapeEnding ending);
 
-// Writes a tape record by record; every record reaches the file before Write returns.
+// Writes a tape record by record, each reaching the file within a sixtieth of a
+// second; the header and the end at once.
 class TapeWriter {
 public:
     ~TapeWriter();
     bool Open(const std::string& path, const TapeHeader& header, std::string* error);
     bool IsOpen() const { return mFile != nullptr; }
-    // A frame ended by UpdateScreen.
-    bool WriteFrame(const TapeFrame& frame);
+    // A frame ended by UpdateScreen. The frame's calls are taken over: on
+    // return `frame.calls` holds calls of an earlier frame, to be overwritten.
+    bool WriteFrame(TapeFrame& frame);
     // The calls after the last frame, then how the run ended. Closes the tape.
-    bool WriteEnd(const TapeFrame& partial, TapeEnding ending, std::uint32_t frames, const std::string& report);
+    bool WriteEnd(TapeFrame& partial, TapeEnding ending, std::uint32_t frames, const std::string& report);
     std::uint64_t Bytes() const { return mBytes; }
 
 private:
     bool Record(std::uint8_t tag, const std::string& payload);
-    void EncodeFrame(const TapeFrame& frame, std::string* out);
+    void EncodeFrame(TapeFrame& frame, std::string* out);
 
     std::FILE* mFile = nullptr;
     std::uint64_t mBytes = 0;
+    std::uint64_t mLastFlush = 0; // milliseconds of a steady clock
     std::vector<TapeCall> mPrev;
     std::uint32_t mLastClock = 0;
     std::string mPayload;

@@ -221,12 +221,22 @@ void TapeKernel::EndCall()
     mDepth--;
     const bool frameEnds = mCall.op == kTapeOpUpdateScreen;
     if (mMode == Mode::kRecord) {
-        mFrame.calls.push_back(mCall);
+        // The frame's calls are kept in slots that earlier frames filled, so
+        // that a call is copied into storage it already has.
+        if (mCallsUsed < mFrame.calls.size()) {
+            TapeCall& slot = mFrame.calls[mCallsUsed];
+            slot.op = mCall.op;
+            slot.args.assign(mCall.args.begin(), mCall.args.end());
+            slot.answers.assign(mCall.answers.begin(), mCall.answers.end());
+        } else {
+            mFrame.calls.push_back(mCall);
+        }
+        mCallsUsed++;
         if (frameEnds) {
+            mFrame.calls.resize(mCallsUsed);
             if (!mWriter.WriteFrame(mFrame) && mWriteError.empty())
                 mWriteError = "the tape could not be written after frame " + std::to_string(mFrameNumber);
-            mFrame.Clear();
-            mLookups = 0;
+            StartRecordedFrame();
         }
     }
     mServe = nullptr;
@@ -297,9 +307,19 @@ bool TapeKernel::ReplayAtEnd() const
     return mMode == Mode::kReplay && mReader->HasEnd() && mFrameNumber >= mReader->FrameCount();
 }
 
+void TapeKernel::StartRecordedFrame()
+{
+    mCallsUsed = 0;
+    mFrame.clock.clear();
+    mFrame.found.clear();
+    mFrame.lookups = 0;
+    mLookups = 0;
+}
+
 int TapeKernel::Finish(TapeEnding ending, std::string* report)
 {
     if (mMode == Mode::kRecord) {
+        mFrame.calls.resize(mCallsUsed);
         const bool ok = mWriter.IsOpen() && mWriter.WriteEnd(mFrame, ending, mFrameNumber, "");
         mMode = Mode::kPass;
         if (!ok || !mWriteError.empty()) {
@@ -343,6 +363,7 @@ int TapeKernel::Finish(TapeEnding ending, std::string* report)
 bool TapeKernel::FailedCheck(const std::string& report)
 {
     if (mMode == Mode::kRecord) {
+        mFrame.calls.resize(mCallsUsed);
         mWriter.WriteEnd(mFrame, TapeEnding::kFailedCheck, mFrameNumber, report);
         mMode = Mode::kPass;
         return true;

@@ -252,6 +252,7 @@ private:
     std::int64_t Live(std::int64_t value);
     void LiveOut(int* value);
     bool LoadFrame();
+    void StartRecordedFrame();
     std::string Where() const;
     [[noreturn]] void Halt(Stop why, const std::string& report);
 
@@ -260,6 +261,7 @@ private:
     int mDepth = 0;
     TapeCall mCall;
     TapeFrame mFrame;                // recording: the frame so far; replaying: the frame expected
+    std::size_t mCallsUsed = 0;      // recording: calls of the frame so far
     std::uint32_t mFrameNumber = 0;  // frames finished (UpdateScreen calls)
     std::uint32_t mLastTicks = 0;
     std::uint32_t mLastClock = 0;
