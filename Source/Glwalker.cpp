@@ -2,6 +2,7 @@
 #include "glwalker.h"
 
 #include "glcel.h"
+#include "glconst.h"
 #include "glcycler.h"
 #include "glmover.h"
 #include "gltimer.h"
@@ -56,7 +57,7 @@ private:
 
 GLWalker::GLWalker(GLCel* pActor, const GLWalkArea* pArea)
     : mpActor(pActor), mpArea(pArea), mpPath(0), mpSteps(0), mpCaller(0), mRoute(4, 4), mDirections(4),
-      mDirection(kToward), mStandLoops(-1), mScaled(FALSE), mFarY(0), mFarScale(128), mNearY(1), mNearScale(128),
+      mDirection(kToward), mStandLoops(-1), mScaled(FALSE), mFarY(0), mFarScale(kScaleFull), mNearY(1), mNearScale(kScaleFull),
       mBaseStepX(0), mBaseStepY(0)
 {
     GL_ASSERT(pActor);
@@ -207,8 +208,8 @@ void GLWalker::Stepped()
         mpActor->SetScale(scale, TRUE);
     }
     // Rounded to the nearest pixel, and never below one.
-    const int iStepX = std::max(1, (mBaseStepX * iScale + 64) / 128);
-    const int iStepY = std::max(1, (mBaseStepY * iScale + 64) / 128);
+    const int iStepX = std::max(1, (mBaseStepX * iScale + kScaleFull / 2) / kScaleFull);
+    const int iStepY = std::max(1, (mBaseStepY * iScale + kScaleFull / 2) / kScaleFull);
     if (mpActor->GetStepSize().GetX() != iStepX || mpActor->GetStepSize().GetY() != iStepY) {
         mpActor->SetStepSize(GLPoint(iStepX, iStepY));
         if (mpPath->IsMoving())
