@@ -5,7 +5,7 @@
 //
 //   cmake --build --preset debug --target run-walk-to-click
 //
-// The frames land in build/debug/examples/walk-to-click/out (run.gif is the whole run);
+// The frames land in build/debug/examples/walk_to_click/out (run.gif is the whole run);
 // add --window to the player's command line to play it yourself. The game
 // folder (picture 1, and view 100: a ball of four cels) is written by the
 // player's example maker; everything the game does is below.
