@@ -33,8 +33,8 @@ enum DemoViews {
     kTelevisionView = 140,
     kCursorView = 900
 };
-// Sound 1 (wind), 2 and 3 (birds) are played by the ambient track (ambient.txt).
-enum DemoSounds { kBellToll = 4, kChirp = 5, kGateCreak = 6, kClick = 7 };
+// The wind and the two birds are played by the ambient track (tracks/ambient.txt).
+enum DemoSounds { kWind = 1, kBirdLeft = 2, kBirdRight = 3, kBellToll = 4, kChirp = 5, kGateCreak = 6, kClick = 7 };
 
 class DEMO_API DemoGame : public GLGame {
 public:

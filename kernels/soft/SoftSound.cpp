@@ -37,6 +37,7 @@ void SoftKernel::UpdateSample(Sample& s)
         if (until - s.start - s.pausedTotal >= s.duration) {
             s.playing = false;
             s.paused = false;
+            Trace("sample %d ends", s.number);
         }
     }
 }
@@ -84,6 +85,7 @@ void SoftKernel::StartSample(int iSample, int iVolume)
     s.duration = wav->DurationTicks();
     s.volume = std::max(0, std::min(127, iVolume));
     s.distort = mDistortAll;
+    Trace("sample %d starts", iSample);
 }
 
 int SoftKernel::GetActiveSampleCount()
@@ -129,6 +131,8 @@ void SoftKernel::StopAllSamples()
 {
     for (auto& entry : mSamples) {
         UpdateSample(*entry.second);
+        if (entry.second->playing)
+            Trace("sample %d stops", entry.first);
         entry.second->playing = false;
         entry.second->paused = false;
         entry.second->fading = false;
@@ -142,6 +146,8 @@ void SoftKernel::StopSample(int iSample, int /*iQualifier*/)
         return;
     }
     if (Sample* s = FindSample(iSample)) {
+        if (s->playing)
+            Trace("sample %d stops", iSample);
         s->playing = false;
         s->paused = false;
         s->fading = false;
