@@ -396,7 +396,7 @@ private:
     std::map<KernelPlaneRecord*, std::unique_ptr<Plane>> mPlanes;
     std::map<KernelScreenItemRecord*, std::unique_ptr<Item>> mItems;
     std::map<std::int32_t, Item*> mItemsById; // by the id given at NewScreenItem
-    std::int32_t mNextPlaneId = 20000;
+    std::int32_t mNextPlaneId = kFirstPlaneId;
     std::int32_t mNextItemId = 1;
     std::int32_t mNextPolygonId = 0;
     std::uint64_t mSerial = 0;
