@@ -5,6 +5,7 @@
 #include "SoftResources.h"
 #include "SoftScript.h"
 #include "SoftText.h"
+#include "glconst.h"
 #include "gldefs.h"
 #include "glsound.h"
 
@@ -114,8 +115,8 @@ void CheckResources(const std::string& folder, Problems& p)
     static const Kind kinds[] = {
         {"views", ".txt", [](SoftResources& r, int n, std::string* e) { return r.View(n, e) != nullptr; }},
         {"pictures", ".png", [](SoftResources& r, int n, std::string* e) { return r.Picture(n, e) != nullptr; }},
-        {"audio", ".wav", [](SoftResources& r, int n, std::string* e) { return r.Sound(13, n, e) != nullptr; }},
-        {"sfx", ".wav", [](SoftResources& r, int n, std::string* e) { return r.Sound(12, n, e) != nullptr; }},
+        {"audio", ".wav", [](SoftResources& r, int n, std::string* e) { return r.Sound(kResourceAudio, n, e) != nullptr; }},
+        {"sfx", ".wav", [](SoftResources& r, int n, std::string* e) { return r.Sound(kResourceSoundEffect, n, e) != nullptr; }},
         {"robots", ".txt",
          [](SoftResources& r, int n, std::string* e) { return r.Robot(static_cast<std::uint32_t>(n), e) != nullptr; }},
     };
