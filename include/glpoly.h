@@ -51,6 +51,8 @@ public:
     virtual void SetPlane(AbsGLPlane* pPlane);
 
     int GetPointCount() const { return miPointCount; }
+    // The polygon's own copies of its points (null before SetPoints).
+    const ZOR_Point* GetPoints() const { return mpPolyPoints; }
 
 private:
     void CommonMemberInit(AbsGLPlane* pPlane);

@@ -14,7 +14,7 @@
 //   audio/*.wav, sfx/*.wav   wind, birds, bell, chirp, gate, click (synthesised)
 //   speech/*.wav             a voice for one line of the conversation
 //   tracks/ambient.txt       the courtyard's ambient sound track
-//   messages.txt, game.txt
+//   messages.txt (the build writes game.txt)
 #include "Art.h"
 #include "Sound.h"
 
@@ -245,8 +245,8 @@ void Sounds()
 
 int main(int argc, char** argv)
 {
-    if (argc != 3) {
-        std::fprintf(stderr, "usage: make_assets <game folder> <game library>\n");
+    if (argc != 2) {
+        std::fprintf(stderr, "usage: make_assets <game folder>\n");
         return 1;
     }
     gDir = argv[1];
@@ -254,7 +254,6 @@ int main(int argc, char** argv)
         ::mkdir((gDir + sub).c_str(), 0777);
     gPalette = MakePalette();
 
-    Text("game.txt", std::string("library ") + argv[2] + "\ntitle \"quindle demo: the courtyard\"\n");
     Text("palette.txt", PaletteText(gPalette));
     Courtyard();
     Gallery();
