@@ -15,6 +15,7 @@
 //   speech/*.wav             a voice for one line of the conversation
 //   tracks/ambient.txt       the courtyard's ambient sound track
 //   messages.txt (the build writes game.txt)
+//   walk/100.txt, walk/200.txt   where Pip may walk in each room
 #include "Art.h"
 #include "Sound.h"
 
@@ -250,7 +251,7 @@ int main(int argc, char** argv)
         return 1;
     }
     gDir = argv[1];
-    for (const char* sub : {"", "/views", "/pictures", "/robots", "/movies", "/audio", "/sfx", "/speech", "/tracks"})
+    for (const char* sub : {"", "/views", "/pictures", "/robots", "/movies", "/audio", "/sfx", "/speech", "/tracks", "/walk"})
         ::mkdir((gDir + sub).c_str(), 0777);
     gPalette = MakePalette();
 
@@ -286,6 +287,19 @@ int main(int argc, char** argv)
                                "PRS 2, 80, 90, 30\n"
                                "PRS 3, 60, 80, 70\n"
                                "PLAY\n");
+    // Where Pip may walk: each room's floor, less what stands on it, with the
+    // room's clearance (how far his feet keep from every edge).
+    Text("walk/100.txt", "# The courtyard: the cobbles from the wall to the button bar, with a way\n"
+                         "# into the arch; the well's foot and the tree's trunk stand in the way.\n"
+                         "clearance 6\n"
+                         "boundary 10 294  504 294  504 282  586 282  586 294  630 294  630 436  10 436\n"
+                         "hole 258 345  382 345  382 380  360 392  280 392  258 380\n"
+                         "hole 54 310  80 310  80 326  54 326\n");
+    Text("walk/200.txt", "# The gallery: the floorboards; the television's stand stands on two legs.\n"
+                         "clearance 6\n"
+                         "boundary 24 324  616 324  616 436  24 436\n"
+                         "hole 176 368  194 368  194 384  176 384\n"
+                         "hole 306 368  324 368  324 384  306 384\n");
     if (!gOk) {
         std::fprintf(stderr, "make_assets: %s\n", gError.c_str());
         return 1;

@@ -2,7 +2,7 @@
 // 100.so; the five functions at the end are what the room manager calls.
 //
 // Pip stands by the well. Click the cobbles and he walks there, around the
-// well if it is in his way. The Talk button starts a conversation between
+// well and the tree if they are in his way. The Talk button starts a conversation between
 // Pip and the voice of the story (the cursor waits meanwhile; a click or
 // Enter moves on to the next line, Escape cuts it short). The Ring button
 // rings the bell over the well (the button holds the input while pressed:
@@ -152,9 +152,8 @@ Courtyard::Courtyard() : mpScene(0)
 
     // Pip appears where he came from: by the tree, or out of the arch.
     const int fromGallery = Demo()->CameFrom() == kGallery;
-    mpPip = new Walker(mpFront, kPipView, fromGallery ? GLPoint(545, 318) : GLPoint(150, 420));
-    mpPip->SetFloor(ZOR_Rect(16, 300, 624, 430));
-    mpPip->SetObstacle(ZOR_Rect(258, 345, 382, 392)); // the well's foot
+    // He walks the cobbles round the well and the tree (walk/100.txt).
+    mpPip = new Walker(mpFront, kPipView, fromGallery ? GLPoint(545, 318) : GLPoint(150, 420), kCourtyard);
 
     // The gate fills the arch, behind Pip (fixed priority 0).
     mpGate = new GLCel(mpFront, kGateView, kOnlyLoop, kGateShut, GLPoint(500, 170), kBehindPip, kFullSizeScale);
