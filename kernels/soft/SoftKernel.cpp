@@ -43,8 +43,7 @@ std::uint64_t RealMillis()
 } // namespace
 
 SoftKernel::SoftKernel()
-    : mPalette(SoftPalette::Default()), mCompositor(std::make_unique<SoftCompositor>(*this)),
-      mFontPath("/usr/share/fonts/truetype/dejavu/DejaVuSans.ttf")
+    : mPalette(SoftPalette::Default()), mCompositor(std::make_unique<SoftCompositor>(*this))
 {
     mResources.SetPaletteForImages(mPalette);
 }

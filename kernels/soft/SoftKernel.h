@@ -138,7 +138,10 @@ public:
     // Where the cursor is and whether it is drawn.
     ZOR_Point CursorPos() const { return ZOR_Point(mCursorX, mCursorY); }
     bool CursorVisible() const { return mCursorVisible; }
-    // Path of the TrueType font used by DrawText (DejaVu Sans by default).
+    // Path of the TrueType font used by DrawText. By default, on first use,
+    // the file the system's font configuration gives for DejaVu Sans, else
+    // Debian's path for it; with neither, text draws nothing and the fault
+    // says what was looked for.
     void SetFontPath(const std::string& path);
     // The state of a sample, and what can be heard now (SoftAudio.h).
     using SampleView = SoftAudio::SampleView;
