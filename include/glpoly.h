@@ -51,6 +51,8 @@ public:
     virtual void SetPlane(AbsGLPlane* pPlane);
 
     int GetPointCount() const { return miPointCount; }
+    // The points, in the plane's coordinates (GetPointCount of them).
+    const ZOR_Point* GetPoints() const { return mpPolyPoints; }
 
 private:
     void CommonMemberInit(AbsGLPlane* pPlane);
