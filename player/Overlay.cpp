@@ -122,16 +122,8 @@ void PlayerOverlay::DrawPlanes()
                     mEventItems.push_back(item->GetId());
         }
     }
-    // Planes' labels stand in a column at their top right, below the status line.
-    for (std::size_t i = 0; i < mPlanes.size(); i++) {
-        const SoftKernel::InspectedPlane& plane = mPlanes[i];
+    for (const auto& plane : mPlanes)
         Box(plane.rect, mColor.magenta);
-        const std::string label = Format("plane %d p%d%s", static_cast<int>(plane.id), plane.priority,
-                                         plane.hidden ? " hidden" : "");
-        const int x = std::min(plane.rect.right, kW - 1) - static_cast<int>(label.size()) * kAdvance - 2;
-        Text(std::max(x, 0), std::max(plane.rect.top, 0) + kLine + 1 + static_cast<int>(i) * kLine, label,
-             mColor.magenta);
-    }
     for (const auto& plane : mPlanes) {
         for (const auto& item : plane.items) {
             if (!item.hasRect)
@@ -149,6 +141,16 @@ void PlayerOverlay::DrawPlanes()
             const int y = item.rect.top - kLine >= kLine ? item.rect.top - kLine : item.rect.top + 1;
             Text(std::max(item.rect.left, 0), y, what, color);
         }
+    }
+    // Planes' labels stand in a column at their top right, below the status
+    // line, over the items' labels.
+    for (std::size_t i = 0; i < mPlanes.size(); i++) {
+        const SoftKernel::InspectedPlane& plane = mPlanes[i];
+        const std::string label = Format("plane %d p%d%s", static_cast<int>(plane.id), plane.priority,
+                                         plane.hidden ? " hidden" : "");
+        const int x = std::min(plane.rect.right, kW - 1) - static_cast<int>(label.size()) * kAdvance - 2;
+        Text(std::max(x, 0), std::max(plane.rect.top, 0) + kLine + 1 + static_cast<int>(i) * kLine, label,
+             mColor.magenta);
     }
 }
 

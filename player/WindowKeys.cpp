@@ -67,17 +67,19 @@ void PlayerWindowKeys::OnFrame()
 
 void PlayerWindowKeys::Show()
 {
-    const std::uint8_t* frame = nullptr;
-    if (mOverlayOn) {
-        PlayerOverlay::Status status;
-        status.frameMillis = mFrameMillis;
-        status.paused = mPaused;
-        frame = mOverlay.Draw(mKernel, status);
-    }
-    mWindow.Present(mKernel, frame);
+    mWindow.Present(mKernel, mOverlayOn ? DrawOverlay() : nullptr);
 }
 
-// The frame last shown: the overlay's last drawing when it is on.
+const std::uint8_t* PlayerWindowKeys::DrawOverlay()
+{
+    PlayerOverlay::Status status;
+    status.frameMillis = mFrameMillis;
+    status.paused = mPaused;
+    return mOverlay.Draw(mKernel, status);
+}
+
+// The frame shown, with the overlay drawn afresh when it is on (it may have
+// been turned on a moment ago).
 void PlayerWindowKeys::Shoot()
 {
     ::mkdir(mShotDir.c_str(), 0777);
@@ -85,7 +87,7 @@ void PlayerWindowKeys::Shoot()
     std::snprintf(name, sizeof name, "/shot-%06u-%d.png", mKernel.GetTicks(), ++mShots);
     const std::string path = mShotDir + name;
     std::string error;
-    const std::uint8_t* frame = mOverlayOn ? mOverlay.Frame() : mKernel.Frame();
+    const std::uint8_t* frame = mOverlayOn ? DrawOverlay() : mKernel.Frame();
     if (SoftWritePng(path, frame, SoftKernel::kWidth, SoftKernel::kHeight, mKernel.Palette(), &error)) {
         mLastShot = path;
         std::printf("quindle-player: wrote %s\n", path.c_str());

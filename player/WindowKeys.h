@@ -39,6 +39,7 @@ public:
 
 private:
     void Show();
+    const std::uint8_t* DrawOverlay();
     void Shoot();
 
     SoftKernel& mKernel;
