@@ -8,12 +8,11 @@
 
 namespace {
 
-const ScaleInfo kButtonScale = {128, 128, 100, 0};
 
 } // namespace
 
 GLButton::GLButton(AbsGLPlane* pPlane, unsigned long view, short loop, short cel, GLPoint pos, int iPriority)
-    : GLCel(pPlane, view, loop, cel, pos, iPriority, kButtonScale),
+    : GLCel(pPlane, view, loop, cel, pos, iPriority, kFullSizeScale),
       mDisabledFace(static_cast<std::uint32_t>(view), loop, 2, 0),
       mEnabledFace(static_cast<std::uint32_t>(view), loop, 0, 0),
       mHighlitFace(static_cast<std::uint32_t>(view), loop, 3, 0),
@@ -23,7 +22,7 @@ GLButton::GLButton(AbsGLPlane* pPlane, unsigned long view, short loop, short cel
 }
 
 GLButton::GLButton(AbsGLPlane* pPlane, const KernelMemBitmap* pKernelMemBitmap, GLPoint pos, int iPriority)
-    : GLCel(pPlane, pKernelMemBitmap, pos, iPriority, kButtonScale)
+    : GLCel(pPlane, pKernelMemBitmap, pos, iPriority, kFullSizeScale)
 {
     GLButton::CommonMemberInit();
 }
@@ -48,7 +47,7 @@ void GLButton::CommonMemberInit()
 int GLButton::HandleEvent(GLEvent* pEvent)
 {
     GL_ASSERT(pEvent);
-    if (pEvent->type != 1 && pEvent->type != 2 && pEvent->type != 0x800)
+    if (pEvent->type != kEventPointerDown && pEvent->type != kEventPointerUp && pEvent->type != kEventPointerMove)
         return pEvent->claimed;
     if (mpSelectFunction)
         mpSelectFunction(pEvent, static_cast<GLFeature*>(this));
@@ -62,15 +61,15 @@ void GLButton::GeneralSelect(GLEvent* pEvent)
     GL_ASSERT(pEvent);
     // The hit test is virtual: a button class may give itself its own shape.
     if (mEnabled && OnMe(pEvent->where)) {
-        if (pEvent->type == 1) {
+        if (pEvent->type == kEventPointerDown) {
             Depress(TRUE);
-        } else if (pEvent->type == 2 && mDepressed) {
+        } else if (pEvent->type == kEventPointerUp && mDepressed) {
             UnDepress(TRUE);
             if (mpMouseUpFnct)
                 mpMouseUpFnct(pEvent, static_cast<GLFeature*>(this));
         }
         pEvent->claimed = TRUE;
-    } else if (pEvent->type == 2 && mDepressed) {
+    } else if (pEvent->type == kEventPointerUp && mDepressed) {
         UnDepress(TRUE);
         pEvent->claimed = TRUE;
     }

@@ -73,7 +73,7 @@ void GLEvent::Refresh(unsigned int mask)
 
 void GLEvent::Refresh()
 {
-    Refresh(0x7FFF);
+    Refresh(kEventMaskAll);
 }
 
 // The conversion works on a kernel point of its own, so that the event's

@@ -47,26 +47,26 @@ void AbsGLPlane::Init(PlaneType planeType, const ZOR_Rect& ZOR_RectPlane, int iP
     // clang-format on
     GL_ASSERT(0 <= iWindowIndex && iWindowIndex < MaxGameWindowCount);
 
-    int iType = -1;
+    int iType = kPlaneColored;
     switch (planeType) {
     case colored:
-        iType = -1;
+        iType = kPlaneColored;
         break;
     case picture:
-        iType = -4;
+        iType = kPlanePicture;
         break;
     case transparent:
-        iType = -2;
+        iType = kPlaneTransparent;
         break;
     case opaque:
-        iType = -3;
+        iType = kPlaneOpaque;
         break;
     }
 
     m_fChangedValue = FALSE;
 
-    // -9999 asks for a place above every plane the kernel has now.
-    if (iPriority == -9999)
+    // kPriorityOnTop asks for a place above every plane the kernel has now.
+    if (iPriority == kPriorityOnTop)
         iPriority = kernel->TopPlanePriority() + 1;
 
     // The kernel takes its arguments by non-const pointer; it gets copies.

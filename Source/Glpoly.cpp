@@ -57,7 +57,7 @@ void GLPoly::CommonMemberInit(AbsGLPlane* pPlane)
     mpPolyPoints = 0;
     miPointCount = 0;
     mpKPolygon = 0;
-    mPriority = -9999;
+    mPriority = kPriorityOnTop;
     mColor = 0;
 }
 

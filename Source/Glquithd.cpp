@@ -22,7 +22,7 @@ int GLQuitHandler::HandleEvent(GLEvent* pEvent)
     GL_ASSERT(pEvent != 0);
     // The quit key is recognised by its modifiers and message alone, whatever
     // the event's type.
-    if (pEvent->modifiers == 4 && pEvent->message == 0x4F00) {
+    if (pEvent->modifiers == kQuitModifiers && pEvent->message == kQuitKey) {
         pEvent->claimed = TRUE;
         theGame->mQuit = TRUE;
     }

@@ -13,7 +13,6 @@ const std::uint32_t kEnded = 0x04;
 const std::uint32_t kClientHidden = 0x10;
 const std::uint32_t kThirdFlag = 0x20;
 const std::uint32_t kPaused = 0x40;
-const std::uint32_t kEndSignal = 0xFFFFFFFFu;
 
 // The robot the kernel plays now, if it has not ended: the kernel's robot
 // operations name no robot, so only this one may read signals.
@@ -98,7 +97,7 @@ void GLRobot::DoIt()
     if (!(mRobotFlags & kStarted) || (mRobotFlags & kPaused))
         return;
     mSignal = kernel->GetRobotSignal();
-    if (mSignal == kEndSignal) {
+    if (mSignal == kRobotEnded) {
         Done();
         return;
     }
@@ -127,7 +126,7 @@ void GLRobot::End(int fCue)
     if ((mRobotFlags & kClientHidden) && mpClient)
         mpClient->Show();
     if (mpCaller && fCue) {
-        mSignal = kEndSignal;
+        mSignal = kRobotEnded;
         GL_NEW GLCue(mpCaller, 0, 0, 0);
     }
     mpPlane->GetCast()->Remove(this);

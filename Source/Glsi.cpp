@@ -8,7 +8,7 @@ namespace {
 
 void SetViewSource(KernelScreenItemSource* pSource, int iView, int iLoop, int iCel)
 {
-    pSource->kind = 0;
+    pSource->kind = kSourceView;
     pSource->view = iView;
     pSource->loop = iLoop;
     pSource->cel = iCel;
@@ -17,7 +17,7 @@ void SetViewSource(KernelScreenItemSource* pSource, int iView, int iLoop, int iC
 
 void SetBitmapSource(KernelScreenItemSource* pSource, const KernelMemBitmap* pKernelMemBitmap)
 {
-    pSource->kind = 2;
+    pSource->kind = kSourceMemBitmap;
     pSource->view = 0;
     pSource->loop = 0;
     pSource->cel = 0;
@@ -27,14 +27,14 @@ void SetBitmapSource(KernelScreenItemSource* pSource, const KernelMemBitmap* pKe
 } // namespace
 
 GLScreenItem::GLScreenItem()
-    : m_pScreenItem(0), m_fChangedValue(FALSE), m_fVisible(FALSE), m_iView(-1), m_iLoop(-1), m_iCel(-1),
+    : m_pScreenItem(0), m_fChangedValue(FALSE), m_fVisible(FALSE), m_iView(kNoView), m_iLoop(kNoView), m_iCel(kNoView),
       m_pKernelMemBitmap(0), m_pGLPlane(0)
 {
 }
 
 GLScreenItem::GLScreenItem(AbsGLPlane* pPlane, int iView, int iLoop, int iCel, const GLPoint& pos, int iPriority,
                            const ScaleInfo& scale)
-    : m_pScreenItem(0), m_fChangedValue(FALSE), m_fVisible(FALSE), m_iView(-1), m_iLoop(-1), m_iCel(-1),
+    : m_pScreenItem(0), m_fChangedValue(FALSE), m_fVisible(FALSE), m_iView(kNoView), m_iLoop(kNoView), m_iCel(kNoView),
       m_pKernelMemBitmap(0), m_pGLPlane(0)
 {
     GL_ASSERT(iView >= 0);
@@ -53,7 +53,7 @@ GLScreenItem::GLScreenItem(AbsGLPlane* pPlane, int iView, int iLoop, int iCel, c
 
 GLScreenItem::GLScreenItem(AbsGLPlane* pPlane, const KernelMemBitmap* pKernelMemBitmap, const GLPoint& pos,
                            int iPriority, const ScaleInfo& scale)
-    : m_pScreenItem(0), m_fChangedValue(FALSE), m_fVisible(FALSE), m_iView(-1), m_iLoop(-1), m_iCel(-1),
+    : m_pScreenItem(0), m_fChangedValue(FALSE), m_fVisible(FALSE), m_iView(kNoView), m_iLoop(kNoView), m_iCel(kNoView),
       m_pKernelMemBitmap(0), m_pGLPlane(0)
 {
     GL_ASSERT(pPlane != NULL);
@@ -112,8 +112,8 @@ void GLScreenItem::Init(AbsGLPlane* pPlane, int iView, int iLoop, int iCel, cons
     SetViewSource(&source, iView, iLoop, iCel);
     m_pScreenItem = kernel->NewScreenItem(pPlane->GetId(), &source, pos.GetZORPoint(), scale);
     GL_ASSERT(m_pScreenItem != 0);
-    // -9999 leaves the priority the kernel chose for the new record.
-    if (iPriority != -9999) {
+    // kPriorityOnTop leaves the priority the kernel chose for the new record.
+    if (iPriority != kPriorityOnTop) {
         m_pScreenItem->priority = iPriority;
         m_pScreenItem->fixedPriority = 1;
     }
@@ -135,10 +135,10 @@ void GLScreenItem::Init(AbsGLPlane* pPlane, const KernelMemBitmap* pKernelMemBit
     GL_ASSERT(kernel->DLLCheckValid(*pKernelMemBitmap->m_pMemIDBitmap));
 
     m_pKernelMemBitmap = pKernelMemBitmap;
-    m_iView = -1;
-    m_iLoop = -1;
-    m_iCel = -1;
-    m_CelRes.Init(static_cast<std::uint32_t>(-1), -1, -1, m_CelRes.mData);
+    m_iView = kNoView;
+    m_iLoop = kNoView;
+    m_iCel = kNoView;
+    m_CelRes.Init(static_cast<std::uint32_t>(kNoView), kNoView, kNoView, m_CelRes.mData);
     m_fChangedValue = FALSE;
     m_fVisible = FALSE;
 
@@ -147,7 +147,7 @@ void GLScreenItem::Init(AbsGLPlane* pPlane, const KernelMemBitmap* pKernelMemBit
     m_pScreenItem = kernel->NewScreenItem(pPlane->GetId(), &source, pos.GetZORPoint(), scale);
     GL_ASSERT(m_pScreenItem != 0);
     m_Position = pos;
-    if (iPriority != -9999) {
+    if (iPriority != kPriorityOnTop) {
         m_pScreenItem->priority = iPriority;
         m_pScreenItem->fixedPriority = 1;
     }
@@ -496,11 +496,11 @@ const KernelMemBitmap* GLScreenItem::GetMemBmp() const
 void GLScreenItem::SetMemBmp(const KernelMemBitmap* pKernelMemBitmap, int fDoUpdate)
 {
     CheckRecord();
-    if (m_iView != -1) {
-        m_iView = -1;
-        m_iLoop = -1;
-        m_iCel = -1;
-        m_CelRes.Init(static_cast<std::uint32_t>(-1), -1, -1, m_CelRes.mData);
+    if (m_iView != kNoView) {
+        m_iView = kNoView;
+        m_iLoop = kNoView;
+        m_iCel = kNoView;
+        m_CelRes.Init(static_cast<std::uint32_t>(kNoView), kNoView, kNoView, m_CelRes.mData);
     }
     m_pKernelMemBitmap = pKernelMemBitmap;
     GL_ASSERT(m_pKernelMemBitmap != 0);

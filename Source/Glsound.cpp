@@ -31,7 +31,7 @@ int DrawMemberChance(int iProbability)
 
 int SoundType(int iSound)
 {
-    return kernel->ResourceExists(13, iSound) ? 13 : 12;
+    return kernel->ResourceExists(kResourceAudio, iSound) ? kResourceAudio : kResourceSoundEffect;
 }
 
 // Starts the sound of a ring node or a group member.

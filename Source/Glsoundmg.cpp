@@ -13,7 +13,7 @@ const int kFadeWatch = 5;
 
 int SoundType(int iSound)
 {
-    return kernel->ResourceExists(13, iSound) ? 13 : 12;
+    return kernel->ResourceExists(kResourceAudio, iSound) ? kResourceAudio : kResourceSoundEffect;
 }
 
 } // namespace
@@ -210,21 +210,21 @@ void GLSndManager::SetSampleVolume(int iSample, int iVolume, int iValue)
 
 int GLSndManager::Pause(int iSample, int iQualifier)
 {
-    if (iSample == -1)
+    if (iSample == kAllSamples)
         return kernel->PauseAllSamples();
     return kernel->PauseSample(iSample, iQualifier);
 }
 
 int GLSndManager::Resume(int iSample, int iQualifier)
 {
-    if (iSample == -1)
+    if (iSample == kAllSamples)
         return kernel->ResumeAllSamples();
     return kernel->ResumeSample(iSample, iQualifier);
 }
 
 void GLSndManager::Distort(int iSample, int iValue1, int iValue2)
 {
-    if (iSample == -1)
+    if (iSample == kAllSamples)
         kernel->DistortAllSamples(iValue1);
     else
         kernel->DistortSample(iSample, iValue1, iValue2);
@@ -290,7 +290,7 @@ int GLSndManager::Fade(int iSample, int iTarget, int iValue1, int iValue2, int i
 // The watch records stay: DoIt forgets them once it sees the sample silent.
 void GLSndManager::Stop(int iSample, int iQualifier)
 {
-    if (iSample == -1) {
+    if (iSample == kAllSamples) {
         kernel->StopAllSamples();
         return;
     }

@@ -21,13 +21,6 @@ const int GameDoesAudio = TRUE;
 // Ticks of talk time per byte of text, for a message without speech.
 const std::uint32_t kTicksPerByte = 5;
 
-// The event bits and keys a narrator reacts to.
-const std::uint16_t kPointerDown = 2;   // a pointer event of type 2
-const std::uint16_t kKeyDown = 8;       // a key event, the key in `message`
-const std::uint16_t kFirstModifier = 1; // turns a pointer event into a cut-short
-const std::uint16_t kKeyEnter = 13;
-const std::uint16_t kKeyEscape = 27;
-
 } // namespace
 
 GLNarrator::GLNarrator() : mpMessage(0), mpCaller(0), mpTextView(0), mTalkEndTime(0), mIAmTalking(FALSE) {}
@@ -120,11 +113,11 @@ int GLNarrator::HandleEvent(GLEvent* pEvent)
     const std::uint16_t modifiers = pEvent->modifiers;
     int fEnd = FALSE;
     int iValue = 0;
-    if (type & kPointerDown) {
+    if (type & kEventPointerUp) {
         fEnd = TRUE;
-        if (modifiers & kFirstModifier)
+        if (modifiers & kModifierFirst)
             iValue = 1;
-    } else if (type & kKeyDown) {
+    } else if (type & kEventKeyDown) {
         if (message == kKeyEnter) {
             fEnd = TRUE;
         } else if (message == kKeyEscape) {

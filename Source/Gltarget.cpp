@@ -24,7 +24,7 @@ int GLTarget::HandleEvent(GLEvent* pEvent)
 {
     GL_ASSERT(pEvent);
     // Only the types that carry a pointer position are hit-tested.
-    if (pEvent->type == 1 || pEvent->type == 2 || pEvent->type == 0x800) {
+    if (pEvent->type == kEventPointerDown || pEvent->type == kEventPointerUp || pEvent->type == kEventPointerMove) {
         if (OnMe(pEvent->where)) {
             if (mpSelectFunction)
                 mpSelectFunction(pEvent, this);

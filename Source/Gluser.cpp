@@ -83,7 +83,7 @@ void GLUser::DeleteSets()
 
 void GLUser::DoIt()
 {
-    mEvent.Refresh(0x7FFF);
+    mEvent.Refresh(kEventMaskAll);
     // The mouse position is kept current every frame, null events included.
     mMousePos = mEvent.where;
     mExtra = mEvent.extra;
@@ -119,7 +119,7 @@ int GLUser::ProcessHogs(GLEvent* pEvent)
         // ends there with the event unclaimed rather than spin for ever.
         int fTaken = mpHogs->HandleEvent(pEvent);
         while (!fTaken && !pEvent->claimed && !mpHogs->IsEmpty()) {
-            pEvent->Refresh(0x7FFF);
+            pEvent->Refresh(kEventMaskAll);
             fTaken = mpHogs->HandleEvent(pEvent);
         }
     } else {

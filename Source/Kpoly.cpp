@@ -62,7 +62,7 @@ void KernelPolygon::Init(std::int32_t lPlaneId, ZOR_Point* pointArray, int iSize
     CheckParameters(lPlaneId, pointArray, iSize, iPriority, iColor, iStyle, iPattern, iThickness, fClosePoly);
     m_lPlaneId = lPlaneId;
     int iResolved = iPriority;
-    if (iPriority == -9999) {
+    if (iPriority == kPriorityOnTop) {
         iResolved = kernel->TopScreenItemPriority(lPlaneId) + 1;
         if (iResolved < 0)
             iResolved = 0;

@@ -168,7 +168,7 @@ struct Scene {
         plane = new GLColoredPlane(ZOR_Rect(0, 0, 639, 479), 0, 1, 0, ZOR_Point(0, 0));
         game->mpPlaneManager->Add(plane);
         for (int i = 0; i < n; i++) {
-            GLCel* cel = new GLCel(plane, 10, 0, 0, GLPoint(i % 600, i % 400), 1, ScaleInfo{128, 128, 100, 0});
+            GLCel* cel = new GLCel(plane, 10, 0, 0, GLPoint(i % 600, i % 400), 1, kFullSizeScale);
             cel->SetCycleSpeed(0);
             cel->SetMoveSpeed(0);
             cel->SetStepSize(GLPoint(1, 1));
@@ -235,7 +235,7 @@ void BM_FloorFrame(benchmark::State& state)
     std::vector<KernelScreenItemRecord*> records;
     for (int i = 0; i < n; i++) {
         KernelScreenItemSource source{0, 10, 0, 0, 0, {0, 0}};
-        records.push_back(kernelServices->NewScreenItem(20000, &source, ZOR_Point(i, i), ScaleInfo{128, 128, 100, 0}));
+        records.push_back(kernelServices->NewScreenItem(20000, &source, ZOR_Point(i, i), kFullSizeScale));
     }
     for (auto _ : state) {
         benchmark::DoNotOptimize(kernelServices->GetTicks());
@@ -251,7 +251,7 @@ void BM_FloorFrame(benchmark::State& state)
         }
         kernelServices->UpdateScreen(1);
         KernelEventRecord event;
-        kernelServices->GetEvent(0x7FFF, &event);
+        kernelServices->GetEvent(kEventMaskAll, &event);
         benchmark::ClobberMemory();
     }
     for (KernelScreenItemRecord* record : records)

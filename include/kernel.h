@@ -9,6 +9,8 @@
 #ifndef QUINDLE_KERNEL_H
 #define QUINDLE_KERNEL_H
 
+#include "glconst.h"
+
 #include <cstddef>
 #include <cstdint>
 
@@ -55,6 +57,9 @@ struct ScaleInfo {
     std::int32_t maxScale;
     std::int32_t mode;
 };
+
+// The scale that shows a cel at its own size.
+const ScaleInfo kFullSizeScale = {kScaleFull, kScaleFull, kScaleMaxDefault, kScaleModeDefault};
 
 // The 40-byte input event record the kernel fills in GetEvent.
 struct KernelEventRecord {

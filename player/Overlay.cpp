@@ -132,7 +132,7 @@ void PlayerOverlay::DrawPlanes()
                 std::find(mEventItems.begin(), mEventItems.end(), item.id) != mEventItems.end();
             const std::uint8_t color = events ? mColor.yellow : mColor.cyan;
             Box(item.rect, color, !events);
-            const std::string what = item.source.kind == 2
+            const std::string what = item.source.kind == kSourceMemBitmap
                                          ? Format("%d bmp%d p%d", static_cast<int>(item.id), item.source.memId,
                                                   item.priority)
                                          : Format("%d v%u/%d/%d p%d", static_cast<int>(item.id), item.source.view,

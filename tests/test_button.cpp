@@ -53,19 +53,19 @@ protected:
 TEST_F(ButtonTest, PressAndReleaseOverTheButtonCallTheMouseUpFunctionOnce)
 {
     EXPECT_EQ(Cel(), 5); // the constructor's cel until a face is loaded
-    EXPECT_FALSE(Send(1, 110, 110)); // disabled: the press passes by
+    EXPECT_FALSE(Send(kEventPointerDown, 110, 110)); // disabled: the press passes by
     EXPECT_EQ(Cel(), 5);
     button->Enable(TRUE);
     EXPECT_EQ(Cel(), 0);
-    EXPECT_TRUE(Send(1, 110, 110));
+    EXPECT_TRUE(Send(kEventPointerDown, 110, 110));
     EXPECT_EQ(Cel(), 1);
     EXPECT_TRUE(button->IsDepressed());
-    EXPECT_TRUE(Send(2, 111, 111));
+    EXPECT_TRUE(Send(kEventPointerUp, 111, 111));
     EXPECT_EQ(Cel(), 0);
     EXPECT_EQ(gMouseUps, 1);
     EXPECT_EQ(gLastButton, static_cast<GLObject*>(static_cast<GLFeature*>(button)));
     // A release that was never pressed is claimed and changes nothing.
-    EXPECT_TRUE(Send(2, 111, 111));
+    EXPECT_TRUE(Send(kEventPointerUp, 111, 111));
     EXPECT_EQ(gMouseUps, 1);
 }
 
@@ -73,8 +73,8 @@ TEST_F(ButtonTest, AReleaseElsewhereBringsTheButtonUpWithoutTheCall)
 {
     button->Enable(TRUE);
     button->SetHogging(TRUE); // so that it sees the release away from it
-    EXPECT_TRUE(Send(1, 110, 110));
-    EXPECT_TRUE(Send(2, 400, 400));
+    EXPECT_TRUE(Send(kEventPointerDown, 110, 110));
+    EXPECT_TRUE(Send(kEventPointerUp, 400, 400));
     EXPECT_FALSE(button->IsDepressed());
     EXPECT_EQ(Cel(), 0);
     EXPECT_EQ(gMouseUps, 0);
@@ -95,7 +95,7 @@ TEST_F(ButtonTest, KeysAndSelectFunctionsAndFacesFollowTheirRules)
 {
     button->Enable(TRUE);
     GLEvent key;
-    k.PushEvent(8, 13, 0, 110, 110);
+    k.PushEvent(kEventKeyDown, kKeyEnter, 0, 110, 110);
     key.Refresh();
     EXPECT_FALSE(button->HandleEvent(&key));
     key.claimed = TRUE;
@@ -104,7 +104,7 @@ TEST_F(ButtonTest, KeysAndSelectFunctionsAndFacesFollowTheirRules)
     static int selects;
     selects = 0;
     button->SetSelectFunction([](GLEvent*, GLObject*) { selects++; });
-    EXPECT_FALSE(Send(1, 110, 110));
+    EXPECT_FALSE(Send(kEventPointerDown, 110, 110));
     EXPECT_EQ(selects, 1);
     EXPECT_FALSE(button->IsDepressed());
     button->SetSelectFunction(nullptr);
@@ -138,7 +138,7 @@ TEST_F(ButtonTest, PressesAreHitTestedWithTheButtonsOwnShape)
     wide.Show();
     wide.Enable(TRUE);
     GLEvent press;
-    press.type = 1;
+    press.type = kEventPointerDown;
     press.where = GLPoint(600, 400); // far off what the kernel drew of it
     EXPECT_TRUE(wide.HandleEvent(&press));
     EXPECT_TRUE(wide.IsDepressed());

@@ -12,7 +12,6 @@
 
 namespace {
 
-const ScaleInfo kScale = {128, 128, 100, 0};
 using Edges = std::vector<int>;
 
 // Counts the selections made through the select function.
@@ -40,7 +39,7 @@ protected:
     int ClickOn(AbsGLPlane& target, int x, int y)
     {
         GLEvent event;
-        event.type = 1;
+        event.type = kEventPointerDown;
         event.where.SetPoint(x, y);
         event.claimed = FALSE;
         return target.GetCast()->HandleEvent(&event);
@@ -99,7 +98,7 @@ TEST_F(CelTest, AFeatureTakesInputInItsRectangleOnceEnteredOnItsPlane)
 TEST_F(CelTest, ACelComesAndGoesThroughTheKernelAsTwoPartsInTheRightSets)
 {
     std::size_t mark = k.Mark();
-    GLCel* cel = new GLCel(&plane, 5, 1, 2, GLPoint(3, 4), 6, kScale);
+    GLCel* cel = new GLCel(&plane, 5, 1, 2, GLPoint(3, 4), 6, kFullSizeScale);
     const std::string self = std::to_string(cel->GetId());
     EXPECT_EQ(k.CallsSince(mark), (std::vector<std::string>{"NewScreenItem(20000,src:0/5/1/2/0,(3,4),[128,128,100,0])",
                                                             "GetNowSeenRect(20000," + self + ")"}));
@@ -134,18 +133,18 @@ TEST_F(CelTest, ACelComesAndGoesThroughTheKernelAsTwoPartsInTheRightSets)
     EXPECT_FALSE(cast->IsInEventSet(feature));
 
     // Through a base pointer the whole cel goes, hidden or not.
-    GLScreenItem* asItem = GL_NEW GLCel(&plane, 5, 0, 0, GLPoint(0, 0), 0, kScale);
+    GLScreenItem* asItem = GL_NEW GLCel(&plane, 5, 0, 0, GLPoint(0, 0), 0, kFullSizeScale);
     delete asItem;
-    GLFeature* asFeature = GL_NEW GLCel(&plane, 5, 0, 0, GLPoint(0, 0), 0, kScale);
+    GLFeature* asFeature = GL_NEW GLCel(&plane, 5, 0, 0, GLPoint(0, 0), 0, kFullSizeScale);
     delete asFeature;
     EXPECT_EQ(k.ItemCount(), 0u);
     EXPECT_EQ(cast->GetEventSet()->NumElements(), 0);
-    EXPECT_GL_ASSERT(GLCel(&plane, 5, -1, 0, GLPoint(0, 0), 0, kScale), "Source/Glsi.cpp", "iLoop >= 0");
+    EXPECT_GL_ASSERT(GLCel(&plane, 5, -1, 0, GLPoint(0, 0), 0, kFullSizeScale), "Source/Glsi.cpp", "iLoop >= 0");
 }
 
 TEST_F(CelTest, TheClickableAreaFollowsWhatTheKernelDrewAndWhereTheCelIs)
 {
-    GLCel cel(&plane, 5, 0, 0, GLPoint(100, 100), 2, kScale);
+    GLCel cel(&plane, 5, 0, 0, GLPoint(100, 100), 2, kFullSizeScale);
     cel.SetSelectFunction(CountSelection);
     GLCast* cast = plane.GetCast();
     const std::int32_t id = cel.GetId();
@@ -214,7 +213,7 @@ TEST_F(CelTest, TheClickableAreaFollowsWhatTheKernelDrewAndWhereTheCelIs)
 TEST_F(CelTest, LastLoopAndLastCelComeFromTheKernelsCounts)
 {
     k.SetView(7, {8, 3, 0});
-    GLCel cel(&plane, 7, 1, 0, GLPoint(0, 0), 0, kScale);
+    GLCel cel(&plane, 7, 1, 0, GLPoint(0, 0), 0, kFullSizeScale);
     EXPECT_EQ(cel.LastLoop(), 2);
     EXPECT_EQ(cel.LastCel(), 2);
     cel.SetLoop(0, FALSE);
@@ -227,7 +226,7 @@ TEST_F(CelTest, LastLoopAndLastCelComeFromTheKernelsCounts)
     std::uint16_t memId = 3;
     KernelMemBitmap bitmap(&memId);
     k.validMemIds[3] = true;
-    GLCel drawn(&plane, &bitmap, GLPoint(1, 2), 0, kScale);
+    GLCel drawn(&plane, &bitmap, GLPoint(1, 2), 0, kFullSizeScale);
     EXPECT_TRUE(plane.GetCast()->IsInEventSet(FeaturePart(drawn)));
     EXPECT_GL_ASSERT(drawn.LastCel(), "Source/Glsi.cpp", "m_pKernelMemBitmap == 0");
 }

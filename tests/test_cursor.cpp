@@ -177,7 +177,7 @@ TEST_F(CursorTest, HideShowAndEventsLeaveTheModeAloneAndCopiesAreIndependent)
 
     // An event moves the stored position only and is left unclaimed.
     GLEvent event;
-    k.PushEvent(1, 0, 0, 120, 130);
+    k.PushEvent(kEventPointerDown, 0, 0, 120, 130);
     event.Refresh();
     const std::size_t before = k.Mark();
     EXPECT_EQ(cursor.HandleEvent(&event), TRUE);

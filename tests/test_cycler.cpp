@@ -22,7 +22,7 @@ protected:
     GLCel* NewCel(int loop, int cel = 0)
     {
         cels.push_back(new GLCel(plane, 100, static_cast<short>(loop), static_cast<short>(cel), GLPoint(10, 10), 5,
-                                 ScaleInfo{128, 128, 100, 0}));
+                                 kFullSizeScale));
         return cels.back();
     }
     // Runs frames one tick apart and records the cel shown after each.

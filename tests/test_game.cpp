@@ -267,7 +267,7 @@ TEST_F(GameTest, FrameReadsTheClockRunsObjectsDrawsThenTakesInput)
     game->mpUser->IsHandsOn(TRUE);
     k.ticks = 1234;
     k.ticksPerFrame = 2;
-    k.PushEvent(8, 'k', 0, 10, 20);
+    k.PushEvent(kEventKeyDown, 'k', 0, 10, 20);
     a.mAction = [&] { EXPECT_EQ(game->mGameTicks, 1234u); };
     EXPECT_EQ(Frame(), (Log{"GetTicks()", "A", "B", "UpdateScreen(1)", "GetEvent(32767)", "prima:8"}));
     EXPECT_EQ(game->mpUser->mEvent.claimed, TRUE);
@@ -296,7 +296,7 @@ TEST_F(GameTest, PlanesWorkBeforeTheGamesObjects)
     plane->GetCast()->Add(&handler);
     game->mpObjects->AddToEnd(&own);
     game->mpUser->IsHandsOn(TRUE);
-    k.PushEvent(1, 0, 0, 150, 150);
+    k.PushEvent(kEventPointerDown, 0, 0, 150, 150);
     EXPECT_EQ(Frame(), (Log{"GetTicks()", "onPlane", "own", "UpdateScreen(1)", "GetEvent(32767)",
                             "PlaneToLocal(20000,(150,150))", "handler:1"}));
     game->mpPlaneManager->Remove(plane);

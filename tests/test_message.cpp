@@ -243,7 +243,7 @@ TEST_F(MessagerTest, EscapeCutsTheConversationShortAndTheNextOneStartsAfresh)
     Frame(1000);
     messager.Say(5, 6, 7, 8, 0, &caller);
     Frames({1021, 1022}); // Two starts
-    k.PushEvent(8, 27);
+    k.PushEvent(kEventKeyDown, kKeyEscape);
     Frame(1023); // Escape: the narrator is done with 1
     EXPECT_EQ(narrator.mIAmTalking, FALSE);
     Frame(1024); // the messager hears it and cues the caller
@@ -257,7 +257,7 @@ TEST_F(MessagerTest, EscapeCutsTheConversationShortAndTheNextOneStartsAfresh)
     // Enter ends one message only; the conversation goes on, and ends with 0.
     shown.clear();
     messager.Say(5, 6, 7, 8, 0, &caller);
-    k.PushEvent(8, 13);
+    k.PushEvent(kEventKeyDown, kKeyEnter);
     RunUntilCued();
     EXPECT_EQ(shown.size(), 4u);
     EXPECT_EQ(caller.lastValue, 0);

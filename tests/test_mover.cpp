@@ -19,7 +19,7 @@ protected:
     MoverTest()
     {
         k.SetView(7, {4});
-        actor = new GLCel(plane, 7, 0, 0, GLPoint(0, 0), 5, ScaleInfo{128, 128, 100, 0});
+        actor = new GLCel(plane, 7, 0, 0, GLPoint(0, 0), 5, kFullSizeScale);
         actor->Show();
     }
     ~MoverTest() override

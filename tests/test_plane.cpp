@@ -33,7 +33,7 @@ TEST_F(PlaneTest, EveryKindAndFormMakesItsKernelPlaneTheSameWay)
 
     // Priority on top goes above the highest plane, not the latest.
     mark = k.Mark();
-    GLColoredPlane top(0, 0, 9, 9, 0, -9999, 0, kVanish);
+    GLColoredPlane top(0, 0, 9, 9, 0, kPriorityOnTop, 0, kVanish);
     EXPECT_EQ(k.CallsSince(mark)[0], "TopPlanePriority()");
     EXPECT_EQ(k.CallsSince(mark)[1], "NewPlane(-1,0,(0,0,9,9),0,3,(320,100),0,0)");
 

@@ -77,7 +77,7 @@ TEST_F(PlaneManagerTest, PlanesStandByPriorityWithTiesToThoseThatCameFirst)
 
     // A lowest plane goes to the end, a new highest one (priority 11) to the front.
     GLColoredPlane bottom(0, 0, 9, 9, 0, -1, 0, kVanish);
-    GLColoredPlane top(0, 0, 9, 9, 0, -9999, 0, kVanish);
+    GLColoredPlane top(0, 0, 9, 9, 0, kPriorityOnTop, 0, kVanish);
     manager.Add(&bottom);
     manager.Add(&top);
     EXPECT_EQ(top.GetPri(), 11);
@@ -114,7 +114,7 @@ TEST_F(PlaneManagerTest, FrameWorkAndEventsGoToThePlanesTopFirst)
     // coordinates, and the event comes back global and unclaimed.
     log.clear();
     GLEvent event;
-    k.PushEvent(1, 0, 0, 150, 70);
+    k.PushEvent(kEventPointerDown, 0, 0, 150, 70);
     event.Refresh();
     EXPECT_EQ(manager.HandleEvent(&event), FALSE);
     EXPECT_EQ(log, (Log{"front1(50,20)mine", "front2(50,20)mine", "back(150,70)mine"}));
@@ -125,7 +125,7 @@ TEST_F(PlaneManagerTest, FrameWorkAndEventsGoToThePlanesTopFirst)
     // event stays localised to the higher plane.
     log.clear();
     f2.mClaims = TRUE;
-    k.PushEvent(1, 0, 0, 299, 249);
+    k.PushEvent(kEventPointerDown, 0, 0, 299, 249);
     event.Refresh();
     EXPECT_EQ(manager.HandleEvent(&event), TRUE);
     EXPECT_EQ(log, (Log{"front1(199,199)mine", "front2(199,199)mine"}));
@@ -136,7 +136,7 @@ TEST_F(PlaneManagerTest, FrameWorkAndEventsGoToThePlanesTopFirst)
     GLPlaneManager upper;
     upper.Add(&aside);
     log.clear();
-    k.PushEvent(1, 0, 0, 600, 20);
+    k.PushEvent(kEventPointerDown, 0, 0, 600, 20);
     event.Refresh();
     const std::size_t mark = k.Mark();
     EXPECT_EQ(upper.HandleEvent(&event), FALSE);

@@ -28,16 +28,16 @@ TEST_F(PolyTest, OnTopPriorityIsResolvedWhenThePolygonIsMade)
 {
     k.topScreenItemPriority = 40;
     {
-        KernelPolygon polygon(plane->GetId(), square, 4, -9999, 7, ZOR_Line::tSolid, 0, 1, True);
+        KernelPolygon polygon(plane->GetId(), square, 4, kPriorityOnTop, 7, ZOR_Line::tSolid, 0, 1, True);
         EXPECT_EQ(k.CallsNamed("AddPolygon").back(), "AddPolygon(20000,4,41,7,0,0,1,1)");
         // An update passes the priority as it is, and accepts colour -1.
-        polygon.Update(square, 3, -9999, -1, ZOR_Line::tPattern, 2, 3, False);
+        polygon.Update(square, 3, kPriorityOnTop, -1, ZOR_Line::tPattern, 2, 3, False);
         EXPECT_EQ(k.CallsNamed("UpdatePolygon").back(), "UpdatePolygon(20000,0,3,-9999,-1,2,2,3,0)");
     }
     EXPECT_EQ(k.CallsNamed("DeletePolygon").back(), "DeletePolygon(20000,0)");
     k.topScreenItemPriority = -5;
     KernelPolygon low;
-    low.Init(plane->GetId(), square, 4, -9999, 7, ZOR_Line::tDashed, 0, 2, False);
+    low.Init(plane->GetId(), square, 4, kPriorityOnTop, 7, ZOR_Line::tDashed, 0, 2, False);
     EXPECT_EQ(k.CallsNamed("AddPolygon").back(), "AddPolygon(20000,4,0,7,1,0,2,0)");
     // A copy names no kernel polygon, so the kernel polygon is deleted once.
     {
@@ -89,7 +89,7 @@ TEST_F(PolyTest, InputAndDisplayAreSeparateSwitches)
     static int* counter;
     counter = &selected;
     poly.SetSelectFunction([](GLEvent*, GLObject*) { (*counter)++; });
-    k.PushEvent(1, 0, 0, 4, 4);
+    k.PushEvent(kEventPointerDown, 0, 0, 4, 4);
     GLEvent event;
     event.Refresh();
     EXPECT_TRUE(plane->GetCast()->HandleEvent(&event));

@@ -16,7 +16,7 @@ class RobotTest : public GameTest {
 protected:
     RobotTest()
     {
-        client = new GLScreenItem(plane, 3, 0, 0, GLPoint(5, 5), 2, ScaleInfo{128, 128, 100, 0});
+        client = new GLScreenItem(plane, 3, 0, 0, GLPoint(5, 5), 2, kFullSizeScale);
         client->Show();
     }
     ~RobotTest() override

@@ -10,7 +10,6 @@
 
 namespace {
 
-const ScaleInfo kScale = {128, 128, 100, 0};
 using Lines = std::vector<std::string>;
 
 class ScreenItemTest : public QuindleTest {
@@ -26,7 +25,7 @@ protected:
 TEST_F(ScreenItemTest, CreateShowUpdateHideShowDestroyIsThisExactKernelConversation)
 {
     std::size_t mark = k.Mark();
-    GLScreenItem* item = new GLScreenItem(&plane, 5, 1, 2, GLPoint(10, 20), 3, kScale);
+    GLScreenItem* item = new GLScreenItem(&plane, 5, 1, 2, GLPoint(10, 20), 3, kFullSizeScale);
     GLObject* asObject = item;
     EXPECT_EQ(k.CallsSince(mark), Lines({"NewScreenItem(20000,src:0/5/1/2/0,(10,20),[128,128,100,0])"}));
     EXPECT_TRUE(plane.GetCast()->IsInDoItSet(item));
@@ -50,7 +49,7 @@ TEST_F(ScreenItemTest, CreateShowUpdateHideShowDestroyIsThisExactKernelConversat
     delete item;
     EXPECT_EQ(k.CallsSince(mark), Lines({"DeleteScreenItem(" + second + ")"}));
     EXPECT_FALSE(plane.GetCast()->IsInCast(asObject));
-    item = GL_NEW GLScreenItem(&plane, 5, 0, 0, GLPoint(0, 0), 3, kScale);
+    item = GL_NEW GLScreenItem(&plane, 5, 0, 0, GLPoint(0, 0), 3, kFullSizeScale);
     item->Show();
     item->Hide();
     const std::string third = Self(*item);
@@ -62,7 +61,7 @@ TEST_F(ScreenItemTest, CreateShowUpdateHideShowDestroyIsThisExactKernelConversat
 
 TEST_F(ScreenItemTest, HideThenShowKeepsPositionPriorityScaleZAndInset)
 {
-    GLScreenItem item(&plane, 4, 2, 1, GLPoint(50, 60), 7, kScale);
+    GLScreenItem item(&plane, 4, 2, 1, GLPoint(50, 60), 7, kFullSizeScale);
     item.SetScale(ScaleInfo{64, 64, 100, 1}, FALSE);
     item.SetZCoord(5, FALSE);
     item.SetInsetRect(ZOR_Rect(1, 2, 30, 40), FALSE);
@@ -83,7 +82,7 @@ TEST_F(ScreenItemTest, HideThenShowKeepsPositionPriorityScaleZAndInset)
     EXPECT_EQ(r.source.loop, 2);
 
     // A floating priority stays floating at the kernel's value; no inset stays none.
-    GLScreenItem floating(&plane, 4, 0, 0, GLPoint(0, 0), -9999, kScale);
+    GLScreenItem floating(&plane, 4, 0, 0, GLPoint(0, 0), kPriorityOnTop, kFullSizeScale);
     floating.Show();
     Record(floating).priority = 12;
     floating.Hide();
@@ -95,7 +94,7 @@ TEST_F(ScreenItemTest, HideThenShowKeepsPositionPriorityScaleZAndInset)
 
 TEST_F(ScreenItemTest, ChangesWaitForTheNextUpdateAndOnlyAVisibleItemAsksWhatIsSeen)
 {
-    GLScreenItem item(&plane, 1, 0, 0, GLPoint(0, 0), 0, kScale);
+    GLScreenItem item(&plane, 1, 0, 0, GLPoint(0, 0), 0, kFullSizeScale);
     const std::string self = Self(item);
     ZOR_Rect rect(1, 2, 3, 4);
 
@@ -141,7 +140,7 @@ TEST_F(ScreenItemTest, ChangesWaitForTheNextUpdateAndOnlyAVisibleItemAsksWhatIsS
 
 TEST_F(ScreenItemTest, PriorityZAndThePicturesFourthValue)
 {
-    GLScreenItem item(&plane, 1, 0, 0, GLPoint(100, 100), -1, kScale);
+    GLScreenItem item(&plane, 1, 0, 0, GLPoint(100, 100), -1, kFullSizeScale);
     EXPECT_EQ(Record(item).fixedPriority, 1);
     item.SetPri(5, TRUE);
     item.SetFloatPriority(TRUE);
@@ -166,7 +165,7 @@ TEST_F(ScreenItemTest, BitmapItemsWorkOnlyWhileTheKernelKnowsTheBitmap)
     std::uint16_t memId = 42;
     KernelMemBitmap bitmap(&memId);
     k.validMemIds[42] = true;
-    GLScreenItem item(&plane, &bitmap, GLPoint(3, 4), 2, kScale);
+    GLScreenItem item(&plane, &bitmap, GLPoint(3, 4), 2, kFullSizeScale);
     EXPECT_EQ(k.CallsNamed("NewScreenItem").back(), "NewScreenItem(20000,src:2/0/0/0/42,(3,4),[128,128,100,0])");
     EXPECT_EQ(item.HasVLC(), FALSE);
     item.Show();
@@ -174,7 +173,7 @@ TEST_F(ScreenItemTest, BitmapItemsWorkOnlyWhileTheKernelKnowsTheBitmap)
     EXPECT_EQ(k.CallsNamed("NewScreenItem").back(), "NewScreenItem(20000,src:2/0/0/0/42,(3,4),[128,128,100,0])");
 
     // A view-based item switched to a bitmap loses its triple, keeps mData.
-    GLScreenItem view(&plane, 6, 1, 1, GLPoint(0, 0), 0, kScale);
+    GLScreenItem view(&plane, 6, 1, 1, GLPoint(0, 0), 0, kFullSizeScale);
     GLCelRes res(6, 1, 1, 9);
     view.SetCelRes(res, FALSE);
     memId = 43;
@@ -196,7 +195,7 @@ TEST_F(ScreenItemTest, BitmapItemsWorkOnlyWhileTheKernelKnowsTheBitmap)
 
 TEST_F(ScreenItemTest, SetPlaneMovesRecordAndCastAndShowsTheItemThere)
 {
-    GLScreenItem item(&plane, 1, 0, 0, GLPoint(5, 6), 3, kScale);
+    GLScreenItem item(&plane, 1, 0, 0, GLPoint(5, 6), 3, kFullSizeScale);
     item.SetZCoord(1, FALSE);
     item.Show();
     const std::string old = Self(item);
@@ -230,22 +229,22 @@ TEST_F(ScreenItemTest, MisuseEndsWithTheExactReport)
     std::uint16_t memId = 7;
     KernelMemBitmap unknown(&memId); // the kernel does not know id 7
     const GLPoint origin;
-    EXPECT_GL_ASSERT(GLScreenItem(&plane, -1, 0, 0, origin, 0, kScale), file, "iView >= 0");
-    EXPECT_GL_ASSERT(GLScreenItem(&plane, 0, 0, -1, origin, 0, kScale), file, "iCel >= 0");
-    EXPECT_GL_ASSERT(GLScreenItem(&plane, 0, 0, 0, origin, -2, kScale), file, "iPriority == -9999 || iPriority >= -1");
-    EXPECT_GL_ASSERT(GLScreenItem(nullptr, 0, 0, 0, origin, 0, kScale), file, "pPlane != NULL");
-    EXPECT_GL_ASSERT(GLScreenItem(&plane, static_cast<KernelMemBitmap*>(nullptr), origin, 0, kScale), file,
+    EXPECT_GL_ASSERT(GLScreenItem(&plane, -1, 0, 0, origin, 0, kFullSizeScale), file, "iView >= 0");
+    EXPECT_GL_ASSERT(GLScreenItem(&plane, 0, 0, -1, origin, 0, kFullSizeScale), file, "iCel >= 0");
+    EXPECT_GL_ASSERT(GLScreenItem(&plane, 0, 0, 0, origin, -2, kFullSizeScale), file, "iPriority == -9999 || iPriority >= -1");
+    EXPECT_GL_ASSERT(GLScreenItem(nullptr, 0, 0, 0, origin, 0, kFullSizeScale), file, "pPlane != NULL");
+    EXPECT_GL_ASSERT(GLScreenItem(&plane, static_cast<KernelMemBitmap*>(nullptr), origin, 0, kFullSizeScale), file,
                      "pKernelMemBitmap != 0");
-    EXPECT_GL_ASSERT(GLScreenItem(&plane, &unknown, origin, 0, kScale), file,
+    EXPECT_GL_ASSERT(GLScreenItem(&plane, &unknown, origin, 0, kFullSizeScale), file,
                      "kernel->DLLCheckValid(*pKernelMemBitmap->m_pMemIDBitmap)");
 
     GLScreenItem empty; // no record until Init: only Init and destruction
     EXPECT_GL_ASSERT(empty.GetPos(), file, "m_pScreenItem != 0");
-    empty.Init(&plane, 2, 1, 0, origin, 4, kScale);
+    empty.Init(&plane, 2, 1, 0, origin, 4, kFullSizeScale);
     EXPECT_TRUE(plane.GetCast()->IsInScreenItemSet(&empty));
-    EXPECT_GL_ASSERT(empty.Init(&plane, 2, 1, 0, origin, 4, kScale), file, "m_pScreenItem == 0");
+    EXPECT_GL_ASSERT(empty.Init(&plane, 2, 1, 0, origin, 4, kFullSizeScale), file, "m_pScreenItem == 0");
 
-    GLScreenItem item(&plane, 1, 0, 0, origin, 0, kScale);
+    GLScreenItem item(&plane, 1, 0, 0, origin, 0, kFullSizeScale);
     EXPECT_GL_ASSERT(item.SetPri(-2, TRUE), file, "iPriorityNew >= -1");
     EXPECT_GL_ASSERT(item.SetFloatPriority(2), file, "fDoUpdate == TRUE || fDoUpdate == FALSE");
     EXPECT_GL_ASSERT(item.OnPoint(origin, 2), file, "fCheckSkip == TRUE || fCheckSkip == FALSE");

@@ -86,19 +86,19 @@ TEST_F(UserTest, HandsOffSwallowsTheEventButTheMouseFollows)
     Handler prima("prima", log, 0xFFFF), orphan("orphan", log, 0xFFFF), hog("hog", log, 0xFFFF);
     user->mpPrimaDonnas->AddToEnd(&prima);
     user->mpOrphans->AddToEnd(&orphan);
-    k.PushEvent(8, 'a', 0, 17, 23, 99);
+    k.PushEvent(kEventKeyDown, 'a', 0, 17, 23, 99);
     std::size_t mark = k.Mark();
     user->DoIt();
     EXPECT_EQ(k.CallsSince(mark), (Log{"GetEvent(32767)"}));
     EXPECT_TRUE(log.empty());
-    EXPECT_EQ(user->mEvent.type, 8);
+    EXPECT_EQ(user->mEvent.type, kEventKeyDown);
     EXPECT_EQ(user->mEvent.claimed, TRUE);
     EXPECT_EQ(user->mMousePos, GLPoint(17, 23));
     EXPECT_EQ(user->mExtra, 99u);
 
     // A hog is not asked either while hands are off.
     user->mpHogs->AddToEnd(&hog);
-    EXPECT_TRUE(Offer(1, 5, 6).empty());
+    EXPECT_TRUE(Offer(kEventPointerDown, 5, 6).empty());
     EXPECT_EQ(user->mEvent.claimed, TRUE);
 }
 
@@ -112,7 +112,7 @@ TEST_F(UserTest, NullEventsMoveTheMouseAndAreDispatchedOnlyWhenHandled)
     // The empty queue gives a null event at the pointer's position.
     k.pointer = ZOR_Point(300, 200);
     user->DoIt();
-    EXPECT_EQ(user->mEvent.type, 0);
+    EXPECT_EQ(user->mEvent.type, kEventNull);
     EXPECT_TRUE(log.empty());
     EXPECT_EQ(user->mEvent.claimed, FALSE);
     EXPECT_EQ(user->mMousePos, GLPoint(300, 200));
@@ -156,9 +156,9 @@ TEST_F(UserTest, HogsTakeEveryEventEvenWhenNoneClaimsIt)
     Join(user->mpHogs, {&hog1, &hog2});
     user->mpPrimaDonnas->AddToEnd(&prima);
     user->IsHandsOn(TRUE);
-    EXPECT_EQ(Offer(8), (Log{"hog1:8", "hog2:8"}));
+    EXPECT_EQ(Offer(kEventKeyDown), (Log{"hog1:8", "hog2:8"}));
     EXPECT_EQ(user->mEvent.claimed, FALSE); // the key is lost
-    EXPECT_EQ(Offer(1), (Log{"hog1:1", "hog2:1"}));
+    EXPECT_EQ(Offer(kEventPointerDown), (Log{"hog1:1", "hog2:1"}));
     EXPECT_EQ(user->mEvent.claimed, TRUE);
     EXPECT_EQ(k.Count("GetEvent"), 2);
 }
@@ -170,17 +170,17 @@ TEST_F(UserTest, ModalHogsHoldTheFrameUntilOneClaims)
     user->mpPrimaDonnas->AddToEnd(&prima);
     user->IsHandsOn(TRUE);
     user->HogsAreModal(TRUE);
-    k.PushEvent(8, 'x');
-    k.PushEvent(2, 0, 0, 40, 50);
-    k.PushEvent(1, 0, 0, 60, 70, 5);
-    k.PushEvent(8, 'y'); // stays queued for the next frame
+    k.PushEvent(kEventKeyDown, 'x');
+    k.PushEvent(kEventPointerUp, 0, 0, 40, 50);
+    k.PushEvent(kEventPointerDown, 0, 0, 60, 70, 5);
+    k.PushEvent(kEventKeyDown, 'y'); // stays queued for the next frame
     std::size_t mark = k.Mark();
     user->DoIt();
     // Three events were fetched within one DoIt, all for the hog, and the
     // kernel was asked for nothing else (no frame was drawn).
     EXPECT_EQ(k.CallsSince(mark), (Log{"GetEvent(32767)", "GetEvent(32767)", "GetEvent(32767)"}));
     EXPECT_EQ(log, (Log{"hog:8", "hog:2", "hog:1"}));
-    EXPECT_EQ(user->mEvent.type, 1);
+    EXPECT_EQ(user->mEvent.type, kEventPointerDown);
     EXPECT_EQ(user->mEvent.claimed, TRUE);
     EXPECT_EQ(k.events.size(), 1u);
     // The mouse position is the one of the frame's first event; the events
@@ -209,8 +209,8 @@ TEST_F(UserTest, ModalHogsHoldTheFrameUntilOneClaims)
     Handler keyHog("keyHog", log, 8);
     user->mpHogs->AddToEnd(&keyHog);
     log.clear();
-    k.PushEvent(8);
-    k.PushEvent(8);
+    k.PushEvent(kEventKeyDown);
+    k.PushEvent(kEventKeyDown);
     user->DoIt();
     EXPECT_EQ(log, (Log{"keyHog:8"}));
     EXPECT_EQ(k.events.size(), 1u);
@@ -224,15 +224,15 @@ TEST_F(UserTest, ModalHogsAreDecidedBeforeTheHogsAreAsked)
     Handler hog("hog", log, 1);
     int turnOn = TRUE;
     hog.mAction = [&](GLEvent* pEvent) {
-        if (pEvent->type == 8)
+        if (pEvent->type == kEventKeyDown)
             user->HogsAreModal(turnOn);
     };
     user->mpHogs->AddToEnd(&hog);
     user->IsHandsOn(TRUE);
 
     // Not modal when the key arrives: it is offered once and lost.
-    k.PushEvent(8);
-    k.PushEvent(1);
+    k.PushEvent(kEventKeyDown);
+    k.PushEvent(kEventPointerDown);
     user->DoIt();
     EXPECT_EQ(log, (Log{"hog:8"}));
     EXPECT_EQ(user->mEvent.claimed, FALSE);
@@ -244,8 +244,8 @@ TEST_F(UserTest, ModalHogsAreDecidedBeforeTheHogsAreAsked)
     k.events.clear();
     log.clear();
     turnOn = FALSE;
-    k.PushEvent(8);
-    k.PushEvent(1);
+    k.PushEvent(kEventKeyDown);
+    k.PushEvent(kEventPointerDown);
     user->DoIt();
     EXPECT_EQ(log, (Log{"hog:8", "hog:1"}));
     EXPECT_EQ(user->mEvent.claimed, TRUE);
@@ -257,12 +257,12 @@ TEST_F(UserTest, CopiesHaveTheirOwnSetsAndEvent)
     Handler prima("prima", log);
     user->mpPrimaDonnas->AddToEnd(&prima);
     user->IsHandsOn(TRUE);
-    k.PushEvent(8, 1, 2, 3, 4, 5);
+    k.PushEvent(kEventKeyDown, 1, 2, 3, 4, 5);
     user->DoIt();
     GLUser copy(*user);
     EXPECT_NE(copy.mpPrimaDonnas, user->mpPrimaDonnas);
     EXPECT_TRUE(copy.mpPrimaDonnas->IsInList(&prima));
-    EXPECT_EQ(copy.mEvent.type, 8);
+    EXPECT_EQ(copy.mEvent.type, kEventKeyDown);
     EXPECT_NE(copy.mEvent.kernelEvent, user->mEvent.kernelEvent);
     copy.mpPrimaDonnas->Remove(&prima);
     EXPECT_TRUE(user->mpPrimaDonnas->IsInList(&prima));
@@ -323,25 +323,25 @@ TEST_F(UserTest, PlanesAreAskedAfterThePrimaDonnasAndBeforeTheOrphans)
 
     // Nobody claims: every plane under the position, top first, sees the
     // event in its own coordinates; the orphans get it global again.
-    EXPECT_EQ(Offer(1, 60, 70), (Log{"prima@60,70G", "top@60,70L", "low@10,20L", "orphan@60,70G"}));
+    EXPECT_EQ(Offer(kEventPointerDown, 60, 70), (Log{"prima@60,70G", "top@60,70L", "low@10,20L", "orphan@60,70G"}));
     EXPECT_EQ(user->mEvent.claimed, FALSE);
 
     // A plane that claims keeps the event from the planes below and the
     // orphans; the event stays in its coordinates.
     onLow.mClaimMask = 1;
-    EXPECT_EQ(Offer(1, 60, 70), (Log{"prima@60,70G", "top@60,70L", "low@10,20L"}));
+    EXPECT_EQ(Offer(kEventPointerDown, 60, 70), (Log{"prima@60,70G", "top@60,70L", "low@10,20L"}));
     EXPECT_EQ(user->mEvent.plane, low);
     EXPECT_EQ(user->mEvent.where.GetX(), 10);
 
     // A position on the lower plane only; then one on no plane at all.
-    EXPECT_EQ(Offer(1, 150, 160), (Log{"prima@150,160G", "low@100,110L"}));
-    EXPECT_EQ(Offer(2, 300, 300), (Log{"prima@300,300G", "orphan@300,300G"}));
+    EXPECT_EQ(Offer(kEventPointerDown, 150, 160), (Log{"prima@150,160G", "low@100,110L"}));
+    EXPECT_EQ(Offer(kEventPointerUp, 300, 300), (Log{"prima@300,300G", "orphan@300,300G"}));
 
     // A prima donna that claims, and a hog, keep the event from the planes.
     prima.mClaimMask = 8;
-    EXPECT_EQ(Offer(8, 60, 70), (Log{"prima@60,70G"}));
+    EXPECT_EQ(Offer(kEventKeyDown, 60, 70), (Log{"prima@60,70G"}));
     user->mpHogs->AddToEnd(&hog);
-    EXPECT_EQ(Offer(1, 60, 70), (Log{"hog@60,70G"}));
+    EXPECT_EQ(Offer(kEventPointerDown, 60, 70), (Log{"hog@60,70G"}));
     EXPECT_EQ(user->mEvent.claimed, FALSE);
 
     for (AbsGLPlane* plane : {top, low}) {

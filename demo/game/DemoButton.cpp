@@ -18,7 +18,7 @@ int DemoButton::HandleEvent(GLEvent* pEvent)
 {
     // The pointer moving over an enabled button that is not pressed lights it;
     // moving off puts it out. The move is not claimed: others may want it.
-    if (pEvent->type == 0x800 && IsEnabled() && !IsDepressed()) {
+    if (pEvent->type == kEventPointerMove && IsEnabled() && !IsDepressed()) {
         const int over = GLFeature::OnMe(pEvent->where);
         if (over && !IsHighlit())
             Highlight(TRUE);
@@ -28,7 +28,7 @@ int DemoButton::HandleEvent(GLEvent* pEvent)
     }
     // A press over the lit button: it goes down (GLButton's work) and is no
     // longer lit.
-    if (pEvent->type == 1 && IsHighlit() && GLFeature::OnMe(pEvent->where))
+    if (pEvent->type == kEventPointerDown && IsHighlit() && GLFeature::OnMe(pEvent->where))
         UnHighlight(FALSE);
     const int wasDown = IsDepressed();
     GLButton::HandleEvent(pEvent);

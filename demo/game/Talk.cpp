@@ -8,7 +8,6 @@
 #include "glmsg.h"
 
 namespace {
-const ScaleInfo kFullSize = {128, 128, 100, 0};
 const int kTextSize = 15;  // pixels
 const int kMaxWidth = 280; // a balloon wraps its text at this width
 const int kPad = 8;
@@ -54,7 +53,7 @@ void Balloon::Display()
     }
     x = x < 8 ? 8 : x > 632 - w ? 632 - w : x;
     y = y < 8 ? 8 : y;
-    mpItem = new GLScreenItem(mpPlane, &mBitmap, GLPoint(x, y), 900, kFullSize);
+    mpItem = new GLScreenItem(mpPlane, &mBitmap, GLPoint(x, y), 900, kFullSizeScale);
     mpItem->Show();
 }
 

@@ -29,7 +29,6 @@
 
 namespace {
 
-const ScaleInfo kFullSize = {128, 128, 100, 0};
 const ZOR_Rect kScreen(0, 0, 639, 479);
 
 // The room is an object: it works every frame, takes the clicks nobody else
@@ -79,7 +78,7 @@ void OnTalk(GLEvent*, GLObject*)
 
 void OnArch(GLEvent* pEvent, GLObject*)
 {
-    if (pEvent->type == 1)
+    if (pEvent->type == kEventPointerDown)
         gCourtyard->ThroughTheGate();
 }
 
@@ -151,11 +150,11 @@ Courtyard::Courtyard() : mpScene(0)
     mpPip->SetObstacle(ZOR_Rect(258, 345, 382, 392)); // the well's foot
 
     // The gate fills the arch, behind Pip (fixed priority 0).
-    mpGate = new GLCel(mpFront, kGateView, 0, 0, GLPoint(500, 170), 0, kFullSize);
+    mpGate = new GLCel(mpFront, kGateView, 0, 0, GLPoint(500, 170), 0, kFullSizeScale);
     mpGate->Show();
 
     // The bell hangs from the well's beam.
-    mpBell = new GLCel(mpFront, kBellView, 0, 2, GLPoint(320, 272), 0, kFullSize);
+    mpBell = new GLCel(mpFront, kBellView, 0, 2, GLPoint(320, 272), 0, kFullSizeScale);
     mpBell->SetCycleSpeed(5);
     mpBell->Show();
     mpBellSwing = new GLPingPongCycler();
@@ -240,7 +239,7 @@ void Courtyard::DoIt()
 // What nobody else took: a press on the floor sends Pip there.
 int Courtyard::HandleEvent(GLEvent* pEvent)
 {
-    if (pEvent->type == 1 && !mpScene) {
+    if (pEvent->type == kEventPointerDown && !mpScene) {
         mpPip->WalkTo(pEvent->where, 0);
         pEvent->claimed = TRUE;
     }

@@ -25,11 +25,9 @@
 
 namespace {
 
-const ScaleInfo kFullSize = {128, 128, 100, 0};
 const ZOR_Rect kScreen(0, 0, 639, 479);
 const int kSwallow = 10; // robot 10
 const int kFilm = 300;   // movie 300.VMD
-const std::uint32_t kRobotEnd = 0xFFFFFFFFu;
 const int kGreeting = 1; // the value of the timer that starts the greeting
 
 class Gallery : public GLObject {
@@ -66,7 +64,7 @@ void OnBack(GLEvent*, GLObject*)
 
 void OnTelevision(GLEvent* pEvent, GLObject*)
 {
-    if (pEvent->type == 1)
+    if (pEvent->type == kEventPointerDown)
         gGallery->WatchTelevision();
 }
 
@@ -84,7 +82,7 @@ Gallery::Gallery()
 
     // The television glows on and off: a plain cycler steps through its two
     // cels for ever, one every half second.
-    mpTelevision = new GLCel(mpFront, kTelevisionView, 0, 0, GLPoint(160, 160), 0, kFullSize);
+    mpTelevision = new GLCel(mpFront, kTelevisionView, 0, 0, GLPoint(160, 160), 0, kFullSizeScale);
     mpTelevision->SetCycleSpeed(30);
     mpTelevision->SetSelectFunction(&OnTelevision);
     mpTelevision->Show();
@@ -130,7 +128,7 @@ Gallery::~Gallery()
 
 int Gallery::HandleEvent(GLEvent* pEvent)
 {
-    if (pEvent->type == 1) {
+    if (pEvent->type == kEventPointerDown) {
         mpPip->WalkTo(pEvent->where, 0);
         pEvent->claimed = TRUE;
     }
@@ -154,7 +152,7 @@ void Gallery::Cue(GLCue* pCue)
         Demo()->Cued("Pip stands before the television");
         mpPip->Face(Walker::kAway);
         PlayFilm();
-    } else if (mpSwallow->GetSignal() == kRobotEnd) {
+    } else if (mpSwallow->GetSignal() == kRobotEnded) {
         // A robot's cue names no cuer: its signal tells its end from a cue
         // point (by the time the cue arrives, the signal of a cue point has
         // been read over again and is 0).

@@ -230,7 +230,7 @@ void RecordingKernel::PlaneRectChanged(KernelPlaneRecord* pRecord)
 int RecordingKernel::TopPlanePriority()
 {
     Log("TopPlanePriority");
-    int top = -1;
+    int top = kPriorityLowest;
     for (const auto& plane : mPlanes)
         top = std::max(top, static_cast<int>(plane.second->priority));
     return top;

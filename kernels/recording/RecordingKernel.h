@@ -310,7 +310,7 @@ private:
     std::map<std::int32_t, KernelPlaneRecord*> mPlanes;
     std::map<std::int32_t, KernelScreenItemRecord*> mItems;
     std::map<std::int32_t, bool> mOnScreen;
-    std::int32_t mNextPlaneId = 20000;
+    std::int32_t mNextPlaneId = kFirstPlaneId;
     std::int32_t mNextItemId = 1;
     std::int32_t mNextPolygonId = 0;
     const Message* mLastMessage = nullptr;

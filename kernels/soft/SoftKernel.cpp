@@ -294,7 +294,7 @@ void SoftKernel::DeletePlane(std::int32_t lPlaneId)
 
 int SoftKernel::TopPlanePriority()
 {
-    int top = -1;
+    int top = kPriorityLowest;
     for (auto& entry : mPlanes)
         if (entry.second->added)
             top = std::max(top, entry.second->priority);
@@ -636,7 +636,7 @@ int SoftKernel::ScreenItemOnPoint(ZOR_Point* pPoint, std::int32_t lPlaneId, std:
 
 int SoftKernel::TopScreenItemPriority(std::int32_t lPlaneId)
 {
-    int top = -1;
+    int top = kPriorityLowest;
     for (auto& entry : mItems)
         if (entry.second->onScreen && entry.second->planeId == lPlaneId)
             top = std::max(top, EffectivePriority(*entry.second));
@@ -1059,7 +1059,7 @@ void SoftKernel::GetEvent(std::uint32_t uMask, KernelEventRecord* pRecord)
         pRecord->type = e.type;
         pRecord->message = e.message;
         pRecord->modifiers = e.modifiers;
-        if (e.type == kSoftEventKey) {
+        if (e.type == kEventKeyDown) {
             pRecord->where = ZOR_Point(mCursorX, mCursorY);
         } else {
             mCursorX = e.x;
@@ -1067,12 +1067,12 @@ void SoftKernel::GetEvent(std::uint32_t uMask, KernelEventRecord* pRecord)
             pRecord->where = ZOR_Point(e.x, e.y);
         }
         pRecord->extra = 0;
-        if ((mAviEventFlags & 2) && (e.type == kSoftEventPress || e.type == kSoftEventKey))
+        if ((mAviEventFlags & 2) && (e.type == kEventPointerDown || e.type == kEventKeyDown))
             for (auto& avi : mAvis)
                 avi.second->status &= ~static_cast<unsigned>(kMoviePlaying | kMoviePaused);
         return;
     }
-    pRecord->type = 0;
+    pRecord->type = kEventNull;
     pRecord->message = 0;
     pRecord->modifiers = 0;
     pRecord->where = ZOR_Point(mCursorX, mCursorY);
@@ -1083,7 +1083,7 @@ bool SoftKernel::TakeEndingInput()
 {
     const std::uint32_t now = Now();
     for (std::size_t i = 0; i < mInput.size() && mInput[i].tick <= now; i++) {
-        if (mInput[i].type == kSoftEventPress || mInput[i].type == kSoftEventKey) {
+        if (mInput[i].type == kEventPointerDown || mInput[i].type == kEventKeyDown) {
             mInput.erase(mInput.begin() + static_cast<std::ptrdiff_t>(i));
             return true;
         }
@@ -1351,7 +1351,7 @@ std::uint32_t SoftKernel::GetRobotSignal()
     if (!mRobot || !mRobot->started)
         return 0;
     if (!mRobot->data || mRobot->terminated)
-        return 0xFFFFFFFFu;
+        return kRobotEnded;
     const SoftRobot& r = *mRobot->data;
     const std::uint32_t elapsed = RobotElapsed();
     const std::size_t reached =
@@ -1362,6 +1362,6 @@ std::uint32_t SoftKernel::GetRobotSignal()
             return r.frames[f].cue;
     }
     if (IsRobotDone())
-        return 0xFFFFFFFFu;
+        return kRobotEnded;
     return 0;
 }

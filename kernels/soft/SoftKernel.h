@@ -163,7 +163,7 @@ public:
     };
     struct InspectedPlane {
         std::int32_t id;
-        int type; // the kernel's type code: -1 coloured, -2 transparent, -3 opaque, -4 picture
+        int type; // kPlaneColored, kPlaneTransparent, kPlaneOpaque or kPlanePicture
         int priority;
         ZOR_Rect rect;
         bool hidden; // a disappearing transition has ended
@@ -411,7 +411,7 @@ private:
     std::map<KernelPlaneRecord*, std::unique_ptr<Plane>> mPlanes;
     std::map<KernelScreenItemRecord*, std::unique_ptr<Item>> mItems;
     std::map<std::int32_t, Item*> mItemsById; // by the id given at NewScreenItem
-    std::int32_t mNextPlaneId = 20000;
+    std::int32_t mNextPlaneId = kFirstPlaneId;
     std::int32_t mNextItemId = 1;
     std::int32_t mNextPolygonId = 0;
     std::uint64_t mSerial = 0;

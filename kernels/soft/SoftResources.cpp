@@ -2,6 +2,7 @@
 #include "SoftResources.h"
 
 #include "SoftText.h"
+#include "kernel.h"
 
 #include <sys/stat.h>
 
@@ -526,17 +527,17 @@ const SoftWav* SoftResources::Wav(const std::string& relative, std::string* erro
 
 bool SoftResources::SoundExists(int type, int number) const
 {
-    if ((type != 12 && type != 13) || number < 0)
+    if ((type != kResourceSoundEffect && type != kResourceAudio) || number < 0)
         return false;
-    return FileExists(PathOf((type == 13 ? "audio/" : "sfx/") + std::to_string(number) + ".wav"));
+    return FileExists(PathOf((type == kResourceAudio ? "audio/" : "sfx/") + std::to_string(number) + ".wav"));
 }
 
 const SoftWav* SoftResources::Sound(int type, int number, std::string* error)
 {
-    if ((type != 12 && type != 13) || number < 0) {
+    if ((type != kResourceSoundEffect && type != kResourceAudio) || number < 0) {
         *error = "sound resource " + std::to_string(number) + " of type " + std::to_string(type) +
                  ": sounds are of type 12 or 13 with a number of 0 or more";
         return nullptr;
     }
-    return Wav((type == 13 ? "audio/" : "sfx/") + std::to_string(number) + ".wav", error);
+    return Wav((type == kResourceAudio ? "audio/" : "sfx/") + std::to_string(number) + ".wav", error);
 }

@@ -9,10 +9,10 @@ namespace {
 
 bool KeyCode(const std::string& word, long long* code)
 {
-    if (word == "enter") *code = 13;
-    else if (word == "escape") *code = 27;
-    else if (word == "space") *code = 32;
-    else if (word == "tab") *code = 9;
+    if (word == "enter") *code = kKeyEnter;
+    else if (word == "escape") *code = kKeyEscape;
+    else if (word == "space") *code = kKeySpace;
+    else if (word == "tab") *code = kKeyTab;
     else return SoftParseInt(word, 0, 0xFFFF, code);
     return true;
 }
@@ -49,7 +49,7 @@ bool SoftParseScript(const std::string& text, const std::string& name, std::vect
         const std::string& kind = w[1];
         std::size_t next = 2;
         if (kind == "press" || kind == "release" || kind == "pointer") {
-            e.type = kind == "press" ? kSoftEventPress : kind == "release" ? kSoftEventRelease : kSoftEventPointer;
+            e.type = kind == "press" ? kEventPointerDown : kind == "release" ? kEventPointerUp : kEventPointerMove;
             long long x = 0, y = 0;
             if (w.size() < 4 || !SoftParseInt(w[2], 0, 639, &x) || !SoftParseInt(w[3], 0, 479, &y)) {
                 *error = where + kind + " needs a position x y inside the 640x480 screen";
@@ -59,7 +59,7 @@ bool SoftParseScript(const std::string& text, const std::string& name, std::vect
             e.y = static_cast<std::int32_t>(y);
             next = 4;
         } else if (kind == "key") {
-            e.type = kSoftEventKey;
+            e.type = kEventKeyDown;
             if (w.size() < 3 || !KeyCode(w[2], &v)) {
                 *error = where + "key needs a key code 0..0xFFFF or one of enter, escape, space, tab";
                 return false;
@@ -67,9 +67,9 @@ bool SoftParseScript(const std::string& text, const std::string& name, std::vect
             e.message = static_cast<std::uint32_t>(v);
             next = 3;
         } else if (kind == "quit") {
-            e.type = kSoftEventKey;
-            e.message = kSoftQuitKey;
-            e.modifiers = kSoftQuitModifiers;
+            e.type = kEventKeyDown;
+            e.message = kQuitKey;
+            e.modifiers = kQuitModifiers;
             if (w.size() > 2) {
                 *error = where + "quit takes nothing after it";
                 return false;

@@ -16,6 +16,8 @@
 #ifndef QUINDLE_SOFT_SCRIPT_H
 #define QUINDLE_SOFT_SCRIPT_H
 
+#include "kernel.h"
+
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -28,17 +30,6 @@ struct SoftInputEvent {
     std::int32_t x = 0;
     std::int32_t y = 0;
 };
-
-// The event types of the kernel's event record.
-enum SoftEventType : std::uint16_t {
-    kSoftEventPress = 1,
-    kSoftEventRelease = 2,
-    kSoftEventKey = 8,
-    kSoftEventPointer = 0x800,
-};
-// The key and modifiers that ask the game to quit.
-constexpr std::uint32_t kSoftQuitKey = 0x4F00;
-constexpr std::uint16_t kSoftQuitModifiers = 4;
 
 // Parses a script's text. On a fault returns false with `error` set to
 // "<name>:<line>: <what is wrong>"; `events` then holds nothing.

@@ -112,11 +112,11 @@ std::uint16_t Modifiers(Uint16 mod)
 {
     std::uint16_t m = 0;
     if (mod & KMOD_SHIFT)
-        m |= 1;
+        m |= kModifierFirst;
     if (mod & KMOD_CTRL)
-        m |= 4;
+        m |= kModifierControl;
     if (mod & KMOD_ALT)
-        m |= 8;
+        m |= kModifierAlt;
     return m;
 }
 
@@ -125,21 +125,21 @@ std::uint32_t KeyCode(SDL_Keycode key)
     switch (key) {
     case SDLK_RETURN:
     case SDLK_KP_ENTER:
-        return 13;
+        return kKeyEnter;
     case SDLK_ESCAPE:
-        return 27;
+        return kKeyEscape;
     case SDLK_BACKSPACE:
-        return 8;
+        return kKeyBackspace;
     case SDLK_TAB:
-        return 9;
+        return kKeyTab;
     case SDLK_UP:
-        return 0x4800;
+        return kKeyArrowUp;
     case SDLK_DOWN:
-        return 0x5000;
+        return kKeyArrowDown;
     case SDLK_LEFT:
-        return 0x4B00;
+        return kKeyArrowLeft;
     case SDLK_RIGHT:
-        return 0x4D00;
+        return kKeyArrowRight;
     default:
         return key >= 32 && key < 127 ? static_cast<std::uint32_t>(key) : 0;
     }
@@ -160,15 +160,15 @@ void SoftWindow::Pump(SoftKernel& kernel)
         case SDL_MOUSEBUTTONUP:
             if (mHeld)
                 break;
-            in.type = e.type == SDL_MOUSEBUTTONDOWN ? kSoftEventPress : kSoftEventRelease;
+            in.type = e.type == SDL_MOUSEBUTTONDOWN ? kEventPointerDown : kEventPointerUp;
             in.x = std::clamp(e.button.x, 0, SoftKernel::kWidth - 1);
             in.y = std::clamp(e.button.y, 0, SoftKernel::kHeight - 1);
             in.modifiers = static_cast<std::uint16_t>(Modifiers(static_cast<Uint16>(SDL_GetModState())) |
-                                                      (e.button.button == SDL_BUTTON_RIGHT ? 1 : 0));
+                                                      (e.button.button == SDL_BUTTON_RIGHT ? kModifierFirst : 0));
             kernel.PushInput(in);
             break;
         case SDL_MOUSEMOTION: {
-            in.type = kSoftEventPointer;
+            in.type = kEventPointerMove;
             in.x = std::clamp(e.motion.x, 0, SoftKernel::kWidth - 1);
             in.y = std::clamp(e.motion.y, 0, SoftKernel::kHeight - 1);
             ZOR_Point at(in.x, in.y);
@@ -186,11 +186,11 @@ void SoftWindow::Pump(SoftKernel& kernel)
             }
             if (mHeld)
                 break;
-            in.type = kSoftEventKey;
+            in.type = kEventKeyDown;
             in.modifiers = Modifiers(e.key.keysym.mod);
             if (e.key.keysym.sym == SDLK_q && (e.key.keysym.mod & KMOD_CTRL)) {
-                in.message = kSoftQuitKey;
-                in.modifiers = kSoftQuitModifiers;
+                in.message = kQuitKey;
+                in.modifiers = kQuitModifiers;
             } else {
                 in.message = KeyCode(e.key.keysym.sym);
                 if (in.message == 0)

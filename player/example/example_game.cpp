@@ -40,7 +40,7 @@ KernelPlaneRecord* Plane(KernelServices* k, int type, int color, ZOR_Rect rect, 
 KernelScreenItemRecord* Item(KernelServices* k, KernelPlaneRecord* plane, KernelScreenItemSource src, int x, int y,
                              int priority)
 {
-    KernelScreenItemRecord* r = k->NewScreenItem(plane->id, &src, ZOR_Point(x, y), ScaleInfo{128, 128, 100, 0});
+    KernelScreenItemRecord* r = k->NewScreenItem(plane->id, &src, ZOR_Point(x, y), kFullSizeScale);
     r->priority = priority;
     r->fixedPriority = 1;
     k->AddScreenItem(r);
@@ -65,15 +65,15 @@ int Step(void* state)
     k->UpdateScreen(1);
 
     KernelEventRecord e{};
-    k->GetEvent(0x7FFF, &e);
-    if (e.type == 1) { // a press: the marker goes there, with a blip
+    k->GetEvent(kEventMaskAll, &e);
+    if (e.type == kEventPointerDown) { // a press: the marker goes there, with a blip
         ZOR_Point at = e.where;
         k->PlaneToLocal(g.front->id, &at);
         g.marker->pos = at;
         k->UpdateScreenItem(g.marker);
-        if (k->ResourceExists(13, 1))
+        if (k->ResourceExists(kResourceAudio, 1))
             k->PlaySample(1, 0, 100, 0, 0);
-    } else if (e.type == 8 && (e.message == 27 || (e.message == 0x4F00 && e.modifiers == 4))) {
+    } else if (e.type == kEventKeyDown && (e.message == kKeyEscape || (e.message == kQuitKey && e.modifiers == kQuitModifiers))) {
         return 0;
     }
     return 1;
@@ -107,8 +107,8 @@ extern "C" __attribute__((visibility("default"))) int QuindleGameStart(const Qui
     g->extras = host->extras;
     KernelServices* k = g->k;
 
-    g->back = Plane(k, -4, 0, ZOR_Rect(0, 0, 639, 479), 0, 1);
-    g->front = Plane(k, -2, 0, ZOR_Rect(0, 0, 639, 479), 1, 0);
+    g->back = Plane(k, kPlanePicture, 0, ZOR_Rect(0, 0, 639, 479), 0, 1);
+    g->front = Plane(k, kPlaneTransparent, 0, ZOR_Rect(0, 0, 639, 479), 1, 0);
     g->ball = Item(k, g->front, KernelScreenItemSource{0, 100, 0, 0, 0, {0, 0}}, 320, 400, 10);
     g->marker = Item(k, g->front, KernelScreenItemSource{0, 101, 0, 0, 0, {0, 0}}, 320, 240, 20);
 

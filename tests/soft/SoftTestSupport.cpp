@@ -175,12 +175,12 @@ KernelScreenItemRecord* MakeItem(SoftKernel& k, KernelPlaneRecord* plane, int vi
                                  int priority)
 {
     KernelScreenItemSource src{};
-    src.kind = 0;
+    src.kind = kSourceView;
     src.view = view;
     src.loop = loop;
     src.cel = cel;
-    KernelScreenItemRecord* r = k.NewScreenItem(plane->id, &src, ZOR_Point(x, y), ScaleInfo{128, 128, 100, 0});
-    if (priority != -9999) {
+    KernelScreenItemRecord* r = k.NewScreenItem(plane->id, &src, ZOR_Point(x, y), kFullSizeScale);
+    if (priority != kPriorityOnTop) {
         r->priority = priority;
         r->fixedPriority = 1;
     }

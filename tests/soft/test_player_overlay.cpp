@@ -130,8 +130,8 @@ TEST(PlayerOverlay, WindowKeysPauseStepToggleAndSnapshot)
     k.UpdateScreen(1);
     EXPECT_EQ(k.GetTicks(), stopped + 1);
     KernelEventRecord event{};
-    k.GetEvent(0xFFFF, &event);
-    EXPECT_EQ(event.type, 0u); // the click made while paused never reached the game
+    k.GetEvent(kEventMaskAll, &event);
+    EXPECT_EQ(event.type, kEventNull); // the click made while paused never reached the game
 
     PressKey(SDLK_F12);
     PressKey(SDLK_F1);

@@ -127,8 +127,8 @@ TEST_F(SoftCompose, FixedPriorityOrdersItemsFloatingPriorityFollowsYAndTheCursor
     EXPECT_EQ(Px(11, 10), 2 + 1);
 
     // Floating: the item further down (greater y + z) is in front.
-    MakeItem(k, p, 10, 0, 1, 200, 200, -9999);
-    KernelScreenItemRecord* b = MakeItem(k, p, 10, 0, 0, 202, 202, -9999);
+    MakeItem(k, p, 10, 0, 1, 200, 200, kPriorityOnTop);
+    KernelScreenItemRecord* b = MakeItem(k, p, 10, 0, 0, 202, 202, kPriorityOnTop);
     k.UpdateScreen(1);
     EXPECT_EQ(Px(201, 200), 3);
     b->pos.y = 201;
@@ -172,7 +172,7 @@ TEST_F(SoftCompose, ScaleAndInsetShapeBothTheDrawingAndTheNowSeenRect)
     EXPECT_TRUE(FrameMatches(k, e, "scaled"));
 
     // The inset keeps cel columns 1..2 and rows 1..2 only.
-    r->scale = ScaleInfo{128, 128, 100, 0};
+    r->scale = kFullSizeScale;
     r->useInsetRect = 1;
     r->insetRect = ZOR_Rect(1, 1, 2, 5);
     k.UpdateScreenItem(r);
@@ -190,7 +190,7 @@ TEST_F(SoftCompose, NowSeenAndHitsAnswerOnlyForItemsOnTheScreen)
 {
     KernelPlaneRecord* p = MakePlane(k, -1, 1, ZOR_Rect(0, 0, 639, 479), 0);
     KernelScreenItemSource src{0, 10, 0, 0, 0, {0, 0}};
-    KernelScreenItemRecord* r = k.NewScreenItem(p->id, &src, ZOR_Point(50, 50), ScaleInfo{128, 128, 100, 0});
+    KernelScreenItemRecord* r = k.NewScreenItem(p->id, &src, ZOR_Point(50, 50), kFullSizeScale);
     ZOR_Rect seen(1, 2, 3, 4);
     EXPECT_FALSE(k.GetNowSeenRect(p->id, r->id, &seen));
     EXPECT_EQ(seen.left, 1); // left alone
@@ -208,8 +208,8 @@ TEST_F(SoftCompose, NowSeenAndHitsAnswerOnlyForItemsOnTheScreen)
 
     k.DeleteScreenItem(r);
     // A record never added is accepted.
-    k.DeleteScreenItem(k.NewScreenItem(p->id, &src, ZOR_Point(0, 0), ScaleInfo{128, 128, 100, 0}));
-    k.DisposeScreenItem(k.NewScreenItem(p->id, &src, ZOR_Point(0, 0), ScaleInfo{128, 128, 100, 0}));
+    k.DeleteScreenItem(k.NewScreenItem(p->id, &src, ZOR_Point(0, 0), kFullSizeScale));
+    k.DisposeScreenItem(k.NewScreenItem(p->id, &src, ZOR_Point(0, 0), kFullSizeScale));
     EXPECT_EQ(k.TopScreenItemPriority(p->id), -1);
 }
 
@@ -345,7 +345,7 @@ TEST_F(SoftCompose, MemoryBitmapsLiveBehindTheirIdsAndShowTextAndBlocksComeFromT
 
     KernelPlaneRecord* p = MakePlane(k, -1, 1, ZOR_Rect(0, 0, 639, 479), 0);
     KernelScreenItemSource src{2, 0, 0, 0, id, {0, 0}};
-    KernelScreenItemRecord* r = k.NewScreenItem(p->id, &src, ZOR_Point(100, 100), ScaleInfo{128, 128, 100, 0});
+    KernelScreenItemRecord* r = k.NewScreenItem(p->id, &src, ZOR_Point(100, 100), kFullSizeScale);
     k.AddScreenItem(r);
     k.UpdateScreen(1);
     int white = 0, below = 0;

@@ -21,16 +21,16 @@ TEST(SoftScript, ReadsEveryKindOfEventAndSortsByTick)
         << error;
     ASSERT_EQ(events.size(), 6u);
     EXPECT_EQ(events[0].tick, 20u);
-    EXPECT_EQ(events[0].type, kSoftEventPress);
+    EXPECT_EQ(events[0].type, kEventPointerDown);
     EXPECT_EQ(events[0].modifiers, 1);
     EXPECT_EQ(events[0].x, 10);
-    EXPECT_EQ(events[1].type, kSoftEventRelease);
+    EXPECT_EQ(events[1].type, kEventPointerUp);
     EXPECT_EQ(events[2].message, 13u);
     EXPECT_EQ(events[3].message, 27u); // same tick: file order kept
     EXPECT_EQ(events[3].modifiers, 4);
-    EXPECT_EQ(events[4].type, kSoftEventPointer);
-    EXPECT_EQ(events[5].message, kSoftQuitKey);
-    EXPECT_EQ(events[5].modifiers, kSoftQuitModifiers);
+    EXPECT_EQ(events[4].type, kEventPointerMove);
+    EXPECT_EQ(events[5].message, kQuitKey);
+    EXPECT_EQ(events[5].modifiers, kQuitModifiers);
 }
 
 TEST(SoftScript, AFaultyLineIsNamedWithItsFileAndLine)
@@ -72,7 +72,7 @@ TEST(SoftInput, EventsAreHandedOutWhenTheClockReachesThemAndMatchTheMask)
     ASSERT_TRUE(SoftParseScript("2 press 100 50\n2 key 65\n3 release 110 60 mods 1\n", "s", &events, &error));
     k.SetScript(events);
     KernelEventRecord rec{};
-    k.GetEvent(0x7FFF, &rec);
+    k.GetEvent(kEventMaskAll, &rec);
     EXPECT_EQ(rec.type, 0); // tick 0: nothing due
     EXPECT_EQ(rec.where.x, 320);
     k.UpdateScreen(1);
@@ -81,15 +81,15 @@ TEST(SoftInput, EventsAreHandedOutWhenTheClockReachesThemAndMatchTheMask)
     k.GetEvent(8, &rec); // keys only: the press waits
     EXPECT_EQ(rec.type, 8);
     EXPECT_EQ(rec.message, 65u);
-    k.GetEvent(0x7FFF, &rec);
+    k.GetEvent(kEventMaskAll, &rec);
     EXPECT_EQ(rec.type, 1);
     EXPECT_EQ(rec.where.x, 100);
     EXPECT_EQ(rec.where.y, 50);
-    k.GetEvent(0x7FFF, &rec);
+    k.GetEvent(kEventMaskAll, &rec);
     EXPECT_EQ(rec.type, 0);
     EXPECT_EQ(rec.where.x, 100); // the pointer stayed where the press put it
     k.UpdateScreen(1);
-    k.GetEvent(0x7FFF, &rec);
+    k.GetEvent(kEventMaskAll, &rec);
     EXPECT_EQ(rec.type, 2);
     EXPECT_EQ(rec.modifiers, 1);
     EXPECT_EQ(k.CursorPos().x, 110);

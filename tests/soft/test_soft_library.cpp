@@ -69,7 +69,7 @@ protected:
 
 TEST_F(SoftLibrary, ACelsClickableRectangleIsWhatTheKernelDraws)
 {
-    GLCel* cel = new GLCel(plane, 7, 0, 0, GLPoint(100, 50), 5, ScaleInfo{128, 128, 100, 0});
+    GLCel* cel = new GLCel(plane, 7, 0, 0, GLPoint(100, 50), 5, kFullSizeScale);
     cel->Show();
     cel->SetPos(GLPoint(100, 50), TRUE); // an update: the rectangle comes from the kernel
     const GLRect& r = cel->GetRect();

@@ -46,7 +46,7 @@ TEST_F(SoftMovies, AVmdPlaysWholeBeforePlayReturnsUnlessAClickEndsItWhenTheFlags
     EXPECT_EQ(k.CloseVmd(), 0u);
     EXPECT_EQ(k.GetVmdStatus(), 0u);
 
-    std::vector<SoftInputEvent> events{{8, kSoftEventPress, 0, 0, 5, 5}};
+    std::vector<SoftInputEvent> events{{8, kEventPointerDown, 0, 0, 5, 5}};
     k.SetScript(events);
     k.OpenVmd("42.VMD", -1, 0);
     k.SetVmdPlacement(8, 8, 0, 0, 0, 0);
@@ -58,7 +58,7 @@ TEST_F(SoftMovies, AVmdPlaysWholeBeforePlayReturnsUnlessAClickEndsItWhenTheFlags
     EXPECT_EQ(k.PlayVmd(3, -1, -1), 1u);
     EXPECT_EQ(seen.size(), 2u);
     KernelEventRecord rec{};
-    k.GetEvent(0x7FFF, &rec);
+    k.GetEvent(kEventMaskAll, &rec);
     EXPECT_EQ(rec.type, 0); // the click was used up
 }
 

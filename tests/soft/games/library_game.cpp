@@ -88,7 +88,7 @@ extern "C" __attribute__((visibility("default"))) int QuindleGameStart(const Qui
     g->front = new GLTransparentPlane(screen, 1, 0, ZOR_Point(0, 0));
     g->game->mpPlaneManager->Add(g->back);
     g->game->mpPlaneManager->Add(g->front);
-    g->actor = new GLCel(g->front, 100, 0, 0, GLPoint(100, 100), 10, ScaleInfo{128, 128, 100, 0});
+    g->actor = new GLCel(g->front, 100, 0, 0, GLPoint(100, 100), 10, kFullSizeScale);
     g->actor->SetSelectFunction(&OnActor);
     g->actor->Show();
     // A cel's clickable rectangle is what the kernel reports after an update;
@@ -100,7 +100,7 @@ extern "C" __attribute__((visibility("default"))) int QuindleGameStart(const Qui
     g->captionId = g->extras->CreateMemBitmap(200, 30, 0, 0);
     g->extras->DrawText(g->captionId, 0, 0, "Click the box", 15, 20, 0);
     g->captionBitmap = new KernelMemBitmap(&g->captionId);
-    g->caption = new GLCel(g->front, g->captionBitmap, GLPoint(20, 400), 5, ScaleInfo{128, 128, 100, 0});
+    g->caption = new GLCel(g->front, g->captionBitmap, GLPoint(20, 400), 5, kFullSizeScale);
     g->caption->Show();
 
     for (int i = 1; i < host->argc; i++) {

@@ -76,7 +76,7 @@ extern "C" __attribute__((visibility("default"))) int QuindleGameStart(const Qui
     g->game->mpUser->mpPrimaDonnas->AddToEnd(g->quit);
     g->game->mpUser->IsHandsOn(TRUE);
 
-    const ScaleInfo full{128, 128, 100, 0};
+    const ScaleInfo full{kScaleFull, kScaleFull, kScaleMaxDefault, kScaleModeDefault};
     g->back = new GLColoredPlane(ZOR_Rect(0, 0, 639, 479), 3, 0, 0, ZOR_Point(0, 0));
     // Offset from the screen, so that plane and screen coordinates differ.
     g->front = new GLTransparentPlane(ZOR_Rect(40, 60, 599, 439), 1, 0, ZOR_Point(0, 0));
