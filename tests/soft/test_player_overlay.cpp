@@ -58,9 +58,9 @@ TEST(PlayerOverlay, HeadlessFramesMatchTheirGoldenImagesAndDifferFromAPlainRunOn
     EXPECT_EQ(plain.output, over.output);
 
     const SoftPalette pal = SoftPalette::Default();
-    const std::set<int> overlayColors = {pal.Nearest(0, 0, 0),   pal.Nearest(255, 255, 255), pal.Nearest(255, 255, 0),
-                                         pal.Nearest(0, 255, 255), pal.Nearest(255, 0, 255),   pal.Nearest(0, 255, 0),
-                                         pal.Nearest(255, 140, 0), pal.Nearest(255, 0, 0)};
+    std::set<int> overlayColors;
+    for (int rgb : {0x000000, 0xFFFFFF, 0xFFFF00, 0x00FFFF, 0xFF00FF, 0x00FF00, 0xFF8C00, 0xFF0000})
+        overlayColors.insert(pal.Nearest(rgb >> 16, rgb >> 8 & 0xFF, rgb & 0xFF));
     for (const char* name : {"frame-000020.png", "frame-000060.png", "final.png"}) {
         SCOPED_TRACE(name);
         const SoftBitmap a = Read(game.Path("plain/") + name), b = Read(game.Path("over/") + name);

@@ -1,7 +1,7 @@
 // overlay_game.cpp - a test game for the player's overlay: a coloured plane
 // and a smaller transparent plane above it, two overlapping cels of which only
-// the lower takes events, a plain screen item, a polygon and an actor walking
-// a path of three points. The quit key ends it.
+// the lower takes events, a polygon and an actor walking a path of three
+// points. The quit key ends it.
 #include "quindle_game.h"
 
 #include "glcast.h"
@@ -23,7 +23,6 @@ struct OverlayGame {
     GLGame* game = nullptr;
     GLColoredPlane* back = nullptr;
     GLTransparentPlane* front = nullptr;
-    GLScreenItem* sign = nullptr; // on the back plane, takes no events
     GLCel* lower = nullptr;       // takes events
     GLCel* upper = nullptr;       // drawn over the lower, taken out of the event set
     GLPoly* pond = nullptr;
@@ -43,16 +42,12 @@ void Finish(void* state)
 {
     auto* g = static_cast<OverlayGame*>(state);
     delete g->path;
-    for (int i = g->route.NumElements() - 1; i >= 0; i--) {
-        GLPoint* p = g->route.At(i);
-        g->route.Remove(p);
-        delete p;
-    }
+    for (int i = 0; i < g->route.NumElements(); i++)
+        delete g->route.At(i);
     delete g->walker;
     delete g->pond;
     delete g->upper;
     delete g->lower;
-    delete g->sign;
     g->game->mpPlaneManager->Remove(g->front);
     g->game->mpPlaneManager->Remove(g->back);
     delete g->front;
@@ -83,8 +78,6 @@ extern "C" __attribute__((visibility("default"))) int QuindleGameStart(const Qui
     g->game->mpPlaneManager->Add(g->back);
     g->game->mpPlaneManager->Add(g->front);
 
-    g->sign = new GLScreenItem(g->back, 102, 0, 0, GLPoint(500, 40), 5, full);
-    g->sign->Show();
     g->lower = new GLCel(g->front, 100, 0, 0, GLPoint(150, 150), 10, full);
     g->upper = new GLCel(g->front, 101, 0, 0, GLPoint(170, 165), 20, full);
     for (GLCel* cel : {g->lower, g->upper}) {
