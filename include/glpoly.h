@@ -51,7 +51,7 @@ public:
     virtual void SetPlane(AbsGLPlane* pPlane);
 
     int GetPointCount() const { return miPointCount; }
-    // The points, in the plane's coordinates (GetPointCount of them).
+    // The polygon's own copies of its points (null before SetPoints).
     const ZOR_Point* GetPoints() const { return mpPolyPoints; }
 
 private:

@@ -49,8 +49,8 @@ struct ZOR_Line {
 };
 
 // Four values the kernel interprets as a screen item's scaling; the library
-// copies them whole and never reads them. The library's own default is
-// 128, 128, 100, 0 (128 meaning 100 percent).
+// copies them whole and never reads them. kFullSizeScale, below, is a cel at
+// its own size (kScaleFull meaning 100 percent).
 struct ScaleInfo {
     std::int32_t scaleX;
     std::int32_t scaleY;
@@ -63,7 +63,7 @@ const ScaleInfo kFullSizeScale = {kScaleFull, kScaleFull, kScaleMaxDefault, kSca
 
 // The 40-byte input event record the kernel fills in GetEvent.
 struct KernelEventRecord {
-    std::uint16_t type;        // 0: no event; each type is one bit
+    std::uint16_t type;        // kEventNull, or one of the kEvent... bits
     std::uint8_t reserved2[2];
     std::uint32_t message;     // key or message code; the library reads the low 16 bits
     std::uint16_t modifiers;   // modifier bits as the kernel reports them
@@ -76,8 +76,8 @@ struct KernelEventRecord {
 // The kernel's plane record. The kernel makes it (NewPlane) and the library
 // writes the documented fields in place, then calls UpdatePlane.
 struct KernelPlaneRecord {
-    std::int32_t id;            // 20000 or more for a live plane
-    std::int32_t type;          // -1 coloured, -4 picture, -2 transparent, -3 opaque
+    std::int32_t id;            // kFirstPlaneId or more for a live plane
+    std::int32_t type;          // kPlaneColored, kPlanePicture, kPlaneTransparent, kPlaneOpaque
     std::int32_t color;         // back colour 0..255
     ZOR_Rect rect;              // screen coordinates
     std::int32_t mirror;        // 1 when the picture is shown mirrored
@@ -90,7 +90,8 @@ struct KernelPlaneRecord {
     std::int32_t Id() const { return id; }
 };
 
-// What a screen item shows: a view, loop and cel (kind 0) or a memory bitmap (kind 2).
+// What a screen item shows: a view, loop and cel (kSourceView) or a memory
+// bitmap named by its id (kSourceMemBitmap).
 struct KernelScreenItemSource {
     std::int32_t kind;
     std::int32_t view;
@@ -158,33 +159,68 @@ static_assert(offsetof(KernelScreenItemRecord, z) == 0 && offsetof(KernelScreenI
               "screen item record layout");
 static_assert(sizeof(KernelScreenItemRecord) == 976, "the screen item record is 976 bytes");
 
-// The kernel service interface. The operations stand in the order the library
-// has always called them in; a kernel implements every one. Sample number -1
-// means every sample where an operation has an all-samples form; time is in
-// ticks (GetTicks) or whole seconds (GetTime); volumes are 0..127; pan 0..100
-// with 50 the centre; colours 0..255.
+// The kernel service interface: the manual for writing a kernel.
+//
+// The library calls these operations from the host's one game thread, in the
+// order game code asks it to, and never from inside a call of the kernel. A
+// kernel implements every one. The operations stand in the order the library
+// was built against; the comment paragraphs group them by service only.
+//
+// What holds throughout: sample -1 (kAllSamples) means every sample where an
+// operation has an all-samples form; time is in ticks (GetTicks) or whole
+// seconds (GetTime); volumes are 0..127, pan 0..100 with 50 the centre,
+// colours 0..255. The library checks few answers: it takes results as they
+// come, so answer within the ranges given here. A name that does not exist (an
+// unknown plane, view, sample, movie) is the kernel's to handle; the library
+// never relies on such a call failing. Values marked "pass-through" are the
+// kernel's to define: the library hands on what game code gave it, and the
+// names below say what the reference kernel makes of them.
 class KernelServices {
 public:
     virtual ~KernelServices() {}
 
-    // Digital audio.
+    // ----- Digital audio -----
+    // Samples are named by number; the sound manager forwards most of these
+    // unchanged from game code and watches GetSampleVolume once a frame to
+    // learn when a sample it started or faded has ended.
+
+    // How many samples play now (the sound manager's NumActiveSamples).
     virtual int GetActiveSampleCount() = 0;
+    // Non-zero when digital audio is available; answered unchanged to game code.
     virtual int IsAudioInstalled() = 0;
+    // Game code asks for a sample to be read ahead of play; the answer goes back unchanged.
     virtual int PreloadSample(int iSample) = 0;
+    // Starts a sample; used instead of PlaySample when game code asks for the
+    // alternate start. Qualifier and tag are pass-through.
     virtual void PlaySampleAlternate(int iSample, int iQualifier, int iVolume, int iTag) = 0;
-    // Starts a message's speech; returns its length in ticks, 0 when it has none.
-    virtual int PlayMessageAudio(int iKey1, int iKey2, int iKey3, int iKey4, int iSequence, int iUnused1,
-                                 int iVolume, int iUnused2) = 0;
-    virtual void PlaySample(int iSample, int iQualifier, int iVolume, int iTag, int iUnused) = 0;
+    // Starts the recorded speech of the message with these keys, if it has any.
+    // The library passes 0, volume 127, 0. Returns the speech's length in ticks,
+    // 0 when there is none: a narrator talks for that long + 1 tick.
+    virtual int PlayMessageAudio(int iKey1, int iKey2, int iKey3, int iKey4, int iSequence, int iZero1,
+                                 int iVolume, int iZero2) = 0;
+    // Starts a sample at a volume. Called by the sound manager, by Pan (0, 127,
+    // 0, 0) and by sound tracks (0, node volume, 0, 0); the last argument is always 0.
+    virtual void PlaySample(int iSample, int iQualifier, int iVolume, int iTag, int iZero) = 0;
+    // Stops every sample.
     virtual void StopAllSamples() = 0;
+    // Stops a message's speech if it still plays; called whenever a narrator is
+    // done, also for messages without speech.
     virtual void StopMessageAudio(int iKey1, int iKey2, int iKey3, int iKey4, int iSequence) = 0;
+    // Stops one sample (sound tracks pass qualifier 0).
     virtual void StopSample(int iSample, int iQualifier) = 0;
+    // Pause and resume every sample or one; the answers go back to game code unchanged.
     virtual int PauseAllSamples() = 0;
     virtual int PauseSample(int iSample, int iQualifier) = 0;
     virtual int ResumeAllSamples() = 0;
     virtual int ResumeSample(int iSample, int iQualifier) = 0;
-    virtual int GetGlobalDuration(int* piValue) = 0;
+    // Pass-through: the reference kernel writes the ticks left of the longest
+    // playing sample and returns how many play.
+    virtual int GetGlobalDuration(int* piTicksLeft) = 0;
+    // Writes a sample's length; the library forwards game code's three arguments.
     virtual void GetSampleDuration(int iSample, int* piDuration, int iTag) = 0;
+    // Output settings, forwarded from the sound manager: a set with a non-zero
+    // value, the Default form for 0 (SetBits(0) also calls DefaultSampleRate),
+    // and getters answered back unchanged.
     virtual void SetSampleRate(int iRate) = 0;
     virtual void DefaultSampleRate() = 0;
     virtual int GetSampleRate() = 0;
@@ -194,104 +230,212 @@ public:
     virtual void DefaultChannelCount() = 0;
     virtual int GetChannelCount() = 0;
     virtual int GetAutoVolAdjust() = 0;
-    virtual void SetAutoVolAdjust(int iValue) = 0;
-    virtual void DistortAllSamples(int iValue) = 0;
-    virtual void DistortSample(int iSample, int iValue1, int iValue2) = 0;
+    virtual void SetAutoVolAdjust(int fAdjust) = 0;
+    // Pass-through distortion; the reference kernel drops the n lowest bits of
+    // each sample for a level n > 0.
+    virtual void DistortAllSamples(int iLevel) = 0;
+    virtual void DistortSample(int iSample, int iLevel, int iExtra) = 0;
     virtual int GetGlobalVolume() = 0;
-    // Non-zero while the speech of that message is still playing.
-    virtual int IsMessageAudioPlaying(int iKey1, int iKey2, int iKey3, int iKey4, int iSequence, int* piUnused) = 0;
-    // Non-zero while the sample is playing; writes its current volume.
+    // Non-zero while the speech of that message still plays. A narrator asks
+    // once a frame after its talk time is over and ends when it answers 0. The
+    // library does not read what is written through the pointer.
+    virtual int IsMessageAudioPlaying(int iKey1, int iKey2, int iKey3, int iKey4, int iSequence,
+                                      int* piIgnored) = 0;
+    // Non-zero while the sample plays; writes its current volume. The sound
+    // manager polls it (tag 0) to see a play or a fade end, so a sample must
+    // answer 0 once it has ended.
     virtual int GetSampleVolume(int iSample, int* piVolume, int iTag) = 0;
     virtual void SetGlobalVolume(int iVolume) = 0;
-    virtual void SetSampleVolume(int iSample, int iVolume, int iValue) = 0;
-    virtual int FadeSample(int iSample, int iTargetVolume, int iValue1, int iValue2, int iValue3, int iTag) = 0;
+    // Sets a sample's volume at once; the third value is pass-through.
+    virtual void SetSampleVolume(int iSample, int iVolume, int iExtra) = 0;
+    // Moves a sample's volume gradually to the target; the fade ends when
+    // GetSampleVolume reports the target. Sound tracks pass (sample, 0, 5, 60,
+    // 1, 0). Pass-through as the reference kernel reads them: a step every
+    // iStepTicks, over iDurationTicks, and stop the sample at the end when
+    // fStopAtEnd is non-zero. The answer goes back to game code.
+    virtual int FadeSample(int iSample, int iTargetVolume, int iStepTicks, int iDurationTicks, int fStopAtEnd,
+                           int iTag) = 0;
+    // Pass-through; the reference kernel counts the audible playing samples.
     virtual int CheckNoise() = 0;
-    virtual void PanSample(int iSample, int iPan, int iValue) = 0;
-    virtual void StopPanSample(int iSample, int iValue) = 0;
+    // Pans a sample (50 the centre). Called before the sample starts when a
+    // sound track node pans, so keep the pan for a sample not yet playing.
+    virtual void PanSample(int iSample, int iPan, int iExtra) = 0;
+    virtual void StopPanSample(int iSample, int iExtra) = 0;
     virtual int GetDACCritical() = 0;
-    virtual void SetDACCritical(int iValue) = 0;
-    // Sound resources are of type 12 or 13.
-    virtual void LoadResource(int iType, int* piNumber, int iValue) = 0;
+    virtual void SetDACCritical(int fCritical) = 0;
+    // Sound resources are of type kResourceAudio or kResourceSoundEffect; the
+    // library asks ResourceExists for the audio type first and uses the
+    // effects type when it answers 0. LoadResource gets the number by pointer
+    // and 1 as its last value; the library unlocks once for every lock.
+    virtual void LoadResource(int iType, int* piNumber, int iOne) = 0;
     virtual void LockResource(int iType, int iNumber) = 0;
     virtual void UnlockResource(int iType, int iNumber) = 0;
     virtual int ResourceExists(int iType, int iNumber) = 0;
 
-    // Views and screen items.
-    // Non-zero when the item is on screen now; writes the rectangle it covers.
+    // ----- Views and screen items -----
+    // A screen item is a kernel record (NewScreenItem, below) that the library
+    // fills and hands back here. Answer from what is drawn: the library asks
+    // these to hit-test cels and buttons.
+
+    // Non-zero when the item is on screen now; writes the rectangle it covers,
+    // in its plane's coordinates (origin, scale and inset applied).
     virtual int GetNowSeenRect(std::int32_t lPlaneId, std::int32_t lScreenItemId, ZOR_Rect* pRect) = 0;
+    // How many loops a view has, and cels a loop has; the library keeps count - 1
+    // as the last index, so answer at least 1 for a view that exists.
     virtual int NumLoops(int iView) = 0;
     virtual int NumCels(std::uint32_t uView, int iLoop) = 0;
+    // The highest priority of the planes held now; a plane made with
+    // kPriorityOnTop gets this + 1.
     virtual int TopPlanePriority() = 0;
+    // The highest priority among a plane's screen items.
     virtual int TopScreenItemPriority(std::int32_t lPlaneId) = 0;
+    // Non-zero when the point (plane coordinates) lies on the item; with
+    // fCheckSkip set only where the cel's pixel there is drawn.
     virtual int ScreenItemOnPoint(ZOR_Point* pPoint, std::int32_t lPlaneId, std::int32_t lScreenItemId,
                                   int fCheckSkip) = 0;
+    // Puts a record made by NewScreenItem on screen, taking over its values now.
     virtual void AddScreenItem(KernelScreenItemRecord* pRecord) = 0;
-    // Takes the item off the screen and frees the record; accepts a record never added.
+    // Takes the item off the screen and frees the record; must accept a record
+    // never added (the library uses it when an item moves to another plane).
     virtual void DeleteScreenItem(KernelScreenItemRecord* pRecord) = 0;
+    // Takes over the values the library wrote into the record since the last
+    // add or update; until then keep drawing the old ones.
     virtual void UpdateScreenItem(KernelScreenItemRecord* pRecord) = 0;
 
-    // Polygons.
+    // ----- Polygons -----
+    // Outlines drawn on a plane. Style is a ZOR_Line style, iPattern a 16-bit
+    // mask for tPattern, priority kPriorityOnTop or -1 or more, colour -1
+    // allowed in an update. AddPolygon's id must not be negative.
     virtual std::int32_t AddPolygon(std::int32_t lPlaneId, ZOR_Point* pPoints, int iCount, int iPriority,
                                     int iColor, int iStyle, int iPattern, int iThickness, int fClosed) = 0;
     virtual void DeletePolygon(std::int32_t lPlaneId, std::int32_t lPolygonId) = 0;
     virtual void UpdatePolygon(std::int32_t lPlaneId, std::int32_t lPolygonId, ZOR_Point* pPoints, int iCount,
                                int iPriority, int iColor, int iStyle, int iPattern, int iThickness, int fClosed) = 0;
 
-    // One frame of output.
-    virtual void UpdateScreen(int fFlag) = 0;
+    // ----- One frame -----
+    // Brings the screen up to date with the planes, items and polygons: one
+    // frame of output. The library calls it once a frame (always with 1), and
+    // a waiting robot calls it in a loop until IsRobotDone: time must move on
+    // between calls or the game hangs.
+    virtual void UpdateScreen(int fOne) = 0;
 
-    // Planes.
+    // ----- Planes -----
+    // A plane is a kernel record (NewPlane, below) that the library fills and
+    // hands back here; planes are named by the record's id (kFirstPlaneId or
+    // more).
+
+    // Puts a new plane among the kernel's planes; called once, right after NewPlane.
     virtual void AddPlane(KernelPlaneRecord* pRecord) = 0;
+    // Removes the plane and frees its record; called by the plane's destructor.
     virtual void DeletePlane(std::int32_t lPlaneId) = 0;
+    // Takes over the values the library wrote into the record (priority,
+    // colour, rectangle, vanishing point, picture, mirror).
     virtual void UpdatePlane(KernelPlaneRecord* pRecord) = 0;
+    // Adds a further picture to a picture plane at (x, y) of the plane, x
+    // 0..1200, y 0..800; fDeleteCopy is pass-through.
     virtual void AddPicAt(std::int32_t lPlaneId, int iPicture, int x, int y, int fMirror, int fDeleteCopy) = 0;
+    // Starts a transition in which the plane appears or disappears. Style
+    // 0..15, speed > 0, colour kNoColor or 0..255, iToFrom 0..2, an optional
+    // int array and its size, iDivisions -1 or > 0; what each value draws is
+    // the kernel's (the reference kernel documents its choice).
     virtual void SetShowStyle(std::int32_t lPlaneId, int iStyle, int iSpeed, int iColor, int fAnimate,
                               int fUseReferenceFrame, int iToFrom, int* piArray, int iArraySize,
                               int iDivisions) = 0;
+    // How far the plane's transition has got, in percent.
     virtual int ShowStylePercentComplete(std::int32_t lPlaneId) = 0;
+    // Scrolls a picture plane toward a new picture step by step; exactly one
+    // step is non-zero, iTicks is -1 or > 0.
     virtual void SetScroll(std::int32_t lPlaneId, int iStepX, int iStepY, int iPicture, int fAnimate, int iTicks,
                            int fMirror) = 0;
+    // Moves every item of the plane (and its pictures with fMovePictures) by
+    // the deltas. The library reads positions back from the records, so move
+    // them in the records too.
     virtual void MovePlaneItems(std::int32_t lPlaneId, int iDeltaX, int iDeltaY, int fMovePictures) = 0;
 
-    // Robots: after InitRobot the operations act on the robot last initialised.
+    // ----- Robots -----
+    // Animations the kernel plays by itself on a plane. After InitRobot every
+    // operation acts on the robot last initialised: one plays at a time.
+
+    // Loads robot uRobot onto the plane at (x, y) and a priority of -1 or
+    // more. The library always passes 128 last (pass-through).
     virtual void InitRobot(std::uint32_t uRobot, std::int32_t lPlaneId, int iPriority, int x, int y,
-                           int iValue) = 0;
-    virtual void PrepareRobot(int iValue1, int iValue2, int iValue3, int iValue4) = 0;
+                           int iValue128) = 0;
+    // Called by every robot start before play; the library always passes 0,
+    // 50000, 50000, 50000 (pass-through). The reference kernel rewinds the robot.
+    virtual void PrepareRobot(int iValue0, int iValue50000a, int iValue50000b, int iValue50000c) = 0;
+    // Sets the robot playing; also resumes it after PauseRobot.
     virtual void PlayRobot() = 0;
     virtual void PauseRobot() = 0;
     virtual void SetRobotPriority(int iPriority) = 0;
+    // Non-zero once the robot has played to its end; a waiting start polls it.
     virtual int IsRobotDone() = 0;
+    // Non-zero while the robot plays; the library pauses and resumes only then.
     virtual int IsRobotPlaying() = 0;
+    // Stops the robot and takes it off the screen.
     virtual void TerminateRobot() = 0;
-    // 0: nothing happened; 0xFFFFFFFF: the robot has ended; else a cue point passed.
+    // Read once a frame by a playing robot: 0 when nothing happened,
+    // kRobotEnded once it has ended, any other value a cue point it passed.
     virtual std::uint32_t GetRobotSignal() = 0;
 
-    // Messages, looked up by four keys and a sequence number.
+    // ----- Messages -----
+    // Text looked up by four keys and a sequence number, always in that order.
+    // The library asks for the size first and then for the text with a buffer
+    // of exactly that size; "next" means the same conversation, next sequence.
+
+    // Copies the text into the buffer; returns its talker, 0 when not found.
     virtual int GetMessage(int iKey1, int iKey2, int iKey3, int iKey4, int iSequence, char* pBuffer,
                            int iBufferSize) = 0;
+    // Copies the text of the message after the one last got; returns its talker.
     virtual int GetNextMessage(char* pBuffer, int iBufferSize) = 0;
+    // Non-zero when the message exists; writes the buffer size its text needs.
     virtual int GetMessageSize(int iKey1, int iKey2, int iKey3, int iKey4, int iSequence, int* piSize) = 0;
+    // Non-zero when the message last got has a successor; writes its size.
     virtual int GetNextMessageSize(int* piSize) = 0;
+    // Writes the five keys of the message GetMessage or GetNextMessage last returned.
     virtual void GetLastMessageKeys(int* piKeys) = 0;
 
-    // Input, coordinates and the cursor.
+    // ----- Input, coordinates and the cursor -----
+
+    // Fills the record with the next event whose type bit is in the mask (the
+    // library passes kEventMaskAll once a frame), or type kEventNull. Pointer
+    // events carry a position in screen coordinates; kEventKeyDown a key in
+    // `message`. kQuitKey with exactly kQuitModifiers ends the game.
     virtual void GetEvent(std::uint32_t uMask, KernelEventRecord* pRecord) = 0;
+    // Converts a point in place between screen and plane coordinates.
     virtual void PlaneToLocal(std::int32_t lPlaneId, ZOR_Point* pPoint) = 0;
     virtual void PlaneToGlobal(std::int32_t lPlaneId, ZOR_Point* pPoint) = 0;
     virtual void ShowCursor() = 0;
     virtual void HideCursor() = 0;
+    // Moves the cursor to a point in screen coordinates.
     virtual void SetCursorPos(ZOR_Point* pPoint) = 0;
+    // Gives the cursor the picture of that cel (loop and cel are 16-bit values, widened).
     virtual void SetCursorView(std::uint32_t uView, int iLoop, int iCel) = 0;
 
-    // Random numbers and clocks.
+    // ----- Random numbers and clocks -----
+
+    // A value from uLow to uHigh inclusive; uHigh must be reachable (a random
+    // cycler asks again until the value differs from the current cel).
     virtual std::uint32_t Random(std::uint32_t uLow, std::uint32_t uHigh) = 0;
+    // Re-seeds the generator; the library passes the current GetTicks value.
     virtual void SeedRandom(std::uint32_t uSeed) = 0;
+    // Whole seconds of the kernel clock (the library passes 1); seconds timers
+    // add their delay to it and compare against it.
     virtual std::uint32_t GetTime(int iSelector) = 0;
+    // The clock in ticks, 60 a second. Read once a frame into the game's tick
+    // count, which every timer, cycler and mover compares against; compared
+    // unsigned, so it may wrap.
     virtual std::uint32_t GetTicks() = 0;
 
-    // VMD movies: the operations act on the one open movie.
+    // ----- VMD movies -----
+    // The operations act on the one open movie. Status bits: bit 0 open; a
+    // movie is paused when bits 0 and 1 are both set. Every answer goes back
+    // to game code unchanged.
+
+    // Opens "<number>.VMD"; the cache size is -1 unless game code set one.
     virtual unsigned OpenVmd(const char* pFileName, int iCacheSize, int iOpenArgument) = 0;
-    virtual void SetVmdPlacement(int x, int y, int iFlags, int iRed, int iGreen, int iBlue) = 0;
+    // Places the movie on screen; flags and colour are pass-through.
+    virtual void SetVmdPlacement(int x, int y, int iShowFlags, int iRed, int iGreen, int iBlue) = 0;
+    // Plays until one of the events in the flags (default 3, values -1).
     virtual unsigned PlayVmd(int iEventFlags, int iEventValue1, int iEventValue2) = 0;
     virtual unsigned StopVmd() = 0;
     virtual unsigned ResumeVmd() = 0;
@@ -299,41 +443,74 @@ public:
     virtual unsigned GetVmdLength() = 0;
     virtual unsigned GetVmdStatus() = 0;
     virtual unsigned GetVmdFramesSkipped() = 0;
+    // Puts the movie's palette into effect.
     virtual void SetVmdPalette() = 0;
-    virtual void RestrictVmdPalette(int iValue1, int iValue2) = 0;
+    // Limits the palette entries the movie may change (the reference kernel:
+    // a range of indices, in either order).
+    virtual void RestrictVmdPalette(int iFirstIndex, int iLastIndex) = 0;
     virtual void ShowVmdCursor(int fShow) = 0;
+    // Blobs are areas of the movie treated specially; their values are
+    // pass-through (the reference kernel: a rectangle and a block size, shown in
+    // blocks). AddVmdBlob returns the number DeleteVmdBlob gets.
     virtual void InitVmdBlobs() = 0;
     virtual void StopVmdBlobs() = 0;
-    virtual int AddVmdBlob(int iValue1, int iValue2, int iValue3, int iValue4, int iValue5) = 0;
+    virtual int AddVmdBlob(int iLeft, int iTop, int iRight, int iBottom, int iBlockSize) = 0;
     virtual void DeleteVmdBlob(int iBlob) = 0;
-    virtual void BlackOutVmd(int iValue1, int iValue2, int iValue3, int iValue4) = 0;
+    // Blacks out an area of the movie (pass-through; the reference kernel: a rectangle).
+    virtual void BlackOutVmd(int iLeft, int iTop, int iRight, int iBottom) = 0;
     virtual unsigned GetVmdWidth() = 0;
     virtual unsigned GetVmdHeight() = 0;
 
-    // Non-zero when the point lies on or inside the polygon.
+    // ----- Geometry -----
+    // Non-zero when (x, y) lies on or inside the polygon of iCount points.
     virtual int PointInPolygon(int x, int y, ZOR_Point* pPoints, int iCount) = 0;
 
-    // Memory. FreeMemory accepts null.
+    // ----- Memory -----
+    // Every block of the library, with the file and line of the allocating
+    // expression; the library asserts the block is not null. FreeMemory must
+    // accept null.
     virtual void* AllocMemory(std::uint32_t uSize, const char* pFile, int iLine) = 0;
     virtual void FreeMemory(void* pBlock) = 0;
 
-    // Kernel-side records.
+    // ----- Kernel-side records -----
+    // The kernel makes and frees the plane and screen item records; the library
+    // writes the documented fields in place and hands the record back. Every
+    // byte the record does not document is the kernel's.
+
+    // Makes a plane record of a type (kPlaneColored, kPlanePicture,
+    // kPlaneTransparent, kPlaneOpaque) with its colour, rectangle, window index
+    // 0..4, priority (-1 or more), vanishing point, picture and mirror; never
+    // null for valid arguments. AddPlane and PlaneCreated follow.
     virtual KernelPlaneRecord* NewPlane(int iType, int iColor, ZOR_Rect* pRect, int iWindowIndex, int iPriority,
                                         ZOR_Point* pVanishingPoint, int iPicture, int fMirror) = 0;
+    // The library wrote a new rectangle into the record.
     virtual void PlaneRectChanged(KernelPlaneRecord* pRecord) = 0;
+    // Makes a screen item record on a plane showing the source at a position
+    // and scale, with an id the kernel chooses. AddScreenItem puts it on
+    // screen; DisposeScreenItem frees one that never was.
     virtual KernelScreenItemRecord* NewScreenItem(std::int32_t lPlaneId, KernelScreenItemSource* pSource,
                                                   ZOR_Point pos, ScaleInfo scale) = 0;
     virtual void DisposeScreenItem(KernelScreenItemRecord* pRecord) = 0;
-    // Non-zero when the 16-bit memory id names a live block.
+    // Non-zero exactly when the 16-bit memory id names a live bitmap; the
+    // library asserts it before every use of a bitmap-based item.
     virtual int DLLCheckValid(int iMemId) = 0;
+    // The plane is complete: called right after AddPlane.
     virtual void PlaneCreated(KernelPlaneRecord* pRecord) = 0;
 
-    // AVI movies, named by their number.
+    // ----- AVI movies -----
+    // Named by their number; status bit 0 is "open". Every answer goes back to
+    // game code unchanged.
+
+    // Opens "<number>.AVI" under its number.
     virtual unsigned OpenAvi(int iMovie, const char* pFileName) = 0;
     virtual unsigned CloseAvi(int iMovie) = 0;
+    // Places and sizes the movie.
     virtual void SetAviRect(int iMovie, int x, int y, int iWidth, int iHeight) = 0;
     virtual void SetAviPos(int iMovie, int x, int y) = 0;
-    virtual unsigned PlayAvi(int iMovie, int iValue1, int iValue2, int iPlayType, int iValue4) = 0;
+    // Plays the movie (defaults 0, 0, play type 2, 0). Pass-through as the
+    // reference kernel reads them: the first and last frame (0: to the end);
+    // play type 1 loops; the last value unused.
+    virtual unsigned PlayAvi(int iMovie, int iFirstFrame, int iLastFrame, int iPlayType, int iPlayValue4) = 0;
     virtual unsigned StopAvi(int iMovie) = 0;
     virtual unsigned PauseAvi(int iMovie) = 0;
     virtual unsigned CueAvi(int iMovie, int iFrame) = 0;
@@ -343,6 +520,7 @@ public:
     virtual unsigned GetAviLength(int iMovie) = 0;
     virtual unsigned GetAviFrameNum(int iMovie) = 0;
     virtual unsigned GetAviStatus(int iMovie) = 0;
+    // Sets the events that end AVI play (pass-through flags).
     virtual unsigned SetAviEvent(int iEventFlags) = 0;
 };
 

@@ -6,6 +6,10 @@
 #include "glevent.h"
 #include "glsound.h"
 
+namespace {
+const int kClickVolume = 90;
+}
+
 DemoButton::DemoButton(AbsGLPlane* pPlane, int view, int loop, const GLPoint& pos, GLSelectFunction onClick)
     : GLButton(pPlane, view, loop, 0, pos, 500), mHogWhilePressed(FALSE)
 {
@@ -33,7 +37,7 @@ int DemoButton::HandleEvent(GLEvent* pEvent)
     const int wasDown = IsDepressed();
     GLButton::HandleEvent(pEvent);
     if (IsDepressed() && !wasDown)
-        Demo()->Sound()->Play(kClick, 0, 90, FALSE, 0, 0); // a click as it goes down
+        Demo()->Sound()->Play(kClick, kWholeSample, kClickVolume, kPlainStart, kNobodyToCue, kNoTag); // a click as it goes down
     if (mHogWhilePressed && IsHogging() != IsDepressed())
         SetHogging(IsDepressed());
     return pEvent->claimed;

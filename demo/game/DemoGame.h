@@ -17,6 +17,7 @@
 
 #include "gldll.h"
 #include "glgame.h"
+#include "kernel.h"
 
 class GLQuitHandler;
 class GLRoomManager;
@@ -33,8 +34,36 @@ enum DemoViews {
     kTelevisionView = 140,
     kCursorView = 900
 };
+// Each button has a loop of its own in the button view.
+enum DemoButtonLoops { kTalkButton = 0, kRingButton = 1, kBackButton = 2 };
 // Sound 1 (wind), 2 and 3 (birds) are played by the ambient track (ambient.txt).
 enum DemoSounds { kBellToll = 4, kChirp = 5, kGateCreak = 6, kClick = 7 };
+
+// Names for the arguments the rooms pass the same way every time, so that a
+// call reads as what it asks for.
+// Planes: the picture at the back, everything that moves in front of it, all
+// in the game's one window. The demo has no use for a vanishing point.
+const int kBackPriority = 0;
+const int kFrontPriority = 1;
+const int kMainWindow = 0;
+const int kNotMirrored = FALSE;
+const ZOR_Point kNoVanishingPoint(0, 0);
+// The sound manager's Play: every sound plays whole, with the plain start,
+// and a sound nobody waits for cues no one.
+const int kWholeSample = 0; // the qualifier
+const int kPlainStart = FALSE;
+const int kNoTag = 0;
+GLObject* const kNobodyToCue = 0;
+// The keys after the room of each room's conversation in messages.txt (noun
+// 1, verb 1, condition 0), and sequence 0: say all of it, not one line.
+const int kTalkNoun = 1;
+const int kTalkVerb = 1;
+const int kNoCondition = 0;
+const int kWholeConversation = 0;
+// A cycler's Add: the cel joins without being started (Start starts them all).
+const int kJoinStopped = FALSE;
+// Views of one loop.
+const int kOnlyLoop = 0;
 
 class DEMO_API DemoGame : public GLGame {
 public:

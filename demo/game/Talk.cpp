@@ -12,6 +12,9 @@ const int kTextSize = 15;  // pixels
 const int kMaxWidth = 280; // a balloon wraps its text at this width
 const int kPad = 8;
 const int kTransparent = 0; // the bitmap's skip colour: what lies below shows
+const int kNoSkipColor = -1; // a scratch bitmap is only measured, never shown
+const int kScratchHeight = 200;
+const int kBalloonPriority = 900; // above everything else on the plane
 } // namespace
 
 Balloon::Balloon(AbsGLPlane* pPlane, GLCel* pSpeaker, int ink, int paper, const char* name)
@@ -33,7 +36,7 @@ void Balloon::Display()
 
     // Measure the wrapped text on a scratch bitmap, then make the balloon to fit.
     const int width = text->TextWidth(line, kTextSize) < kMaxWidth ? text->TextWidth(line, kTextSize) : kMaxWidth;
-    const std::uint16_t scratch = text->CreateMemBitmap(kMaxWidth, 200, 0, -1);
+    const std::uint16_t scratch = text->CreateMemBitmap(kMaxWidth, kScratchHeight, kTransparent, kNoSkipColor);
     const int height = text->DrawText(scratch, 0, 0, line, 1, kTextSize, kMaxWidth);
     text->FreeMemBitmap(scratch);
     const int w = width + 2 * kPad, h = (height > 0 ? height : kTextSize) + 2 * kPad;
@@ -53,7 +56,7 @@ void Balloon::Display()
     }
     x = x < 8 ? 8 : x > 632 - w ? 632 - w : x;
     y = y < 8 ? 8 : y;
-    mpItem = new GLScreenItem(mpPlane, &mBitmap, GLPoint(x, y), 900, kFullSizeScale);
+    mpItem = new GLScreenItem(mpPlane, &mBitmap, GLPoint(x, y), kBalloonPriority, kFullSizeScale);
     mpItem->Show();
 }
 

@@ -30,6 +30,11 @@
 namespace {
 
 const ZOR_Rect kScreen(0, 0, 639, 479);
+const int kBehindPip = 0;   // a fixed priority below any place Pip's feet give him
+const int kGateShut = 0;    // the gate's first cel; it opens toward its last
+const int kBellAtRest = 2;  // the middle of the bell's swing
+const int kCreakVolume = 110;
+const int kTollVolume = 127;
 
 // The room is an object: it works every frame, takes the clicks nobody else
 // took, and is cued by what it started (the bell's sound, the conversation).
@@ -107,10 +112,10 @@ void GateScene(GLScript* pScript, int iState)
         break;
     case kOpenGate: { // the walk cued us: face the gate and open it
         room->mpPip->Face(Walker::kAway);
-        Demo()->Sound()->Play(kGateCreak, 0, 110, FALSE, 0, 0);
+        Demo()->Sound()->Play(kGateCreak, kWholeSample, kCreakVolume, kPlainStart, kNobodyToCue, kNoTag);
         GLCycler* opening = new GLEndForwardCycler(); // to the last cel, then cue
         room->mpGate->SetCycleSpeed(10);
-        opening->Add(room->mpGate, FALSE);
+        opening->Add(room->mpGate, kJoinStopped);
         opening->Start(pScript);
         pScript->mpData = opening;
         break;
@@ -138,8 +143,8 @@ void GateScene(GLScript* pScript, int iState)
 Courtyard::Courtyard() : mpScene(0)
 {
     gCourtyard = this;
-    mpBack = new GLPicturePlane(kScreen, kCourtyard, 0, 0, FALSE, ZOR_Point(0, 0));
-    mpFront = new GLTransparentPlane(kScreen, 1, 0, ZOR_Point(0, 0));
+    mpBack = new GLPicturePlane(kScreen, kCourtyard, kBackPriority, kMainWindow, kNotMirrored, kNoVanishingPoint);
+    mpFront = new GLTransparentPlane(kScreen, kFrontPriority, kMainWindow, kNoVanishingPoint);
     theGame->mpPlaneManager->Add(mpBack);
     theGame->mpPlaneManager->Add(mpFront);
 
@@ -150,17 +155,17 @@ Courtyard::Courtyard() : mpScene(0)
     mpPip->SetObstacle(ZOR_Rect(258, 345, 382, 392)); // the well's foot
 
     // The gate fills the arch, behind Pip (fixed priority 0).
-    mpGate = new GLCel(mpFront, kGateView, 0, 0, GLPoint(500, 170), 0, kFullSizeScale);
+    mpGate = new GLCel(mpFront, kGateView, kOnlyLoop, kGateShut, GLPoint(500, 170), kBehindPip, kFullSizeScale);
     mpGate->Show();
 
     // The bell hangs from the well's beam.
-    mpBell = new GLCel(mpFront, kBellView, 0, 2, GLPoint(320, 272), 0, kFullSizeScale);
+    mpBell = new GLCel(mpFront, kBellView, kOnlyLoop, kBellAtRest, GLPoint(320, 272), kBehindPip, kFullSizeScale);
     mpBell->SetCycleSpeed(5);
     mpBell->Show();
     mpBellSwing = new GLPingPongCycler();
 
-    mpTalk = new DemoButton(mpFront, kButtonView, 0, GLPoint(16, 442), &OnTalk);
-    mpRing = new DemoButton(mpFront, kButtonView, 1, GLPoint(96, 442), &OnRing);
+    mpTalk = new DemoButton(mpFront, kButtonView, kTalkButton, GLPoint(16, 442), &OnTalk);
+    mpRing = new DemoButton(mpFront, kButtonView, kRingButton, GLPoint(96, 442), &OnRing);
     mpRing->HogWhilePressed(TRUE);
 
     // Who says the lines of messages.txt: talker 1 is Pip, talker 2 the story.
@@ -187,10 +192,15 @@ Courtyard::Courtyard() : mpScene(0)
 
 Courtyard::~Courtyard()
 {
-    // Nothing may cue us, Pip or the scene once we are gone: stopping the bell
-    // drops the sound manager's watch on it, and cues already on their way
-    // are cancelled.
-    Demo()->Sound()->Stop(kBellToll, 0);
+    // The order is the ownership read backwards. First nothing may cue us,
+    // Pip or the scene once we are gone: stopping the bell drops the sound
+    // manager's watch on it, and cues already on their way are cancelled.
+    // Then whoever holds or cues another goes before it: the gate's cycler
+    // before the scene it cues, the conversation before the balloons that speak
+    // for it, the bell's cycler before the bell (it lets go of its cels), and
+    // every cel, button and outline before the plane its kernel record lives
+    // on. The planes leave the plane manager before they are deleted.
+    Demo()->Sound()->Stop(kBellToll, kWholeSample);
     GLCycler* opening = mpScene ? static_cast<GLCycler*>(mpScene->mpData) : 0;
     if (opening && opening->IsCycling())
         opening->Done(); // the game ends while the gate opens: the cycler lets go of the scene
@@ -251,10 +261,10 @@ void Courtyard::RingBell()
     if (mpBellSwing->IsCycling())
         return; // still ringing
     Demo()->Log("the bell rings");
-    mpBellSwing->Add(mpBell, FALSE);
+    mpBellSwing->Add(mpBell, kJoinStopped);
     mpBellSwing->Start();
     // The sound manager cues us when the toll has died away.
-    Demo()->Sound()->Play(kBellToll, 0, 127, FALSE, this, 0);
+    Demo()->Sound()->Play(kBellToll, kWholeSample, kTollVolume, kPlainStart, this, kNoTag);
 }
 
 // Noun 1, verb 1 of room 100 in messages.txt: four lines, the first spoken.
@@ -266,7 +276,7 @@ void Courtyard::Talk()
     theGame->mpCursor->BeginWait();
     mpTalk->Disable(TRUE);
     mpRing->Disable(TRUE);
-    mpConversation->Say(kCourtyard, 1, 1, 0, 0, this);
+    mpConversation->Say(kCourtyard, kTalkNoun, kTalkVerb, kNoCondition, kWholeConversation, this);
 }
 
 void Courtyard::Cue(GLCue* pCue)
@@ -280,7 +290,7 @@ void Courtyard::Cue(GLCue* pCue)
         Demo()->Cued("the bell's toll has died away (sound manager)");
         mpBellSwing->Stop();
         mpBellSwing->Release();
-        mpBell->SetCel(2, TRUE);
+        mpBell->SetCel(kBellAtRest, TRUE);
     }
 }
 

@@ -29,6 +29,16 @@ const ZOR_Rect kScreen(0, 0, 639, 479);
 const int kSwallow = 10; // robot 10
 const int kFilm = 300;   // movie 300.VMD
 const int kGreeting = 1; // the value of the timer that starts the greeting
+const int kBehindPip = 0;       // a fixed priority below any place Pip's feet give him
+const int kSwallowPriority = 5; // in front of the window
+const int kChirpVolume = 100;
+const int kNoShowFlags = 0;
+const int kNoOpenArgument = 0;
+// A robot's Start: it plays alongside the game (Start returns at once) and
+// hides no cel of ours while it plays.
+const int kPlayAlongside = FALSE;
+const int kKeepClientShown = FALSE;
+const int kNoThirdFlag = FALSE;
 
 class Gallery : public GLObject {
 public:
@@ -71,8 +81,8 @@ void OnTelevision(GLEvent* pEvent, GLObject*)
 Gallery::Gallery()
 {
     gGallery = this;
-    mpBack = new GLPicturePlane(kScreen, kGallery, 0, 0, FALSE, ZOR_Point(0, 0));
-    mpFront = new GLTransparentPlane(kScreen, 1, 0, ZOR_Point(0, 0));
+    mpBack = new GLPicturePlane(kScreen, kGallery, kBackPriority, kMainWindow, kNotMirrored, kNoVanishingPoint);
+    mpFront = new GLTransparentPlane(kScreen, kFrontPriority, kMainWindow, kNoVanishingPoint);
     theGame->mpPlaneManager->Add(mpBack);
     theGame->mpPlaneManager->Add(mpFront);
 
@@ -82,13 +92,13 @@ Gallery::Gallery()
 
     // The television glows on and off: a plain cycler steps through its two
     // cels for ever, one every half second.
-    mpTelevision = new GLCel(mpFront, kTelevisionView, 0, 0, GLPoint(160, 160), 0, kFullSizeScale);
+    mpTelevision = new GLCel(mpFront, kTelevisionView, kOnlyLoop, 0, GLPoint(160, 160), kBehindPip, kFullSizeScale);
     mpTelevision->SetCycleSpeed(30);
     mpTelevision->SetSelectFunction(&OnTelevision);
     mpTelevision->Show();
     mpGlow = new GLCycler(mpTelevision);
 
-    mpBackButton = new DemoButton(mpFront, kButtonView, 2, GLPoint(16, 442), &OnBack);
+    mpBackButton = new DemoButton(mpFront, kButtonView, kBackButton, GLPoint(16, 442), &OnBack);
 
     mpPipSays = new Balloon(mpFront, mpPip->Cel(), Shade(kWood, 2), Shade(kGold, 15), "Pip");
     mpStorySays = new Balloon(mpFront, 0, Shade(kGold, 14), Shade(kDusk, 2), "the story");
@@ -98,17 +108,21 @@ Gallery::Gallery()
     mpGreeting = new GLTimer(this, GLTimer::TicksTimer, 30, kGreeting); // it deletes itself once it has cued us
 
     // The swallow: the robot cues us at its cue point and at its end.
-    mpSwallow = new GLRobot(kSwallow, mpFront, 5, GLPoint(390, 50));
+    mpSwallow = new GLRobot(kSwallow, mpFront, kSwallowPriority, GLPoint(390, 50));
     mpSwallow->SetCaller(this);
-    mpSwallow->Start(FALSE, FALSE, FALSE);
+    mpSwallow->Start(kPlayAlongside, kKeepClientShown, kNoThirdFlag);
 }
 
 Gallery::~Gallery()
 {
-    // A timer that has not fired yet may be deleted; nothing may cue us once
-    // we are gone.
+    // The order is the ownership read backwards. A timer that has not fired
+    // yet may be deleted, and nothing may cue us once we are gone. Then the
+    // robot, which plays on the front plane, the conversation before the
+    // balloons that speak for it, the glow cycler before the television it
+    // cycles, and every cel before the plane its kernel record lives on; the
+    // planes leave the plane manager before they are deleted.
     delete mpGreeting;
-    Demo()->Sound()->Stop(kChirp, 0);
+    Demo()->Sound()->Stop(kChirp, kWholeSample);
     Demo()->CancelCuesTo(this);
     Demo()->CancelCuesTo(mpPip);
     delete mpSwallow;
@@ -142,7 +156,7 @@ void Gallery::Cue(GLCue* pCue)
         Demo()->Cued("half a second in the gallery (timer)");
         Demo()->Log("conversation 200/1 begins");
         theGame->mpCursor->BeginWait();
-        mpConversation->Say(kGallery, 1, 1, 0, 0, this);
+        mpConversation->Say(kGallery, kTalkNoun, kTalkVerb, kNoCondition, kWholeConversation, this);
     } else if (pCue->mpCuer == mpConversation) {
         Demo()->ConversationOver(kGallery, pCue->mValue);
         theGame->mpCursor->EndWait();
@@ -159,7 +173,7 @@ void Gallery::Cue(GLCue* pCue)
         Demo()->Cued("the swallow has flown past (robot end)");
     } else {
         Demo()->Cued("the swallow passes the window (robot cue point)");
-        Demo()->Sound()->Play(kChirp, 0, 100, FALSE, this, 0);
+        Demo()->Sound()->Play(kChirp, kWholeSample, kChirpVolume, kPlainStart, this, kNoTag);
     }
 }
 
@@ -176,10 +190,10 @@ void Gallery::PlayFilm()
 {
     Demo()->Log("the film begins");
     GLVmdMovie film(kFilm);
-    film.SetPos(GLPoint(170, 170), 0, FALSE); // placed when opened
+    film.SetPos(GLPoint(170, 170), kNoShowFlags, FALSE); // placed when opened
     GLMoviePlayer player(&film);
-    player.Open(0);
-    film.SetPos(GLPoint(170, 170), 0, TRUE);
+    player.Open(kNoOpenArgument);
+    film.SetPos(GLPoint(170, 170), kNoShowFlags, TRUE); // and now
     const unsigned stopped = player.Play();
     player.Close();
     Demo()->Log("the film %s", stopped ? "was stopped" : "is over");

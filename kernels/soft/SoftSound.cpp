@@ -60,10 +60,10 @@ bool SoftKernel::GetSampleState(int sample, SampleView* out)
 void SoftKernel::StartSample(int iSample, int iVolume)
 {
     std::string error;
-    const int type = mResources.SoundExists(13, iSample) ? 13 : 12;
+    const int type = mResources.SoundExists(kResourceAudio, iSample) ? kResourceAudio : kResourceSoundEffect;
     const SoftWav* wav = mResources.Sound(type, iSample, &error);
     if (!wav) {
-        if (!mResources.SoundExists(12, iSample) && !mResources.SoundExists(13, iSample))
+        if (!mResources.SoundExists(kResourceSoundEffect, iSample) && !mResources.SoundExists(kResourceAudio, iSample))
             error = "sample " + std::to_string(iSample) + ": neither " +
                     mResources.PathOf("audio/" + std::to_string(iSample) + ".wav") + " nor " +
                     mResources.PathOf("sfx/" + std::to_string(iSample) + ".wav") + " exists";
@@ -105,7 +105,7 @@ int SoftKernel::IsAudioInstalled()
 int SoftKernel::PreloadSample(int iSample)
 {
     std::string error;
-    const int type = mResources.SoundExists(13, iSample) ? 13 : 12;
+    const int type = mResources.SoundExists(kResourceAudio, iSample) ? kResourceAudio : kResourceSoundEffect;
     if (!mResources.SoundExists(type, iSample))
         return 0;
     if (!mResources.Sound(type, iSample, &error)) {
@@ -211,7 +211,7 @@ void SoftKernel::GetSampleDuration(int iSample, int* piDuration, int /*iTag*/)
     if (!piDuration)
         return;
     std::string error;
-    const int type = mResources.SoundExists(13, iSample) ? 13 : 12;
+    const int type = mResources.SoundExists(kResourceAudio, iSample) ? kResourceAudio : kResourceSoundEffect;
     const SoftWav* wav = mResources.SoundExists(type, iSample) ? mResources.Sound(type, iSample, &error) : nullptr;
     if (!wav && !error.empty())
         Report(error);
