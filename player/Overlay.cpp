@@ -10,6 +10,8 @@
 #include "glplane.h"
 #include "glplanes.h"
 #include "glpoly.h"
+#include "glrmmgr.h"
+#include "glwalk.h"
 #include "gluser.h"
 
 #include <algorithm>
@@ -100,8 +102,10 @@ const std::uint8_t* PlayerOverlay::Draw(SoftKernel& kernel, const Status& status
     kernel.Inspect(&mPlanes);
     mEventItems.clear();
     DrawPlanes();
-    if (theGame)
+    if (theGame) {
+        DrawWalkArea(kernel);
         DrawLibrary();
+    }
     DrawPointer(kernel);
     DrawStatus(kernel, status);
     return mFrame.data();
@@ -199,6 +203,42 @@ void PlayerOverlay::DrawLibrary()
             }
         }
     }
+}
+
+// The room's walkable area is the one its game folder names; it lies in the
+// top plane's coordinates, where the room's actors walk.
+void PlayerOverlay::DrawWalkArea(SoftKernel& kernel)
+{
+    const GLRoomManager* rooms = nullptr;
+    for (int i = 0; i < theGame->mpObjects->NumElements() && !rooms; i++)
+        rooms = dynamic_cast<const GLRoomManager*>(theGame->mpObjects->At(i));
+    if (!rooms || !rooms->mLoaded)
+        return;
+    if (mWalkRoom != rooms->mRoomNumber) {
+        mWalkRoom = rooms->mRoomNumber;
+        mWalk.clear();
+        const std::string path = kernel.Resources().PathOf("walk/" + std::to_string(mWalkRoom) + ".txt");
+        // Copied out and given back at once: the overlay keeps nothing of the
+        // library's beyond the frame.
+        if (GLWalkArea* area = GLWalkArea::Load(path.c_str())) {
+            for (int k = 0; k < area->GetPolygonCount(); k++)
+                mWalk.emplace_back(area->GetPoints(k), area->GetPoints(k) + area->GetPointCount(k));
+            mWalkClearance = area->GetClearance();
+            delete area;
+        }
+    }
+    const GLSetAsArray<AbsGLPlane>& planes = theGame->mpPlaneManager->moPlanes;
+    if (mWalk.empty() || planes.NumElements() == 0)
+        return;
+    const ZOR_Rect& at = planes.At(0)->GetRect();
+    for (std::size_t k = 0; k < mWalk.size(); k++) {
+        const std::vector<ZOR_Point>& p = mWalk[k];
+        for (std::size_t i = 0; i < p.size(); i++)
+            Line(at.left + p[i].x, at.top + p[i].y, at.left + p[(i + 1) % p.size()].x,
+                 at.top + p[(i + 1) % p.size()].y, k == 0 ? mColor.green : mColor.red);
+    }
+    Text(at.left + mWalk[0][0].x + 2, at.top + mWalk[0][0].y + 2,
+         Format("walk %lld c%d", mWalkRoom, mWalkClearance), mColor.green);
 }
 
 void PlayerOverlay::DrawPointer(SoftKernel& kernel)

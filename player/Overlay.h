@@ -12,6 +12,8 @@
 //     solid yellow when it takes events, dashed cyan when it does not;
 //   - every polygon a plane offers events to (green), with its place in the
 //     plane's event set;
+//   - the walkable area of the running room, as its game folder describes it
+//     (walk/<room>.txt): the boundary green, the holes red;
 //   - every mover's line from its actor to its destination, and a path's
 //     points still to come (orange);
 //   - the pointer in the screen and in the plane under it, and the planes and
@@ -49,6 +51,7 @@ public:
 private:
     void DrawPlanes();
     void DrawLibrary();
+    void DrawWalkArea(SoftKernel& kernel);
     void DrawPointer(SoftKernel& kernel);
     void DrawStatus(SoftKernel& kernel, const Status& status);
     void PickColors(const SoftPalette& palette);
@@ -65,6 +68,11 @@ private:
     std::vector<std::uint8_t> mFrame;
     std::vector<SoftKernel::InspectedPlane> mPlanes;
     std::vector<std::int32_t> mEventItems; // kernel ids of items whose object takes events
+    // The running room's walkable area, read once per room: its polygons
+    // (the boundary first, then the holes) and clearance.
+    long long mWalkRoom = -1; // the room it was read for; -1 none yet
+    std::vector<std::vector<ZOR_Point>> mWalk;
+    int mWalkClearance = 0;
     struct Colors {
         std::uint8_t black, white, yellow, cyan, magenta, green, orange, red;
     } mColor{};

@@ -410,8 +410,8 @@ int main(int argc, char** argv)
         status = 2;
     }
     if (!o.window) {
-        if (!SoftWritePng(o.out + "/final.png", run.overlay ? overlay.Frame() : k.Frame(), SoftKernel::kWidth, SoftKernel::kHeight, k.Palette(),
-                          &error) ||
+        const std::uint8_t* last = run.overlay ? overlay.Frame() : k.Frame();
+        if (!SoftWritePng(o.out + "/final.png", last, SoftKernel::kWidth, SoftKernel::kHeight, k.Palette(), &error) ||
             !run.gif.Close(&error)) {
             std::fprintf(stderr, "quindle-player: %s\n", error.c_str());
             status = status ? status : 2;

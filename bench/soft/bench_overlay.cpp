@@ -68,3 +68,4 @@ void BM_DemoComposeWithOverlay(benchmark::State& state)
 BENCHMARK(BM_DemoComposeWithOverlay)->Unit(benchmark::kMicrosecond);
 
 } // namespace
+BENCHMARK_MAIN();

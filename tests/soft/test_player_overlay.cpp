@@ -96,7 +96,7 @@ void PressKey(SDL_Keycode key)
     SDL_Event e{};
     e.type = SDL_KEYDOWN;
     e.key.keysym.sym = key;
-    SDL_PushEvent(&e);
+    EXPECT_EQ(SDL_PushEvent(&e), 1) << SDL_GetError();
 }
 
 // In a window with SDL's display-less driver. F2 stops the clock where it is
