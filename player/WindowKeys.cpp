@@ -1,4 +1,5 @@
-// WindowKeys.cpp - see WindowKeys.h.
+// WindowKeys.cpp - see WindowKeys.h. Built only into a player with a window.
+#ifdef QUINDLE_HAVE_WINDOW
 #include "WindowKeys.h"
 
 #include <sys/stat.h>
@@ -96,3 +97,5 @@ void PlayerWindowKeys::Shoot()
         std::fprintf(stderr, "quindle-player: %s\n", error.c_str());
     }
 }
+
+#endif

@@ -13,7 +13,7 @@
 //   300.VMD + PNGs           the film shown on the television
 //   audio/*.wav, sfx/*.wav   wind, birds, bell, chirp, gate, click (synthesised)
 //   speech/*.wav             a voice for one line of the conversation
-//   messages.txt, ambient.txt, game.txt
+//   messages.txt, ambient.txt (the build writes game.txt)
 #include "Art.h"
 #include "Sound.h"
 
@@ -244,8 +244,8 @@ void Sounds()
 
 int main(int argc, char** argv)
 {
-    if (argc != 3) {
-        std::fprintf(stderr, "usage: make_assets <game folder> <game library>\n");
+    if (argc != 2) {
+        std::fprintf(stderr, "usage: make_assets <game folder>\n");
         return 1;
     }
     gDir = argv[1];
@@ -253,7 +253,6 @@ int main(int argc, char** argv)
         ::mkdir((gDir + sub).c_str(), 0777);
     gPalette = MakePalette();
 
-    Text("game.txt", std::string("library ") + argv[2] + "\ntitle \"quindle demo: the courtyard\"\n");
     Text("palette.txt", PaletteText(gPalette));
     Courtyard();
     Gallery();

@@ -23,7 +23,7 @@
 
 #include "kernel.h"
 
-#include "../ledger/AllocationLedger.h"
+#include "AllocationLedger.h"
 
 #include <deque>
 #include <map>

@@ -1,0 +1,98 @@
+# What `cmake --install` puts under the prefix, and the Debian package.
+#
+#   lib/libquindle.so.<version>          the library, SONAME libquindle.so.<QUINDLE_SOVERSION>
+#   lib/libquindle_{ledger,recording,soft}.a   the kernels
+#   include/quindle/                     every public header, flat: installed headers
+#                                        include one another by bare name
+#   bin/quindle-player                   finds the library by a relative run path
+#   lib/cmake/quindle/                   the CMake package, its version file, the
+#                                        exported targets and the game-building functions
+#   lib/pkgconfig/quindle{,-recording,-soft}.pc
+#   share/doc/quindle/                   README and docs
+include(CMakePackageConfigHelpers)
+
+set(QUINDLE_CMAKE_DIR ${CMAKE_INSTALL_LIBDIR}/cmake/quindle)
+set(QUINDLE_HEADER_DIR ${CMAKE_INSTALL_INCLUDEDIR}/quindle)
+
+# ----- the library, the ledger and the game's view of its host -----
+install(TARGETS quindle quindle_ledger quindle_game EXPORT quindleTargets
+  LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR})
+file(GLOB QUINDLE_PUBLIC_HEADERS ${PROJECT_SOURCE_DIR}/include/*.h)
+install(FILES ${QUINDLE_PUBLIC_HEADERS}
+  ${PROJECT_SOURCE_DIR}/kernels/ledger/AllocationLedger.h
+  ${PROJECT_SOURCE_DIR}/player/quindle_game.h
+  ${PROJECT_SOURCE_DIR}/kernels/soft/SoftExtras.h
+  DESTINATION ${QUINDLE_HEADER_DIR})
+install(EXPORT quindleTargets NAMESPACE quindle:: DESTINATION ${QUINDLE_CMAKE_DIR})
+set(QUINDLE_COMPONENTS)
+
+# ----- the recording kernel -----
+install(TARGETS quindle_recording EXPORT quindleRecordingTargets ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR})
+install(FILES ${PROJECT_SOURCE_DIR}/kernels/recording/RecordingKernel.h DESTINATION ${QUINDLE_HEADER_DIR})
+install(EXPORT quindleRecordingTargets NAMESPACE quindle:: DESTINATION ${QUINDLE_CMAKE_DIR})
+list(APPEND QUINDLE_COMPONENTS recording)
+
+# ----- the soft kernel: every header of it but the window's -----
+if(TARGET quindle_soft)
+  install(TARGETS quindle_soft EXPORT quindleSoftTargets ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR})
+  file(GLOB QUINDLE_SOFT_HEADERS ${PROJECT_SOURCE_DIR}/kernels/soft/*.h)
+  list(REMOVE_ITEM QUINDLE_SOFT_HEADERS ${PROJECT_SOURCE_DIR}/kernels/soft/SoftWindow.h)
+  install(FILES ${QUINDLE_SOFT_HEADERS} DESTINATION ${QUINDLE_HEADER_DIR})
+  install(EXPORT quindleSoftTargets NAMESPACE quindle:: DESTINATION ${QUINDLE_CMAKE_DIR})
+  list(APPEND QUINDLE_COMPONENTS soft)
+endif()
+
+# ----- the player -----
+if(TARGET quindle-player)
+  # bin/ to lib/ as a relative run path: the install runs from any prefix.
+  file(RELATIVE_PATH QUINDLE_BIN_TO_LIB ${CMAKE_INSTALL_FULL_BINDIR} ${CMAKE_INSTALL_FULL_LIBDIR})
+  set_target_properties(quindle-player PROPERTIES
+    EXPORT_NAME player INSTALL_RPATH "$ORIGIN/${QUINDLE_BIN_TO_LIB}")
+  install(TARGETS quindle-player EXPORT quindlePlayerTargets RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
+  install(EXPORT quindlePlayerTargets NAMESPACE quindle:: DESTINATION ${QUINDLE_CMAKE_DIR})
+  list(APPEND QUINDLE_COMPONENTS player)
+endif()
+
+# ----- the CMake package -----
+# Why a component may be missing from this install, for the config's error.
+set(QUINDLE_OFF_REASONS "${_QUINDLE_OFF}")
+configure_package_config_file(${PROJECT_SOURCE_DIR}/cmake/quindleConfig.cmake.in
+  ${PROJECT_BINARY_DIR}/quindleConfig.cmake INSTALL_DESTINATION ${QUINDLE_CMAKE_DIR})
+# Before 1.0 a minor release may change the interface: only the same minor version answers.
+write_basic_package_version_file(${PROJECT_BINARY_DIR}/quindleConfigVersion.cmake
+  COMPATIBILITY SameMinorVersion)
+install(FILES ${PROJECT_BINARY_DIR}/quindleConfig.cmake ${PROJECT_BINARY_DIR}/quindleConfigVersion.cmake
+  ${PROJECT_SOURCE_DIR}/cmake/QuindleGame.cmake DESTINATION ${QUINDLE_CMAKE_DIR})
+
+# ----- pkg-config -----
+file(RELATIVE_PATH QUINDLE_PC_TO_PREFIX /prefix/${CMAKE_INSTALL_LIBDIR}/pkgconfig /prefix)
+string(REGEX REPLACE "/$" "" QUINDLE_PC_TO_PREFIX "${QUINDLE_PC_TO_PREFIX}")
+foreach(pc quindle quindle-recording quindle-soft)
+  if(pc STREQUAL "quindle-soft" AND NOT TARGET quindle_soft)
+    continue()
+  endif()
+  configure_file(${PROJECT_SOURCE_DIR}/cmake/${pc}.pc.in ${PROJECT_BINARY_DIR}/${pc}.pc @ONLY)
+  install(FILES ${PROJECT_BINARY_DIR}/${pc}.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+endforeach()
+
+# ----- docs -----
+install(FILES ${PROJECT_SOURCE_DIR}/README.md DESTINATION ${CMAKE_INSTALL_DOCDIR})
+install(DIRECTORY ${PROJECT_SOURCE_DIR}/docs/ DESTINATION ${CMAKE_INSTALL_DOCDIR} FILES_MATCHING PATTERN "*.md")
+
+# ----- the Debian package: cpack -G DEB in the build folder -----
+set(CPACK_PACKAGE_NAME quindle)
+set(CPACK_PACKAGE_VENDOR "the quindle developers")
+set(CPACK_DEBIAN_PACKAGE_MAINTAINER "The quindle developers")
+set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "${PROJECT_DESCRIPTION}")
+set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
+set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
+set(CPACK_DEBIAN_PACKAGE_SECTION libdevel)
+# The shared libraries' own needs come from dpkg-shlibdeps; a game built against
+# the static kernels needs their libraries' development packages, and the soft
+# kernel's text needs its font.
+set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
+if(TARGET quindle_soft)
+  set(CPACK_DEBIAN_PACKAGE_DEPENDS "libpng-dev, libgif-dev, libfreetype-dev, fonts-dejavu-core")
+endif()
+set(CPACK_DEBIAN_PACKAGE_SUGGESTS "cmake, pkg-config, libgtest-dev")
+include(CPack)
