@@ -288,6 +288,12 @@ void PlayerOverlay::DrawPointer(SoftKernel& kernel)
             if (at.x >= it->rect.left && at.x <= it->rect.right && at.y >= it->rect.top && at.y <= it->rect.bottom)
                 under += Format("%s%d", under.empty() ? "" : " ", static_cast<int>(it->id));
     }
+    // A cross at the pointer: while the game is paused its own cursor stays
+    // where the last frame drew it.
+    Line(at.x - 6, at.y, at.x - 2, at.y, mColor.red);
+    Line(at.x + 2, at.y, at.x + 6, at.y, mColor.red);
+    Line(at.x, at.y - 6, at.x, at.y - 2, mColor.red);
+    Line(at.x, at.y + 2, at.x, at.y + 6, mColor.red);
     Text(0, kH - 2 * kLine, where, mColor.white);
     Text(0, kH - kLine, "under: " + (under.empty() ? std::string("nothing") : under), mColor.white);
 }

@@ -16,9 +16,9 @@
 //     (walk/<room>.txt): the boundary green, the holes red;
 //   - every mover's line from its actor to its destination, and a path's
 //     points still to come (orange);
-//   - the pointer in the screen and in the plane under it, and the planes and
-//     targets under it in the order the game's dispatch would offer them an
-//     event;
+//   - the pointer (a red cross), its place in the screen and in the plane
+//     under it, and the planes and targets under it in the order the game's
+//     dispatch would offer them an event;
 //   - a status line: tick, time, frame time, planes, items, the objects in
 //     the game's set and the hogs.
 // Text is a small fixed bitmap font of the player's own, the same on every
