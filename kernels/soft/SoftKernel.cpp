@@ -944,6 +944,14 @@ int SoftKernel::GetMessageSize(int iKey1, int iKey2, int iKey3, int iKey4, int i
     return 1;
 }
 
+// Speech belongs to a message: looked up here, played by the audio.
+int SoftKernel::PlayMessageAudio(int iKey1, int iKey2, int iKey3, int iKey4, int iSequence, int /*iUnused1*/,
+                                 int /*iVolume*/, int /*iUnused2*/)
+{
+    const int keys[5] = {iKey1, iKey2, iKey3, iKey4, iSequence};
+    return mAudio.PlaySpeech(keys, FindMessage(keys));
+}
+
 int SoftKernel::GetMessage(int iKey1, int iKey2, int iKey3, int iKey4, int iSequence, char* pBuffer, int iBufferSize)
 {
     const int keys[5] = {iKey1, iKey2, iKey3, iKey4, iSequence};
