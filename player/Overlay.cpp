@@ -74,6 +74,14 @@ std::string Format(const char* format, ...)
     return buffer;
 }
 
+// A member of an event set. The set is typed for targets but may hold any
+// object (the cast takes GLObjects and keeps their address), so a member is
+// read as the object it is and asked what it is.
+GLTarget* EventMember(const GLSetAsArray<GLTarget>* events, int i)
+{
+    return dynamic_cast<GLTarget*>(static_cast<GLObject*>(static_cast<void*>(events->At(i))));
+}
+
 // What a target is called in the pointer's list.
 std::string TargetName(GLTarget* target, int place)
 {
@@ -122,7 +130,7 @@ void PlayerOverlay::DrawPlanes()
         for (int i = 0; i < planes.NumElements(); i++) {
             const GLSetAsArray<GLTarget>* events = planes.At(i)->GetCast()->GetEventSet();
             for (int j = 0; j < events->NumElements(); j++)
-                if (auto* item = dynamic_cast<GLScreenItem*>(events->At(j)))
+                if (auto* item = dynamic_cast<GLScreenItem*>(EventMember(events, j)))
                     mEventItems.push_back(item->GetId());
         }
     }
@@ -165,7 +173,7 @@ void PlayerOverlay::DrawLibrary()
         const ZOR_Rect& at = planes.At(i)->GetRect();
         const GLSetAsArray<GLTarget>* events = planes.At(i)->GetCast()->GetEventSet();
         for (int j = 0; j < events->NumElements(); j++) {
-            const auto* poly = dynamic_cast<const GLPoly*>(events->At(j));
+            const auto* poly = dynamic_cast<const GLPoly*>(EventMember(events, j));
             if (!poly || poly->GetPointCount() < 1)
                 continue;
             const ZOR_Point* p = poly->GetPoints();
@@ -265,9 +273,11 @@ void PlayerOverlay::DrawPointer(SoftKernel& kernel)
             const std::size_t before = under.size();
             const GLSetAsArray<GLTarget>* events = plane->GetCast()->GetEventSet();
             for (int j = 0; j < events->NumElements(); j++) {
-                GLTarget* target = events->At(j);
+                GLTarget* target = EventMember(events, j);
                 int hit;
-                if (auto* poly = dynamic_cast<GLPoly*>(target)) {
+                if (!target) {
+                    hit = FALSE; // an object without a hit test: only its own handler knows
+                } else if (auto* poly = dynamic_cast<GLPoly*>(target)) {
                     // The kernel's own test, asked of the soft kernel itself so
                     // that no call reaches the game's kernel.
                     std::vector<ZOR_Point> points(poly->GetPoints(), poly->GetPoints() + poly->GetPointCount());
