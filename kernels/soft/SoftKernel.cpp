@@ -8,6 +8,8 @@
 
 #include <algorithm>
 #include <chrono>
+#include <cstdarg>
+#include <cstdio>
 #include <cstring>
 
 namespace {
@@ -59,6 +61,18 @@ void SoftKernel::Report(const std::string& fault)
 {
     if (mFault.empty())
         mFault = fault;
+}
+
+void SoftKernel::Trace(const char* format, ...)
+{
+    if (!mTraceHook)
+        return;
+    char line[256];
+    va_list args;
+    va_start(args, format);
+    std::vsnprintf(line, sizeof line, format, args);
+    va_end(args);
+    mTraceHook(line, mTraceHookData);
 }
 
 bool SoftKernel::SetGameFolder(const std::string& folder)
@@ -940,6 +954,7 @@ void SoftKernel::PlayRobot()
     if (!mRobot || mRobot->terminated)
         return;
     if (!mRobot->started) {
+        Trace("robot %u starts", mRobot->number);
         mRobot->started = true;
         mRobot->start = Now();
         mRobot->pausedTotal = 0;

@@ -115,6 +115,14 @@ public:
         mFrameHook = hook;
         mFrameHookData = data;
     }
+    // Called with one line for each step a developer debugging a game follows:
+    // "sample 5 starts", "sample 5 stops", "sample 5 ends", "message 100 1 1 0 1
+    // (talker 1): <text>", "robot 10 starts", "movie 300.VMD starts".
+    void SetTraceHook(void (*hook)(const char* line, void*), void* data)
+    {
+        mTraceHook = hook;
+        mTraceHookData = data;
+    }
     // The last composed frame: 640 x 480 palette indices, row by row.
     const std::uint8_t* Frame() const;
     const SoftPalette& Palette() const { return mPalette; }
@@ -331,6 +339,7 @@ private:
     struct Font;
 
     void Report(const std::string& fault) override;
+    __attribute__((format(printf, 2, 3))) void Trace(const char* format, ...) override;
     void ForgetItem(KernelScreenItemRecord* pRecord, const char* operation);
     Plane* FindPlane(std::int32_t id);
     Item* FindItem(std::int32_t planeId, std::int32_t itemId);
@@ -369,6 +378,8 @@ private:
     std::uint32_t mFramesComposed = 0;
     void (*mFrameHook)(SoftKernel&, void*) = nullptr;
     void* mFrameHookData = nullptr;
+    void (*mTraceHook)(const char*, void*) = nullptr;
+    void* mTraceHookData = nullptr;
 
     std::deque<SoftInputEvent> mInput;
     std::int32_t mCursorX = 320;

@@ -69,6 +69,8 @@ int SoftMessages::GetMessage(int iKey1, int iKey2, int iKey3, int iKey4, int iSe
     CopyText(m->text, pBuffer, iBufferSize);
     std::memcpy(mLastMessageKeys, m->keys, sizeof mLastMessageKeys);
     mHaveLastMessage = true;
+    mHost.Trace("message %d %d %d %d %d (talker %d): %s", m->keys[0], m->keys[1], m->keys[2], m->keys[3], m->keys[4],
+                m->talker, m->text.c_str());
     return m->talker;
 }
 
@@ -89,6 +91,8 @@ int SoftMessages::GetNextMessage(char* pBuffer, int iBufferSize)
         return 0;
     CopyText(m->text, pBuffer, iBufferSize);
     std::memcpy(mLastMessageKeys, m->keys, sizeof mLastMessageKeys);
+    mHost.Trace("message %d %d %d %d %d (talker %d): %s", m->keys[0], m->keys[1], m->keys[2], m->keys[3], m->keys[4],
+                m->talker, m->text.c_str());
     return m->talker;
 }
 
