@@ -140,51 +140,6 @@ void SoftKernel::FreeMemory(void* pBlock)
     mLedger.Release(pBlock);
 }
 
-int SoftKernel::DLLCheckValid(int iMemId)
-{
-    if (iMemId <= 0 || iMemId > 0xFFFF)
-        return 0;
-    return mMemBitmaps.count(static_cast<std::uint16_t>(iMemId)) ? 1 : 0;
-}
-
-std::uint16_t SoftKernel::CreateMemBitmap(int width, int height, int fillColor, int skipColor)
-{
-    if (width < 1 || width > kWidth || height < 1 || height > kHeight || fillColor < 0 || fillColor > 255 ||
-        skipColor < -1 || skipColor > 255)
-        return 0;
-    if (mMemBitmaps.size() >= 0xFFFF)
-        return 0;
-    while (mNextMemId == 0 || mMemBitmaps.count(mNextMemId))
-        mNextMemId++;
-    const std::uint16_t id = mNextMemId++;
-    MemBitmap& m = mMemBitmaps[id];
-    m.bitmap.Resize(width, height, static_cast<std::uint8_t>(fillColor), fillColor == skipColor ? 0 : 1);
-    m.skip = skipColor;
-    return id;
-}
-
-void SoftKernel::FreeMemBitmap(std::uint16_t memId)
-{
-    mMemBitmaps.erase(memId);
-}
-
-void SoftKernel::FillMemBitmap(std::uint16_t memId, int left, int top, int right, int bottom, int color)
-{
-    auto found = mMemBitmaps.find(memId);
-    if (found == mMemBitmaps.end() || color < 0 || color > 255)
-        return;
-    MemBitmap& m = found->second;
-    const ZOR_Rect r = Intersect(ZOR_Rect(left, top, right, bottom),
-                                 ZOR_Rect(0, 0, m.bitmap.width - 1, m.bitmap.height - 1));
-    for (int y = r.top; y <= r.bottom; y++) {
-        for (int x = r.left; x <= r.right; x++) {
-            const std::size_t i = static_cast<std::size_t>(y) * m.bitmap.width + x;
-            m.bitmap.pixels[i] = static_cast<std::uint8_t>(color);
-            m.bitmap.opaque[i] = color == m.skip ? 0 : 1;
-        }
-    }
-}
-
 // ----- planes -----
 
 KernelPlaneRecord* SoftKernel::NewPlane(int iType, int iColor, ZOR_Rect* pRect, int /*iWindowIndex*/,
@@ -534,14 +489,14 @@ const SoftBitmap* SoftKernel::ItemBitmap(const Item& item)
 {
     std::string error;
     if (item.source.kind == 2) {
-        auto found = mMemBitmaps.find(item.source.memId);
-        if (found == mMemBitmaps.end()) {
+        const SoftBitmap* bitmap = mBitmaps.Find(item.source.memId);
+        if (!bitmap) {
             error = "screen item " + std::to_string(item.id) + ": memory bitmap " +
                     std::to_string(item.source.memId) + " does not exist";
             Report(error);
             return nullptr;
         }
-        return &found->second.bitmap;
+        return bitmap;
     }
     if (item.source.kind != 0) {
         Report("screen item " + std::to_string(item.id) + ": unknown source kind " +

@@ -69,6 +69,7 @@
 
 #include "AllocationLedger.h"
 #include "SoftAudio.h"
+#include "SoftBitmaps.h"
 #include "SoftExtras.h"
 #include "SoftImage.h"
 #include "SoftMessages.h"
@@ -167,7 +168,7 @@ public:
     // the file the system's font configuration gives for DejaVu Sans, else
     // Debian's path for it; with neither, text draws nothing and the fault
     // says what was looked for.
-    void SetFontPath(const std::string& path);
+    void SetFontPath(const std::string& path) { mBitmaps.SetFontPath(path); }
     // The state of a sample, and what can be heard now (SoftAudio.h).
     using SampleView = SoftAudio::SampleView;
     using AudibleSource = SoftAudio::AudibleSource;
@@ -322,7 +323,7 @@ public:
     KernelScreenItemRecord* NewScreenItem(std::int32_t lPlaneId, KernelScreenItemSource* pSource, ZOR_Point pos,
                                           ScaleInfo scale) override;
     void DisposeScreenItem(KernelScreenItemRecord* pRecord) override;
-    int DLLCheckValid(int iMemId) override;
+    int DLLCheckValid(int iMemId) override { return mBitmaps.IsLive(iMemId); }
     void PlaneCreated(KernelPlaneRecord* pRecord) override;
 
     unsigned OpenAvi(int iMovie, const char* pFileName) override;
@@ -342,12 +343,15 @@ public:
     unsigned SetAviEvent(int iEventFlags) override;
 
     // ----- SoftKernelExtras -----
-    std::uint16_t CreateMemBitmap(int width, int height, int fillColor, int skipColor) override;
-    void FreeMemBitmap(std::uint16_t memId) override;
-    void FillMemBitmap(std::uint16_t memId, int left, int top, int right, int bottom, int color) override;
+    std::uint16_t CreateMemBitmap(int width, int height, int fillColor, int skipColor) override
+    { return mBitmaps.CreateMemBitmap(width, height, fillColor, skipColor); }
+    void FreeMemBitmap(std::uint16_t memId) override { mBitmaps.FreeMemBitmap(memId); }
+    void FillMemBitmap(std::uint16_t memId, int left, int top, int right, int bottom, int color) override
+    { mBitmaps.FillMemBitmap(memId, left, top, right, bottom, color); }
     int DrawText(std::uint16_t memId, int x, int y, const char* text, int color, int pixelSize,
-                 int maxWidth) override;
-    int TextWidth(const char* text, int pixelSize) override;
+                 int maxWidth) override
+    { return mBitmaps.DrawText(memId, x, y, text, color, pixelSize, maxWidth); }
+    int TextWidth(const char* text, int pixelSize) override { return mBitmaps.TextWidth(text, pixelSize); }
 
     // Movie status bits.
     enum : unsigned { kMovieOpen = 1, kMoviePlaying = 2, kMoviePaused = 4, kMovieEnded = 8 };
@@ -360,7 +364,6 @@ private:
     struct Robot;
     struct Avi;
     struct Vmd;
-    struct Font;
 
     void Report(const std::string& fault) override;
     __attribute__((format(printf, 2, 3))) void Trace(const char* format, ...) override;
@@ -421,14 +424,7 @@ private:
     std::map<int, std::unique_ptr<Avi>> mAvis;
     unsigned mAviEventFlags = 0;
 
-    struct MemBitmap {
-        SoftBitmap bitmap;
-        int skip = -1;
-    };
-    std::map<std::uint16_t, MemBitmap> mMemBitmaps;
-    std::uint16_t mNextMemId = 1;
-    std::unique_ptr<Font> mFont;
-    std::string mFontPath;
+    SoftBitmaps mBitmaps{*this, kWidth, kHeight};
 };
 
 #endif
