@@ -53,7 +53,8 @@ void Usage(std::FILE* out)
                  "  --step N          ticks the clock advances per frame (default 1)\n"
                  "  --quiet           no progress line\n"
                  "  --window          play in a window instead (real clock, mouse and keyboard)\n"
-                 "  --scale N         window scale (default 2)\n"
+                 "  --scale N         window scale 1..8 (default: the largest that fits the\n"
+                 "                    display); Ctrl+Q quits the game\n"
                  "  --check           read the whole folder without running the game; print\n"
                  "                    every problem as FILE:LINE: error|warning: WHAT\n"
                  "  --strict          warnings are faults too\n"
@@ -97,7 +98,7 @@ struct Options {
     bool check = false;
     bool strict = false;
     bool trace = false;
-    int scale = 2;
+    int scale = 0; // the largest that fits the display
     std::string record, replay;
     std::vector<char*> gameArgs;
 };
@@ -320,7 +321,8 @@ int main(int argc, char** argv)
         GLSetAssertNotice([](const char* text, const char* title) { SoftWindow::ShowMessage(title, text); });
         k.UseRealClock(true);
         run.window = &keys;
-        window.StartAudio(k);
+        if (!window.StartAudio(k))
+            std::fprintf(stderr, "quindle-player: no audio device: playing without sound\n");
     }
 #else
     if (o.window) {
