@@ -156,5 +156,6 @@ int SoftKernel::DrawText(std::uint16_t memId, int x, int y, const char* text, in
         }
         baseline += lineHeight;
     }
+    bmp.Changed();
     return static_cast<int>(lines.size()) * lineHeight;
 }

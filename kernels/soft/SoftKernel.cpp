@@ -142,6 +142,7 @@ std::uint16_t SoftKernel::CreateMemBitmap(int width, int height, int fillColor, 
     while (mNextMemId == 0 || mMemBitmaps.count(mNextMemId))
         mNextMemId++;
     const std::uint16_t id = mNextMemId++;
+    mMemBitmapEpoch++;
     MemBitmap& m = mMemBitmaps[id];
     m.bitmap.Resize(width, height, static_cast<std::uint8_t>(fillColor), fillColor == skipColor ? 0 : 1);
     m.skip = skipColor;
@@ -150,7 +151,8 @@ std::uint16_t SoftKernel::CreateMemBitmap(int width, int height, int fillColor, 
 
 void SoftKernel::FreeMemBitmap(std::uint16_t memId)
 {
-    mMemBitmaps.erase(memId);
+    if (mMemBitmaps.erase(memId))
+        mMemBitmapEpoch++;
 }
 
 void SoftKernel::FillMemBitmap(std::uint16_t memId, int left, int top, int right, int bottom, int color)
@@ -168,6 +170,7 @@ void SoftKernel::FillMemBitmap(std::uint16_t memId, int left, int top, int right
             m.bitmap.opaque[i] = color == m.skip ? 0 : 1;
         }
     }
+    m.bitmap.Changed();
 }
 
 // ----- planes -----
@@ -266,9 +269,12 @@ void SoftKernel::DeletePlane(std::int32_t lPlaneId)
             continue;
         // Items still on the plane leave the screen with it; their records stay
         // the library's until it gives them back.
-        for (auto& item : mItems)
-            if (item.second->planeId == lPlaneId)
+        for (auto& item : mItems) {
+            if (item.second->planeId == lPlaneId) {
                 item.second->onScreen = false;
+                mCompositor->Remove(*item.second);
+            }
+        }
         if (mRobot && mRobot->planeId == lPlaneId)
             mRobot->terminated = true;
         delete it->first;
@@ -380,6 +386,7 @@ void SoftKernel::MovePlaneItems(std::int32_t lPlaneId, int iDeltaX, int iDeltaY,
         item.pos.y = Safe(static_cast<long long>(item.pos.y) + iDeltaY);
         item.record->pos.x = Safe(static_cast<long long>(item.record->pos.x) + iDeltaX);
         item.record->pos.y = Safe(static_cast<long long>(item.record->pos.y) + iDeltaY);
+        mCompositor->Place(item);
     }
     for (auto& poly : plane->polygons) {
         for (auto& p : poly.points)
@@ -453,6 +460,7 @@ void SoftKernel::TakeOver(Item& item)
     item.fixedPriority = r->fixedPriority;
     item.useInsetRect = r->useInsetRect;
     item.insetRect = Safe(r->insetRect);
+    item.bitmapEpoch = 0;
 }
 
 SoftKernel::Item* SoftKernel::FindItem(std::int32_t planeId, std::int32_t itemId)
@@ -479,6 +487,7 @@ void SoftKernel::AddScreenItem(KernelScreenItemRecord* pRecord)
     }
     item.onScreen = true;
     item.serial = ++mSerial; // the newest item on a plane is drawn over older ones of its priority
+    mCompositor->Place(item);
 }
 
 void SoftKernel::UpdateScreenItem(KernelScreenItemRecord* pRecord)
@@ -489,6 +498,7 @@ void SoftKernel::UpdateScreenItem(KernelScreenItemRecord* pRecord)
         return;
     }
     TakeOver(*found->second);
+    mCompositor->Place(*found->second);
 }
 
 void SoftKernel::DeleteScreenItem(KernelScreenItemRecord* pRecord)
@@ -510,12 +520,24 @@ void SoftKernel::ForgetItem(KernelScreenItemRecord* pRecord, const char* operati
         Report(std::string(operation) + ": a screen item record this kernel did not make");
         return;
     }
+    mCompositor->Remove(*found->second);
     mItemsById.erase(found->second->id);
     mItems.erase(found);
     delete pRecord;
 }
 
-const SoftBitmap* SoftKernel::ItemBitmap(const Item& item)
+const SoftBitmap* SoftKernel::ItemBitmap(Item& item)
+{
+    const std::uint64_t epoch = BitmapEpoch();
+    if (item.bitmapEpoch == epoch)
+        return item.bitmap;
+    // A failure is not kept: the item is looked up (and reported) again next time.
+    item.bitmap = ResolveBitmap(item);
+    item.bitmapEpoch = item.bitmap ? epoch : 0;
+    return item.bitmap;
+}
+
+const SoftBitmap* SoftKernel::ResolveBitmap(const Item& item)
 {
     std::string error;
     if (item.source.kind == 2) {

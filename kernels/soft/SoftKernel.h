@@ -359,8 +359,13 @@ private:
     Item* FindItem(std::int32_t planeId, std::int32_t itemId);
     void TakeOver(Item& item);
     void TakeOver(Plane& plane);
-    // The bitmap an item shows, or null (faults reported once).
-    const SoftBitmap* ItemBitmap(const Item& item);
+    // The bitmap an item shows, or null (the fault reported). Worked out once
+    // after each take-over and kept while the bitmap epoch holds.
+    const SoftBitmap* ItemBitmap(Item& item);
+    const SoftBitmap* ResolveBitmap(const Item& item);
+    // Changes whenever a bitmap an item points at may have gone: a memory
+    // bitmap made or freed, resources replaced.
+    std::uint64_t BitmapEpoch() const { return mResources.Generation() + mMemBitmapEpoch; }
     bool ItemRect(Item& item, ZOR_Rect* rect);
     int EffectivePriority(const Item& item) const;
     void DrawMovies();
@@ -436,6 +441,7 @@ private:
     };
     std::map<std::uint16_t, MemBitmap> mMemBitmaps;
     std::uint16_t mNextMemId = 1;
+    std::uint64_t mMemBitmapEpoch = 1;
     std::unique_ptr<Font> mFont;
     std::string mFontPath;
 };

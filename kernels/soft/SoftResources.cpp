@@ -318,6 +318,7 @@ void SoftResources::SetFolder(const std::string& folder)
     mFolder = folder.empty() ? std::string(".") : folder;
     while (mFolder.size() > 1 && mFolder.back() == '/')
         mFolder.pop_back();
+    mGeneration++;
     mViews.clear();
     mPictures.clear();
     mRobots.clear();
@@ -397,6 +398,7 @@ const SoftView* SoftResources::View(int view, std::string* error)
 
 void SoftResources::PutView(int view, SoftView v)
 {
+    mGeneration++;
     Slot<SoftView>& slot = mViews[view];
     slot.value = std::make_unique<SoftView>(std::move(v));
     slot.error.clear();
@@ -404,6 +406,7 @@ void SoftResources::PutView(int view, SoftView v)
 
 void SoftResources::PutPicture(int picture, SoftBitmap b)
 {
+    mGeneration++;
     Slot<SoftBitmap>& slot = mPictures[picture];
     slot.value = std::make_unique<SoftBitmap>(std::move(b));
     slot.error.clear();
