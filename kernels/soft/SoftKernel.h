@@ -71,6 +71,7 @@
 #include "SoftAudio.h"
 #include "SoftExtras.h"
 #include "SoftImage.h"
+#include "SoftMessages.h"
 #include "SoftResources.h"
 #include "SoftScript.h"
 
@@ -83,7 +84,7 @@
 
 class SoftCompositor;
 
-class SoftKernel : public KernelServices, public SoftKernelExtras, private SoftAudio::Host {
+class SoftKernel : public KernelServices, public SoftKernelExtras, private SoftServiceHost {
 public:
     static constexpr int kWidth = 640;
     static constexpr int kHeight = 480;
@@ -244,11 +245,14 @@ public:
     std::uint32_t GetRobotSignal() override;
 
     int GetMessage(int iKey1, int iKey2, int iKey3, int iKey4, int iSequence, char* pBuffer,
-                   int iBufferSize) override;
-    int GetNextMessage(char* pBuffer, int iBufferSize) override;
-    int GetMessageSize(int iKey1, int iKey2, int iKey3, int iKey4, int iSequence, int* piSize) override;
-    int GetNextMessageSize(int* piSize) override;
-    void GetLastMessageKeys(int* piKeys) override;
+                   int iBufferSize) override
+    { return mMessages.GetMessage(iKey1, iKey2, iKey3, iKey4, iSequence, pBuffer, iBufferSize); }
+    int GetNextMessage(char* pBuffer, int iBufferSize) override
+    { return mMessages.GetNextMessage(pBuffer, iBufferSize); }
+    int GetMessageSize(int iKey1, int iKey2, int iKey3, int iKey4, int iSequence, int* piSize) override
+    { return mMessages.GetMessageSize(iKey1, iKey2, iKey3, iKey4, iSequence, piSize); }
+    int GetNextMessageSize(int* piSize) override { return mMessages.GetNextMessageSize(piSize); }
+    void GetLastMessageKeys(int* piKeys) override { mMessages.GetLastMessageKeys(piKeys); }
 
     void GetEvent(std::uint32_t uMask, KernelEventRecord* pRecord) override;
     void PlaneToLocal(std::int32_t lPlaneId, ZOR_Point* pPoint) override;
@@ -354,8 +358,6 @@ private:
     void AdvanceClock();
     std::uint32_t Now() const override;
     std::uint32_t RobotElapsed() const;
-    const SoftMessage* FindMessage(const int keys[5]);
-    const SoftMessage* NextMessage();
     bool TakeEndingInput(); // a press or key is waiting: take it (movie ends)
     int ShowStylePercent(const Plane& plane) const;
     void FinishScroll(Plane& plane);
@@ -393,8 +395,7 @@ private:
 
     SoftAudio mAudio{*this, mResources};
 
-    int mLastMessageKeys[5] = {0, 0, 0, 0, 0};
-    bool mHaveLastMessage = false;
+    SoftMessages mMessages{*this, mResources};
 
     std::unique_ptr<Robot> mRobot;
     std::unique_ptr<Vmd> mVmd;
