@@ -110,6 +110,8 @@ void SoftKernel::UseRealClock(bool real)
 {
     if (real && !mRealClock)
         mRealStart = RealMillis() - static_cast<std::uint64_t>(mTicks) * 1000 / 60;
+    if (!real && mRealClock)
+        mTicks = Now();
     mRealClock = real;
 }
 
@@ -136,54 +138,6 @@ void* SoftKernel::AllocMemory(std::uint32_t uSize, const char* pFile, int iLine)
 void SoftKernel::FreeMemory(void* pBlock)
 {
     mLedger.Release(pBlock);
-}
-
-int SoftKernel::DLLCheckValid(int iMemId)
-{
-    if (iMemId <= 0 || iMemId > 0xFFFF)
-        return 0;
-    return mMemBitmaps.count(static_cast<std::uint16_t>(iMemId)) ? 1 : 0;
-}
-
-std::uint16_t SoftKernel::CreateMemBitmap(int width, int height, int fillColor, int skipColor)
-{
-    if (width < 1 || width > kWidth || height < 1 || height > kHeight || fillColor < 0 || fillColor > 255 ||
-        skipColor < -1 || skipColor > 255)
-        return 0;
-    if (mMemBitmaps.size() >= 0xFFFF)
-        return 0;
-    while (mNextMemId == 0 || mMemBitmaps.count(mNextMemId))
-        mNextMemId++;
-    const std::uint16_t id = mNextMemId++;
-    mMemBitmapEpoch++;
-    MemBitmap& m = mMemBitmaps[id];
-    m.bitmap.Resize(width, height, static_cast<std::uint8_t>(fillColor), fillColor == skipColor ? 0 : 1);
-    m.skip = skipColor;
-    return id;
-}
-
-void SoftKernel::FreeMemBitmap(std::uint16_t memId)
-{
-    if (mMemBitmaps.erase(memId))
-        mMemBitmapEpoch++;
-}
-
-void SoftKernel::FillMemBitmap(std::uint16_t memId, int left, int top, int right, int bottom, int color)
-{
-    auto found = mMemBitmaps.find(memId);
-    if (found == mMemBitmaps.end() || color < 0 || color > 255)
-        return;
-    MemBitmap& m = found->second;
-    const ZOR_Rect r = Intersect(ZOR_Rect(left, top, right, bottom),
-                                 ZOR_Rect(0, 0, m.bitmap.width - 1, m.bitmap.height - 1));
-    for (int y = r.top; y <= r.bottom; y++) {
-        for (int x = r.left; x <= r.right; x++) {
-            const std::size_t i = static_cast<std::size_t>(y) * m.bitmap.width + x;
-            m.bitmap.pixels[i] = static_cast<std::uint8_t>(color);
-            m.bitmap.opaque[i] = color == m.skip ? 0 : 1;
-        }
-    }
-    m.bitmap.Changed();
 }
 
 // ----- planes -----
@@ -554,14 +508,14 @@ const SoftBitmap* SoftKernel::ResolveBitmap(const Item& item)
 {
     std::string error;
     if (item.source.kind == 2) {
-        auto found = mMemBitmaps.find(item.source.memId);
-        if (found == mMemBitmaps.end()) {
+        const SoftBitmap* bitmap = mBitmaps.Find(item.source.memId);
+        if (!bitmap) {
             error = "screen item " + std::to_string(item.id) + ": memory bitmap " +
                     std::to_string(item.source.memId) + " does not exist";
             Report(error);
             return nullptr;
         }
-        return &found->second.bitmap;
+        return bitmap;
     }
     if (item.source.kind != 0) {
         Report("screen item " + std::to_string(item.id) + ": unknown source kind " +
@@ -722,7 +676,7 @@ void SoftKernel::UpdatePolygon(std::int32_t lPlaneId, std::int32_t lPolygonId, Z
             for (auto& p : poly.points)
                 p = Safe(p);
         }
-        // -9999 asks for a place above every item of the plane, decided when drawn.
+        // kPriorityOnTop asks for a place above every item of the plane, decided when drawn.
         poly.priority = iPriority;
         poly.color = iColor;
         poly.style = iStyle;
@@ -785,9 +739,9 @@ const std::uint8_t* SoftKernel::Frame() const
 void SoftKernel::Compose()
 {
     mCompositor->ComposePlanes();
-    DrawMovies();
+    mMovies.Draw(*mCompositor, mPalette);
     bool cursorShown = mCursorVisible && mCursorView >= 0;
-    if (mVmd && mVmd->showing && !mVmd->showCursor)
+    if (mMovies.HidesCursor())
         cursorShown = false;
     if (cursorShown) {
         std::string error;
@@ -834,9 +788,8 @@ void SoftKernel::GetEvent(std::uint32_t uMask, KernelEventRecord* pRecord)
             pRecord->where = ZOR_Point(e.x, e.y);
         }
         pRecord->extra = 0;
-        if ((mAviEventFlags & 2) && (e.type == kEventPointerDown || e.type == kEventKeyDown))
-            for (auto& avi : mAvis)
-                avi.second->status &= ~static_cast<unsigned>(kMoviePlaying | kMoviePaused);
+        if (e.type == kEventPointerDown || e.type == kEventKeyDown)
+            mMovies.InputArrived();
         return;
     }
     pRecord->type = kEventNull;
@@ -1045,4 +998,56 @@ std::uint32_t SoftKernel::GetRobotSignal()
     if (IsRobotDone())
         return kRobotEnded;
     return 0;
+}
+
+// ----- movies: the kernel drives what needs the screen, the input or the palette -----
+
+unsigned SoftKernel::PlayVmd(int iEventFlags, int, int)
+{
+    const int ticksPerFrame = mMovies.BeginVmd();
+    if (ticksPerFrame == 0)
+        return 0;
+    unsigned result = 0;
+    // The movie plays to its end before the call returns; every tick is a frame
+    // of output, so a headless run records it as it would be seen.
+    while (mMovies.VmdHasFrame()) {
+        for (int t = 0; t < ticksPerFrame; t++) {
+            if ((iEventFlags & 2) && TakeEndingInput()) {
+                result = 1;
+                break;
+            }
+            UpdateScreen(1);
+        }
+        if (result)
+            break;
+        mMovies.NextVmdFrame();
+    }
+    mMovies.EndVmd();
+    return result;
+}
+
+unsigned SoftKernel::ResumeVmd()
+{
+    return mMovies.CanResumeVmd() ? PlayVmd(3, -1, -1) : 0;
+}
+
+void SoftKernel::SetVmdPalette()
+{
+    SoftPalette palette;
+    if (mMovies.VmdPalette(mPalette, &palette))
+        SetPalette(palette);
+}
+
+unsigned SoftKernel::PauseAvi(int iMovie)
+{
+    if (!mMovies.IsAviPlaying(iMovie))
+        return 1;
+    Compose(); // brings the frame number up to the clock
+    return mMovies.PauseAvi(iMovie);
+}
+
+void SoftKernel::SetAviPalette(int iMovie)
+{
+    if (const SoftPalette* palette = mMovies.AviPalette(iMovie))
+        SetPalette(*palette);
 }
