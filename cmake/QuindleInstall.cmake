@@ -46,8 +46,6 @@ if(TARGET quindle-player)
 endif()
 
 # ----- the CMake package -----
-# Why a component may be missing from this install, for the config's error.
-set(QUINDLE_OFF_REASONS "${_QUINDLE_OFF}")
 configure_package_config_file(${PROJECT_SOURCE_DIR}/cmake/quindleConfig.cmake.in
   ${PROJECT_BINARY_DIR}/quindleConfig.cmake INSTALL_DESTINATION ${QUINDLE_CMAKE_DIR})
 # Before 1.0 a minor release may change the interface: only the same minor version answers.

@@ -10,6 +10,7 @@
 macro(_quindle_turn_off part reason)
   if(${part})
     set(${part} OFF)
+    set(_QUINDLE_WHY_${part} "${reason}")
     list(APPEND _QUINDLE_OFF "${part} (${reason})")
   endif()
 endmacro()
