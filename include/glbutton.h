@@ -26,7 +26,7 @@ public:
     GLButton(AbsGLPlane* pPlane, const KernelMemBitmap* pKernelMemBitmap, GLPoint pos, int iPriority);
     virtual ~GLButton();
 
-    // Pointer events (types 1, 2 and 0x800) go to the select function if one
+    // Pointer events (kEventPointerDown, kEventPointerUp, kEventPointerMove) go to the select function if one
     // is set, else to GeneralSelect. Returns the claimed flag.
     virtual int HandleEvent(GLEvent* pEvent);
 

@@ -67,7 +67,7 @@ public:
     AbsGLPlane();
     // Checks the arguments, then makes the kernel plane and the cast (Init).
     // The rectangle is in screen coordinates and must not be empty. Priority
-    // -9999 puts the plane above every existing plane; otherwise it is -1 or
+    // kPriorityOnTop puts the plane above every existing plane; otherwise it is -1 or
     // more. A picture plane has a picture above 0 and may be mirrored (fMirror
     // TRUE or FALSE); every other kind has picture 0 and no mirror. The colour
     // is 0..255; the window index 0..4.

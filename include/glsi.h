@@ -52,7 +52,7 @@ public:
     // No kernel record and no plane: only Init and destruction are allowed.
     GLScreenItem();
     // A view-based item on pPlane at pos (in the plane's coordinates). Priority
-    // -9999 leaves the kernel's own choice, -1 or more is fixed. Built hidden.
+    // kPriorityOnTop leaves the kernel's own choice, -1 or more is fixed. Built hidden.
     GLScreenItem(AbsGLPlane* pPlane, int iView, int iLoop, int iCel, const GLPoint& pos, int iPriority,
                  const ScaleInfo& scale);
     // A bitmap-based item; the kernel must know the bitmap.

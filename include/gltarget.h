@@ -1,8 +1,9 @@
 // gltarget.h - GLTarget, an object that input can hit.
 //
 // A target lives on a plane, has a hit test (OnMe, FALSE unless a subclass
-// gives it a shape) and an optional select function. A pointer event (types 1,
-// 2 and 0x800) that hits it calls the select function and is claimed.
+// gives it a shape) and an optional select function. A pointer event
+// (kEventPointerDown, kEventPointerUp or kEventPointerMove) that hits it calls
+// the select function and is claimed.
 #ifndef QUINDLE_GLTARGET_H
 #define QUINDLE_GLTARGET_H
 

@@ -2,7 +2,7 @@
 //
 // It checks every drawing parameter, makes the kernel polygon once (Init or
 // the full constructor), replaces its points and attributes (Update) and
-// deletes it when it goes. Priority -9999 asks for a place above every screen
+// deletes it when it goes. Priority kPriorityOnTop asks for a place above every screen
 // item of the plane; it is resolved when the polygon is made.
 #ifndef QUINDLE_KPOLY_H
 #define QUINDLE_KPOLY_H

@@ -101,6 +101,8 @@
 #include <string>
 #include <vector>
 
+class SoftCompositor;
+
 class SoftKernel : public KernelServices, public SoftKernelExtras {
 public:
     static constexpr int kWidth = 640;
@@ -133,7 +135,7 @@ public:
         mFrameHookData = data;
     }
     // The last composed frame: 640 x 480 palette indices, row by row.
-    const std::uint8_t* Frame() const { return mFrame.data(); }
+    const std::uint8_t* Frame() const;
     const SoftPalette& Palette() const { return mPalette; }
     void SetPalette(const SoftPalette& palette);
     std::uint32_t FramesComposed() const { return mFramesComposed; }
@@ -341,6 +343,7 @@ public:
     enum : unsigned { kMovieOpen = 1, kMoviePlaying = 2, kMoviePaused = 4, kMovieEnded = 8 };
 
 private:
+    friend class SoftCompositor;
     struct Item;
     struct Plane;
     struct Polygon;
@@ -360,10 +363,6 @@ private:
     const SoftBitmap* ItemBitmap(const Item& item);
     bool ItemRect(Item& item, ZOR_Rect* rect);
     int EffectivePriority(const Item& item) const;
-    void DrawPlane(Plane& plane);
-    void DrawBitmap(const SoftBitmap& bmp, int left, int top, int scaleX, int scaleY, const ZOR_Rect* inset,
-                    const ZOR_Rect& clip, bool mirror);
-    void DrawPolygon(const Polygon& poly, const Plane& plane, const ZOR_Rect& clip);
     void DrawMovies();
     void AdvanceClock();
     std::uint32_t Now() const;
@@ -380,8 +379,7 @@ private:
     AllocationLedger mLedger;
     SoftResources mResources;
     SoftPalette mPalette;
-    std::vector<std::uint8_t> mFrame;
-    std::vector<std::uint8_t> mScratch;
+    std::unique_ptr<SoftCompositor> mCompositor;
     std::string mFault;
 
     std::map<KernelPlaneRecord*, std::unique_ptr<Plane>> mPlanes;

@@ -4,7 +4,28 @@
 
 #include "SoftKernel.h"
 
+#include <algorithm>
 #include <vector>
+
+// Geometry the kernel and its compositor share.
+namespace soft {
+
+inline const ZOR_Rect kScreen(0, 0, SoftKernel::kWidth - 1, SoftKernel::kHeight - 1);
+
+inline ZOR_Rect Intersect(const ZOR_Rect& a, const ZOR_Rect& b)
+{
+    return ZOR_Rect(std::max(a.left, b.left), std::max(a.top, b.top), std::min(a.right, b.right),
+                    std::min(a.bottom, b.bottom));
+}
+
+// An item's scale as drawn: 128 is 100 percent; none or a negative one draws
+// at 100 percent, and nothing grows beyond 16 times.
+inline int ClampScale(int s)
+{
+    return s <= 0 ? 128 : (s > 128 * 16 ? 128 * 16 : s);
+}
+
+} // namespace soft
 
 struct SoftKernel::Item {
     KernelScreenItemRecord* record = nullptr;

@@ -1,6 +1,8 @@
 // SoftMovies.cpp - the soft kernel's VMD and AVI movies.
 #include "SoftKernelParts.h"
 
+#include "SoftCompositor.h"
+
 #include <algorithm>
 
 namespace {
@@ -35,7 +37,7 @@ void SoftKernel::DrawMovies()
         const SoftBitmap& bmp = a.movie->frames[static_cast<std::size_t>(a.frame)];
         const int sx = a.width > 0 ? a.width * 128 / bmp.width : 128;
         const int sy = a.height > 0 ? a.height * 128 / bmp.height : 128;
-        DrawBitmap(bmp, a.x, a.y, sx > 0 ? sx : 1, sy > 0 ? sy : 1, nullptr, screen, false);
+        mCompositor->DrawBitmap(bmp, a.x, a.y, sx > 0 ? sx : 1, sy > 0 ? sy : 1, nullptr, screen, false);
     }
     if (!mVmd || !mVmd->showing || !mVmd->movie)
         return;
@@ -44,9 +46,9 @@ void SoftKernel::DrawMovies()
     if (v.flags & 0x10) {
         // The placement colour fills the screen around the movie.
         const std::uint8_t c = mPalette.Nearest(v.red, v.green, v.blue);
-        std::fill(mFrame.begin(), mFrame.end(), c);
+        std::fill_n(mCompositor->Frame(), kWidth * kHeight, c);
     }
-    DrawBitmap(bmp, v.x, v.y, 128, 128, nullptr, screen, false);
+    mCompositor->DrawBitmap(bmp, v.x, v.y, 128, 128, nullptr, screen, false);
     if (v.blobsOn) {
         for (const auto& blob : v.blobs) {
             const int size = std::max(1, blob.size);
@@ -59,7 +61,7 @@ void SoftKernel::DrawMovies()
                         for (int x = bx; x < bx + size && x <= blob.right; x++) {
                             const int fx = v.x + x, fy = v.y + y;
                             if (fx >= 0 && fy >= 0 && fx < kWidth && fy < kHeight && x < bmp.width && y < bmp.height)
-                                mFrame[static_cast<std::size_t>(fy) * kWidth + fx] = c;
+                                mCompositor->Frame()[static_cast<std::size_t>(fy) * kWidth + fx] = c;
                         }
                 }
             }
@@ -69,7 +71,7 @@ void SoftKernel::DrawMovies()
     for (const auto& r : v.blackouts)
         for (int y = std::max(0, v.y + r.top); y <= std::min(kHeight - 1, v.y + r.bottom); y++)
             for (int x = std::max(0, v.x + r.left); x <= std::min(kWidth - 1, v.x + r.right); x++)
-                mFrame[static_cast<std::size_t>(y) * kWidth + x] = black;
+                mCompositor->Frame()[static_cast<std::size_t>(y) * kWidth + x] = black;
 }
 
 // ----- VMD -----
