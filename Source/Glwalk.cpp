@@ -339,14 +339,22 @@ struct GLWalkAreaData {
 
     // TRUE when a leg from node n toward w leaves n's corner tangentially:
     // both of the corner's edges lie on one side of it. Only such legs can
-    // be part of a shortest route.
+    // be part of a shortest route. A node moved off its corner was rounded to
+    // a whole pixel, so a leg along a moved edge may lean by a pixel or so
+    // from the edge's own direction: within that it counts as along it.
     int Tangent(int n, const Pt& w) const
     {
         const Pt& p = node[n];
         const Wide wx = Wide(w.x) - p.x, wy = Wide(w.y) - p.y;
-        const int s1 = Sign(Cross(wx, wy, nodeDirA[n].x, nodeDirA[n].y));
-        const int s2 = Sign(Cross(wx, wy, nodeDirB[n].x, nodeDirB[n].y));
-        return s1 * s2 >= 0;
+        return Side(wx, wy, nodeDirA[n]) * Side(wx, wy, nodeDirB[n]) >= 0;
+    }
+
+    int Side(Wide wx, Wide wy, const Pt& dir) const
+    {
+        const Wide s = Cross(wx, wy, dir.x, dir.y);
+        if (clearance > 0 && double(s) * s <= 2.25 * (double(dir.x) * dir.x + double(dir.y) * dir.y))
+            return 0;
+        return Sign(s);
     }
 
     // The whole-pixel point within reach of (x, y) where an actor may stand

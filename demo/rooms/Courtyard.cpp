@@ -2,7 +2,7 @@
 // 100.so; the five functions at the end are what the room manager calls.
 //
 // Pip stands by the well. Click the cobbles and he walks there, around the
-// well if it is in his way. The Talk button starts a conversation between
+// well and the tree if they are in his way. The Talk button starts a conversation between
 // Pip and the voice of the story (the cursor waits meanwhile; a click or
 // Enter moves on to the next line, Escape cuts it short). The Ring button
 // rings the bell over the well (the button holds the input while pressed:
@@ -50,6 +50,7 @@ public:
     void RingBell();
     void Talk();
     void ThroughTheGate();
+    void HearAmbience();
 
     GLPicturePlane* mpBack;      // the picture: sky, wall, well, cobbles
     GLTransparentPlane* mpFront; // everything that moves or takes clicks
@@ -64,7 +65,8 @@ public:
     Conversation* mpConversation;
     Balloon* mpPipSays;
     Balloon* mpStorySays;
-    int mAmbience; // the ambient track's number
+    GLSndTrack* mpAmbience; // owned by the sound manager
+    int mHeard;             // the ambient samples heard in this visit, a bit each
 };
 
 Courtyard* gCourtyard = 0;
@@ -150,9 +152,8 @@ Courtyard::Courtyard() : mpScene(0)
 
     // Pip appears where he came from: by the tree, or out of the arch.
     const int fromGallery = Demo()->CameFrom() == kGallery;
-    mpPip = new Walker(mpFront, kPipView, fromGallery ? GLPoint(545, 318) : GLPoint(150, 420));
-    mpPip->SetFloor(ZOR_Rect(16, 300, 624, 430));
-    mpPip->SetObstacle(ZOR_Rect(258, 345, 382, 392)); // the well's foot
+    // He walks the cobbles round the well and the tree (walk/100.txt).
+    mpPip = new Walker(mpFront, kPipView, fromGallery ? GLPoint(545, 318) : GLPoint(150, 420), kCourtyard);
 
     // The gate fills the arch, behind Pip (fixed priority 0).
     mpGate = new GLCel(mpFront, kGateView, kOnlyLoop, kGateShut, GLPoint(500, 170), kBehindPip, kFullSizeScale);
@@ -184,10 +185,25 @@ Courtyard::Courtyard() : mpScene(0)
     mpArch->Init();
 
     // Wind and birds, read from a track file: the track plays at once.
-    GLSndTrack* track = Demo()->Sound()->CreateSndTrack(Demo()->FolderFile("ambient.txt"));
-    mAmbience = track ? track->mTrackId : 0;
-    if (track)
-        Demo()->Log("ambient track %d plays: wind and birds", mAmbience);
+    mpAmbience = Demo()->Sound()->CreateSndTrack(Demo()->FolderFile("tracks/ambient.txt"));
+    mHeard = 0;
+    if (mpAmbience)
+        Demo()->Log("ambient track %d read from tracks/ambient.txt", mpAmbience->mTrackId);
+}
+
+// The log tells what the ambient track really plays, not what it was meant
+// to: each of its samples once a visit, when it is first heard. The track
+// names the sample it reached last; the kernel says whether it sounds.
+void Courtyard::HearAmbience()
+{
+    const int sample = mpAmbience ? mpAmbience->mSample : 0;
+    int volume = 0;
+    if (sample < kWind || sample > kBirdRight || (mHeard & (1 << sample)) ||
+        !Demo()->Sound()->GetSampleVolume(sample, &volume, 0))
+        return;
+    mHeard |= 1 << sample;
+    Demo()->Log("the ambient track plays sample %d: %s", sample,
+                sample == kWind ? "the wind" : sample == kBirdLeft ? "a bird on the left" : "a bird on the right");
 }
 
 Courtyard::~Courtyard()
@@ -208,8 +224,8 @@ Courtyard::~Courtyard()
     Demo()->CancelCuesTo(mpPip);
     Demo()->CancelCuesTo(mpScene);
     delete opening;
-    if (mAmbience)
-        Demo()->Sound()->DeleteSndTrack(mAmbience);
+    if (mpAmbience)
+        Demo()->Sound()->DeleteSndTrack(mpAmbience->mTrackId);
     delete mpScene;
     delete mpConversation;
     delete mpStorySays;
@@ -232,6 +248,7 @@ void Courtyard::DoIt()
 {
     // Pointing at the arch lights its outline and shows the hand; the
     // cursor's other modes (hands off during the scene) take precedence.
+    HearAmbience();
     GLCursor* cursor = theGame->mpCursor;
     if (mpScene)
         return;

@@ -86,8 +86,9 @@ Gallery::Gallery()
     theGame->mpPlaneManager->Add(mpBack);
     theGame->mpPlaneManager->Add(mpFront);
 
-    mpPip = new Walker(mpFront, kPipView, GLPoint(70, 410));
-    mpPip->SetFloor(ZOR_Rect(30, 330, 610, 430));
+    // He walks the floorboards, between the legs of the television's stand
+    // (walk/200.txt).
+    mpPip = new Walker(mpFront, kPipView, GLPoint(70, 410), kGallery);
     mpPip->Face(Walker::kRight);
 
     // The television glows on and off: a plain cycler steps through its two

@@ -1,106 +1,78 @@
-// test_walker.cpp - the demo's walker on the recording kernel, frame by frame:
-// how a game tests its own classes without an engine.
-#include "../game/Walker.h"
+// test_walker.cpp - Pip on the recording kernel, frame by frame, on the
+// courtyard's floor as the game folder holds it: how a game tests its own
+// classes and data without an engine.
 
 #include "GameTest.h"
-#include "glcycler.h"
+#include "glcel.h"
+#include "glwalk.h"
+#include "glwalker.h"
 
 #include <vector>
 
 namespace {
 
-const ZOR_Rect kWell(258, 345, 382, 392);
+// The well's foot in walk/100.txt: a rectangle with its lower corners cut.
+const ZOR_Rect kWell(258, 345, 382, 380), kWellFront(280, 380, 360, 392);
 
 class WalkerTest : public GameTest {
 protected:
     WalkerTest()
     {
         k.SetView(100, {4, 4, 4, 4}); // four walk loops of four cels
-        pip = new Walker(plane, 100, GLPoint(150, 420));
-        pip->SetFloor(ZOR_Rect(16, 300, 624, 430));
-        pip->SetObstacle(kWell);
+        area = GLWalkArea::Load(DEMO_FOLDER "/walk/100.txt", report, sizeof report);
+        pip = new GLWalker(new GLCel(plane, 100, GLWalker::kToward, 0, GLPoint(150, 420), kPriorityOnTop,
+                                     kFullSizeScale),
+                           area);
+        pip->GetActor()->SetMoveSpeed(2);
+        pip->GetActor()->SetStepSize(GLPoint(4, 2));
     }
     ~WalkerTest() override
     {
+        GLCel* cel = pip->GetActor();
         delete pip;
-        // Cues still on their way when a test stops early.
-        while (game->mpObjects->NumElements() > 0)
-            delete game->mpObjects->At(0);
+        delete cel;
+        delete area;
     }
-    // Runs frames until the walker stands still (or 2000 ticks), noting where
-    // he stood after each.
+    // Runs frames until he stands still, noting where he stood after each.
     void WalkOut()
     {
         for (int i = 0; i < 2000 && pip->IsWalking(); i++) {
             Frame(++tick);
-            trail.push_back({pip->Cel()->GetPos().GetX(), pip->Cel()->GetPos().GetY(), pip->Cel()->GetLoop()});
+            trail.push_back({pip->GetActor()->GetPos().GetX(), pip->GetActor()->GetPos().GetY(),
+                             pip->GetActor()->GetLoop()});
         }
-        for (int i = 0; i < 3; i++) // the cues of the arrival
+        for (int i = 0; i < 3; i++) // the cue of the arrival
             Frame(++tick);
     }
     struct Step {
         int x, y, loop;
     };
-    Walker* pip;
+    char report[256] = "";
+    GLWalkArea* area;
+    GLWalker* pip;
     CueRecorder caller;
     std::vector<Step> trail;
     std::uint32_t tick = 0;
 };
 
-TEST_F(WalkerTest, GoesRoundTheWellAndCuesOnArrival)
+TEST_F(WalkerTest, GoesRoundTheFrontOfTheWellWalkingRightAndCuesOnArrival)
 {
+    ASSERT_TRUE(area) << report;
     pip->WalkTo(GLPoint(460, 330), &caller); // behind the well, on the far side
     WalkOut();
-    ASSERT_FALSE(trail.empty());
-    for (const Step& s : trail)
-        EXPECT_FALSE(s.x >= kWell.left && s.x <= kWell.right && s.y >= kWell.top && s.y <= kWell.bottom)
-            << "stepped into the well at " << s.x << "," << s.y;
-    EXPECT_EQ(pip->Cel()->GetPos().GetX(), 460);
-    EXPECT_EQ(pip->Cel()->GetPos().GetY(), 330);
-    EXPECT_EQ(caller.cues, 1);
-    EXPECT_EQ(caller.lastCuer, static_cast<GLObject*>(pip));
-    // Round the front: he passed below the well.
-    bool below = false;
-    for (const Step& s : trail)
-        below = below || (s.x > kWell.left && s.x < kWell.right && s.y > kWell.bottom);
-    EXPECT_TRUE(below);
-}
-
-TEST_F(WalkerTest, FacesEachLegAndStandsAtTheEnd)
-{
-    pip->WalkTo(GLPoint(460, 330), 0);
-    WalkOut();
-    // Right along the front of the well, then away from us up the last leg.
-    bool right = false, away = false;
+    bool below = false, right = true;
     for (const Step& s : trail) {
-        right = right || s.loop == Walker::kRight;
-        away = away || (right && s.loop == Walker::kAway);
+        for (const ZOR_Rect& r : {kWell, kWellFront})
+            EXPECT_FALSE(s.x >= r.left && s.x <= r.right && s.y >= r.top && s.y <= r.bottom)
+                << "stepped into the well at " << s.x << "," << s.y;
+        below = below || (s.x > kWell.left && s.x < kWell.right && s.y > kWell.bottom);
+        right = right && s.loop == GLWalker::kRight; // every leg is more across than in depth
     }
+    EXPECT_TRUE(below); // along the front
     EXPECT_TRUE(right);
-    EXPECT_TRUE(away);
-    EXPECT_EQ(pip->Cel()->GetCel(), 0); // standing
-    EXPECT_FALSE(pip->Cel()->GetCycler() && pip->Cel()->GetCycler()->IsCycling());
-}
-
-TEST_F(WalkerTest, ANewWalkReplacesTheOldAndItsCallerIsNotCued)
-{
-    CueRecorder second;
-    pip->WalkTo(GLPoint(600, 420), &caller);
-    for (int i = 0; i < 20; i++)
-        Frame(++tick);
-    pip->WalkTo(GLPoint(100, 420), &second);
-    WalkOut();
-    EXPECT_EQ(caller.cues, 0);
-    EXPECT_EQ(second.cues, 1);
-    EXPECT_EQ(pip->Cel()->GetPos().GetX(), 100);
-}
-
-TEST_F(WalkerTest, TargetsOffTheFloorArePulledIn)
-{
-    pip->WalkTo(GLPoint(150, 100), 0); // up the wall
-    WalkOut();
-    EXPECT_EQ(pip->Cel()->GetPos().GetX(), 150);
-    EXPECT_EQ(pip->Cel()->GetPos().GetY(), 300);
+    EXPECT_EQ(pip->GetActor()->GetPos(), GLPoint(460, 330));
+    EXPECT_EQ(pip->GetActor()->GetCel(), 0);
+    EXPECT_EQ(caller.cues, 1);
 }
 
 } // namespace

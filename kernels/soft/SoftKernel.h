@@ -38,28 +38,7 @@
 // Input. Headless, events come from a script (SoftScript.h) as the clock
 // reaches their tick; the pointer position of a null event is the cursor's.
 //
-// Sound. The kernel keeps the full state of every sample as if it played: a
-// sample plays for the real duration of its WAV (rounded up to whole ticks), a
-// pause stops its time, a fade changes its volume linearly to the target over
-// its time and, when asked, stops the sample at the end; speech of a message
-// plays for the length of its WAV. Headless, nothing is heard; the player's
-// window mixes what AudibleSources() reports into its audio device. The kernel
-// answers IsAudioInstalled with 1 either way, because everything the library
-// observes behaves as with a device.
-//
-// FadeSample(sample, target, stepTicks, durationTicks, stopAtEnd, tag): the
-// volume moves from where it is to the target in `durationTicks` ticks (at once
-// when 0 or less), in steps every `stepTicks` ticks (every tick when 0 or less);
-// with stopAtEnd non-zero the sample stops when the fade is over.
-// DistortSample / DistortAllSamples set a distortion the window's mixer applies
-// (the value n > 0 drops the n lowest bits of each sample). The sample rate,
-// bits and channel count, the automatic volume adjustment and the DAC flag are
-// kept and answered back; the mixer opens its device at the rate in force
-// when the window starts.
-// GetGlobalDuration writes the ticks left of the longest sample still playing
-// and returns how many samples play. CheckNoise answers how many playing,
-// unpaused samples have a volume above 0. ResourceExists knows the sound types
-// 12 and 13 only and answers 0 for any other type.
+// Sound: SoftAudio.h.
 //
 // Robots (robots/<n>.txt): a robot shows frame n during ticks n*rate to
 // (n+1)*rate-1 after PlayRobot, at (x, y) of its plane with its priority.
@@ -89,8 +68,11 @@
 #include "kernel.h"
 
 #include "AllocationLedger.h"
+#include "SoftAudio.h"
+#include "SoftBitmaps.h"
 #include "SoftExtras.h"
 #include "SoftImage.h"
+#include "SoftMessages.h"
 #include "SoftResources.h"
 #include "SoftScript.h"
 
@@ -103,7 +85,7 @@
 
 class SoftCompositor;
 
-class SoftKernel : public KernelServices, public SoftKernelExtras {
+class SoftKernel : public KernelServices, public SoftKernelExtras, private SoftServiceHost {
 public:
     static constexpr int kWidth = 640;
     static constexpr int kHeight = 480;
@@ -134,6 +116,14 @@ public:
         mFrameHook = hook;
         mFrameHookData = data;
     }
+    // Called with one line for each step a developer debugging a game follows:
+    // "sample 5 starts", "sample 5 stops", "sample 5 ends", "message 100 1 1 0 1
+    // (talker 1): <text>", "robot 10 starts", "movie 300.VMD starts".
+    void SetTraceHook(void (*hook)(const char* line, void*), void* data)
+    {
+        mTraceHook = hook;
+        mTraceHookData = data;
+    }
     // The last composed frame: 640 x 480 palette indices, row by row.
     const std::uint8_t* Frame() const;
     const SoftPalette& Palette() const { return mPalette; }
@@ -150,76 +140,70 @@ public:
     // Where the cursor is and whether it is drawn.
     ZOR_Point CursorPos() const { return ZOR_Point(mCursorX, mCursorY); }
     bool CursorVisible() const { return mCursorVisible; }
-    // Path of the TrueType font used by DrawText (DejaVu Sans by default).
-    void SetFontPath(const std::string& path);
-    // The state of a sample as the kernel keeps it (tests, the mixer).
-    struct SampleView {
-        bool playing;
-        bool paused;
-        int volume;
-        int pan;
-        std::uint32_t elapsedTicks;
-        std::uint32_t durationTicks;
-        const SoftWav* wav;
-    };
-    bool GetSampleState(int sample, SampleView* out);
-    // What can be heard now: every playing, unpaused sample and speech, for a
-    // mixer. `id` tells sources apart (samples by number, speech below 0);
-    // `elapsedTicks` is where in the WAV the kernel's clock says it is.
-    struct AudibleSource {
-        long long id;
-        const SoftWav* wav;
-        std::uint32_t elapsedTicks;
-        int volume;  // 0..127, the global volume applied
-        int pan;     // 0..100
-        int distort; // 0 none; n > 0 drops the n lowest bits of every sample (at most 15)
-    };
-    std::vector<AudibleSource> AudibleSources();
+    // Path of the TrueType font used by DrawText. By default, on first use,
+    // the file the system's font configuration gives for DejaVu Sans, else
+    // Debian's path for it; with neither, text draws nothing and the fault
+    // says what was looked for.
+    void SetFontPath(const std::string& path) { mBitmaps.SetFontPath(path); }
+    // The state of a sample, and what can be heard now (SoftAudio.h).
+    using SampleView = SoftAudio::SampleView;
+    using AudibleSource = SoftAudio::AudibleSource;
+    bool GetSampleState(int sample, SampleView* out) { return mAudio.GetSampleState(sample, out); }
+    std::vector<AudibleSource> AudibleSources() { return mAudio.AudibleSources(); }
 
     // ----- KernelServices -----
-    int GetActiveSampleCount() override;
-    int IsAudioInstalled() override;
-    int PreloadSample(int iSample) override;
-    void PlaySampleAlternate(int iSample, int iQualifier, int iVolume, int iTag) override;
+    int GetActiveSampleCount() override { return mAudio.GetActiveSampleCount(); }
+    int IsAudioInstalled() override { return mAudio.IsAudioInstalled(); }
+    int PreloadSample(int iSample) override { return mAudio.PreloadSample(iSample); }
+    void PlaySampleAlternate(int iSample, int iQualifier, int iVolume, int iTag) override
+    { mAudio.PlaySampleAlternate(iSample, iQualifier, iVolume, iTag); }
     int PlayMessageAudio(int iKey1, int iKey2, int iKey3, int iKey4, int iSequence, int iUnused1, int iVolume,
                          int iUnused2) override;
-    void PlaySample(int iSample, int iQualifier, int iVolume, int iTag, int iUnused) override;
-    void StopAllSamples() override;
-    void StopMessageAudio(int iKey1, int iKey2, int iKey3, int iKey4, int iSequence) override;
-    void StopSample(int iSample, int iQualifier) override;
-    int PauseAllSamples() override;
-    int PauseSample(int iSample, int iQualifier) override;
-    int ResumeAllSamples() override;
-    int ResumeSample(int iSample, int iQualifier) override;
-    int GetGlobalDuration(int* piValue) override;
-    void GetSampleDuration(int iSample, int* piDuration, int iTag) override;
-    void SetSampleRate(int iRate) override;
-    void DefaultSampleRate() override;
-    int GetSampleRate() override;
-    void SetSampleBits(int iBits) override;
-    int GetSampleBits() override;
-    void SetChannelCount(int iChannels) override;
-    void DefaultChannelCount() override;
-    int GetChannelCount() override;
-    int GetAutoVolAdjust() override;
-    void SetAutoVolAdjust(int iValue) override;
-    void DistortAllSamples(int iValue) override;
-    void DistortSample(int iSample, int iValue1, int iValue2) override;
-    int GetGlobalVolume() override;
-    int IsMessageAudioPlaying(int iKey1, int iKey2, int iKey3, int iKey4, int iSequence, int* piUnused) override;
-    int GetSampleVolume(int iSample, int* piVolume, int iTag) override;
-    void SetGlobalVolume(int iVolume) override;
-    void SetSampleVolume(int iSample, int iVolume, int iValue) override;
-    int FadeSample(int iSample, int iTargetVolume, int iValue1, int iValue2, int iValue3, int iTag) override;
-    int CheckNoise() override;
-    void PanSample(int iSample, int iPan, int iValue) override;
-    void StopPanSample(int iSample, int iValue) override;
-    int GetDACCritical() override;
-    void SetDACCritical(int iValue) override;
-    void LoadResource(int iType, int* piNumber, int iValue) override;
-    void LockResource(int iType, int iNumber) override;
-    void UnlockResource(int iType, int iNumber) override;
-    int ResourceExists(int iType, int iNumber) override;
+    void PlaySample(int iSample, int iQualifier, int iVolume, int iTag, int iUnused) override
+    { mAudio.PlaySample(iSample, iQualifier, iVolume, iTag, iUnused); }
+    void StopAllSamples() override { mAudio.StopAllSamples(); }
+    void StopMessageAudio(int iKey1, int iKey2, int iKey3, int iKey4, int iSequence) override
+    { mAudio.StopMessageAudio(iKey1, iKey2, iKey3, iKey4, iSequence); }
+    void StopSample(int iSample, int iQualifier) override { mAudio.StopSample(iSample, iQualifier); }
+    int PauseAllSamples() override { return mAudio.PauseAllSamples(); }
+    int PauseSample(int iSample, int iQualifier) override { return mAudio.PauseSample(iSample, iQualifier); }
+    int ResumeAllSamples() override { return mAudio.ResumeAllSamples(); }
+    int ResumeSample(int iSample, int iQualifier) override { return mAudio.ResumeSample(iSample, iQualifier); }
+    int GetGlobalDuration(int* piValue) override { return mAudio.GetGlobalDuration(piValue); }
+    void GetSampleDuration(int iSample, int* piDuration, int iTag) override
+    { mAudio.GetSampleDuration(iSample, piDuration, iTag); }
+    void SetSampleRate(int iRate) override { mAudio.SetSampleRate(iRate); }
+    void DefaultSampleRate() override { mAudio.DefaultSampleRate(); }
+    int GetSampleRate() override { return mAudio.GetSampleRate(); }
+    void SetSampleBits(int iBits) override { mAudio.SetSampleBits(iBits); }
+    int GetSampleBits() override { return mAudio.GetSampleBits(); }
+    void SetChannelCount(int iChannels) override { mAudio.SetChannelCount(iChannels); }
+    void DefaultChannelCount() override { mAudio.DefaultChannelCount(); }
+    int GetChannelCount() override { return mAudio.GetChannelCount(); }
+    int GetAutoVolAdjust() override { return mAudio.GetAutoVolAdjust(); }
+    void SetAutoVolAdjust(int iValue) override { mAudio.SetAutoVolAdjust(iValue); }
+    void DistortAllSamples(int iValue) override { mAudio.DistortAllSamples(iValue); }
+    void DistortSample(int iSample, int iValue1, int iValue2) override
+    { mAudio.DistortSample(iSample, iValue1, iValue2); }
+    int GetGlobalVolume() override { return mAudio.GetGlobalVolume(); }
+    int IsMessageAudioPlaying(int iKey1, int iKey2, int iKey3, int iKey4, int iSequence, int* piUnused) override
+    { return mAudio.IsMessageAudioPlaying(iKey1, iKey2, iKey3, iKey4, iSequence, piUnused); }
+    int GetSampleVolume(int iSample, int* piVolume, int iTag) override
+    { return mAudio.GetSampleVolume(iSample, piVolume, iTag); }
+    void SetGlobalVolume(int iVolume) override { mAudio.SetGlobalVolume(iVolume); }
+    void SetSampleVolume(int iSample, int iVolume, int iValue) override
+    { mAudio.SetSampleVolume(iSample, iVolume, iValue); }
+    int FadeSample(int iSample, int iTargetVolume, int iValue1, int iValue2, int iValue3, int iTag) override
+    { return mAudio.FadeSample(iSample, iTargetVolume, iValue1, iValue2, iValue3, iTag); }
+    int CheckNoise() override { return mAudio.CheckNoise(); }
+    void PanSample(int iSample, int iPan, int iValue) override { mAudio.PanSample(iSample, iPan, iValue); }
+    void StopPanSample(int iSample, int iValue) override { mAudio.StopPanSample(iSample, iValue); }
+    int GetDACCritical() override { return mAudio.GetDACCritical(); }
+    void SetDACCritical(int iValue) override { mAudio.SetDACCritical(iValue); }
+    void LoadResource(int iType, int* piNumber, int iValue) override { mAudio.LoadResource(iType, piNumber, iValue); }
+    void LockResource(int iType, int iNumber) override { mAudio.LockResource(iType, iNumber); }
+    void UnlockResource(int iType, int iNumber) override { mAudio.UnlockResource(iType, iNumber); }
+    int ResourceExists(int iType, int iNumber) override { return mAudio.ResourceExists(iType, iNumber); }
 
     int GetNowSeenRect(std::int32_t lPlaneId, std::int32_t lScreenItemId, ZOR_Rect* pRect) override;
     int NumLoops(int iView) override;
@@ -262,11 +246,14 @@ public:
     std::uint32_t GetRobotSignal() override;
 
     int GetMessage(int iKey1, int iKey2, int iKey3, int iKey4, int iSequence, char* pBuffer,
-                   int iBufferSize) override;
-    int GetNextMessage(char* pBuffer, int iBufferSize) override;
-    int GetMessageSize(int iKey1, int iKey2, int iKey3, int iKey4, int iSequence, int* piSize) override;
-    int GetNextMessageSize(int* piSize) override;
-    void GetLastMessageKeys(int* piKeys) override;
+                   int iBufferSize) override
+    { return mMessages.GetMessage(iKey1, iKey2, iKey3, iKey4, iSequence, pBuffer, iBufferSize); }
+    int GetNextMessage(char* pBuffer, int iBufferSize) override
+    { return mMessages.GetNextMessage(pBuffer, iBufferSize); }
+    int GetMessageSize(int iKey1, int iKey2, int iKey3, int iKey4, int iSequence, int* piSize) override
+    { return mMessages.GetMessageSize(iKey1, iKey2, iKey3, iKey4, iSequence, piSize); }
+    int GetNextMessageSize(int* piSize) override { return mMessages.GetNextMessageSize(piSize); }
+    void GetLastMessageKeys(int* piKeys) override { mMessages.GetLastMessageKeys(piKeys); }
 
     void GetEvent(std::uint32_t uMask, KernelEventRecord* pRecord) override;
     void PlaneToLocal(std::int32_t lPlaneId, ZOR_Point* pPoint) override;
@@ -312,7 +299,7 @@ public:
     KernelScreenItemRecord* NewScreenItem(std::int32_t lPlaneId, KernelScreenItemSource* pSource, ZOR_Point pos,
                                           ScaleInfo scale) override;
     void DisposeScreenItem(KernelScreenItemRecord* pRecord) override;
-    int DLLCheckValid(int iMemId) override;
+    int DLLCheckValid(int iMemId) override { return mBitmaps.IsLive(iMemId); }
     void PlaneCreated(KernelPlaneRecord* pRecord) override;
 
     unsigned OpenAvi(int iMovie, const char* pFileName) override;
@@ -332,12 +319,15 @@ public:
     unsigned SetAviEvent(int iEventFlags) override;
 
     // ----- SoftKernelExtras -----
-    std::uint16_t CreateMemBitmap(int width, int height, int fillColor, int skipColor) override;
-    void FreeMemBitmap(std::uint16_t memId) override;
-    void FillMemBitmap(std::uint16_t memId, int left, int top, int right, int bottom, int color) override;
+    std::uint16_t CreateMemBitmap(int width, int height, int fillColor, int skipColor) override
+    { return mBitmaps.CreateMemBitmap(width, height, fillColor, skipColor); }
+    void FreeMemBitmap(std::uint16_t memId) override { mBitmaps.FreeMemBitmap(memId); }
+    void FillMemBitmap(std::uint16_t memId, int left, int top, int right, int bottom, int color) override
+    { mBitmaps.FillMemBitmap(memId, left, top, right, bottom, color); }
     int DrawText(std::uint16_t memId, int x, int y, const char* text, int color, int pixelSize,
-                 int maxWidth) override;
-    int TextWidth(const char* text, int pixelSize) override;
+                 int maxWidth) override
+    { return mBitmaps.DrawText(memId, x, y, text, color, pixelSize, maxWidth); }
+    int TextWidth(const char* text, int pixelSize) override { return mBitmaps.TextWidth(text, pixelSize); }
 
     // Movie status bits.
     enum : unsigned { kMovieOpen = 1, kMoviePlaying = 2, kMoviePaused = 4, kMovieEnded = 8 };
@@ -347,13 +337,12 @@ private:
     struct Item;
     struct Plane;
     struct Polygon;
-    struct Sample;
     struct Robot;
     struct Avi;
     struct Vmd;
-    struct Font;
 
-    void Report(const std::string& fault);
+    void Report(const std::string& fault) override;
+    __attribute__((format(printf, 2, 3))) void Trace(const char* format, ...) override;
     void ForgetItem(KernelScreenItemRecord* pRecord, const char* operation);
     Plane* FindPlane(std::int32_t id);
     Item* FindItem(std::int32_t planeId, std::int32_t itemId);
@@ -365,13 +354,8 @@ private:
     int EffectivePriority(const Item& item) const;
     void DrawMovies();
     void AdvanceClock();
-    std::uint32_t Now() const;
-    Sample* FindSample(int sample);
-    void UpdateSample(Sample& s);
-    void StartSample(int iSample, int iVolume);
+    std::uint32_t Now() const override;
     std::uint32_t RobotElapsed() const;
-    const SoftMessage* FindMessage(const int keys[5]);
-    const SoftMessage* NextMessage();
     bool TakeEndingInput(); // a press or key is waiting: take it (movie ends)
     int ShowStylePercent(const Plane& plane) const;
     void FinishScroll(Plane& plane);
@@ -397,6 +381,8 @@ private:
     std::uint32_t mFramesComposed = 0;
     void (*mFrameHook)(SoftKernel&, void*) = nullptr;
     void* mFrameHookData = nullptr;
+    void (*mTraceHook)(const char*, void*) = nullptr;
+    void* mTraceHookData = nullptr;
 
     std::deque<SoftInputEvent> mInput;
     std::int32_t mCursorX = 320;
@@ -405,39 +391,16 @@ private:
     int mCursorView = -1, mCursorLoop = 0, mCursorCel = 0;
     std::uint64_t mRandom = 1;
 
-    std::map<int, std::unique_ptr<Sample>> mSamples;
-    int mGlobalVolume = 127;
-    int mSampleRate = 22050;
-    int mSampleBits = 16;
-    int mChannels = 2;
-    int mAutoVolAdjust = 0;
-    int mDistortAll = 0;
-    int mDACCritical = 0;
-    std::map<std::pair<int, int>, int> mLocks;
-    struct Speech {
-        int keys[5];
-        std::uint32_t start;
-        std::uint32_t duration;
-        const SoftWav* wav;
-    };
-    std::vector<Speech> mSpeech;
+    SoftAudio mAudio{*this, mResources};
 
-    int mLastMessageKeys[5] = {0, 0, 0, 0, 0};
-    bool mHaveLastMessage = false;
+    SoftMessages mMessages{*this, mResources};
 
     std::unique_ptr<Robot> mRobot;
     std::unique_ptr<Vmd> mVmd;
     std::map<int, std::unique_ptr<Avi>> mAvis;
     unsigned mAviEventFlags = 0;
 
-    struct MemBitmap {
-        SoftBitmap bitmap;
-        int skip = -1;
-    };
-    std::map<std::uint16_t, MemBitmap> mMemBitmaps;
-    std::uint16_t mNextMemId = 1;
-    std::unique_ptr<Font> mFont;
-    std::string mFontPath;
+    SoftBitmaps mBitmaps{*this, kWidth, kHeight};
 };
 
 #endif

@@ -90,23 +90,6 @@ struct SoftKernel::Plane {
     std::uint32_t scrollStart = 0;
 };
 
-struct SoftKernel::Sample {
-    int number = 0;
-    const SoftWav* wav = nullptr;
-    bool playing = false;
-    bool paused = false;
-    std::uint32_t start = 0;      // tick it started
-    std::uint32_t pausedAt = 0;
-    std::uint32_t pausedTotal = 0;
-    std::uint32_t duration = 0;
-    int volume = 127;
-    int pan = 50;
-    int distort = 0;
-    bool fading = false;
-    int fadeFrom = 0, fadeTo = 0, fadeStep = 1, fadeStop = 0;
-    std::uint32_t fadeStart = 0, fadeDuration = 0;
-};
-
 struct SoftKernel::Robot {
     std::uint32_t number = 0;
     const SoftRobot* data = nullptr;
@@ -151,14 +134,6 @@ struct SoftKernel::Avi {
     std::uint32_t start = 0;  // tick at which `startFrame` showed
     int startFrame = 0;
     std::uint64_t serial = 0;
-};
-
-// The font behind DrawText (FreeType handles, opened on first use).
-struct SoftKernel::Font {
-    void* library = nullptr; // FT_Library
-    void* face = nullptr;    // FT_Face
-    bool failed = false;
-    ~Font();
 };
 
 #endif

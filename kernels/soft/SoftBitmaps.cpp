@@ -1,12 +1,18 @@
-// SoftFont.cpp - text into memory bitmaps, with FreeType and a TrueType font.
-#include "SoftKernelParts.h"
+// SoftBitmaps.cpp - memory bitmaps, and text drawn into them with FreeType
+// (see SoftBitmaps.h).
+#include "SoftBitmaps.h"
 
 #include <ft2build.h>
 #include FT_FREETYPE_H
+#if defined(QUINDLE_HAVE_FONTCONFIG)
+#include <fontconfig/fontconfig.h>
+#endif
+
+#include <sys/stat.h>
 
 #include <algorithm>
 
-SoftKernel::Font::~Font()
+SoftBitmaps::Font::~Font()
 {
     if (face)
         FT_Done_Face(static_cast<FT_Face>(face));
@@ -54,28 +60,137 @@ int LineWidth(FT_Face face, const std::string& line)
     return w;
 }
 
+const char* const kFontName = "DejaVu Sans";
+const char* const kDebianFontPath = "/usr/share/fonts/truetype/dejavu/DejaVuSans.ttf";
+
+bool IsFile(const std::string& path)
+{
+    struct stat st;
+    return !path.empty() && ::stat(path.c_str(), &st) == 0 && S_ISREG(st.st_mode);
+}
+
+#if defined(QUINDLE_HAVE_FONTCONFIG)
+// The file the system's font configuration gives for the name, as a font
+// lookup on the command line would; empty when it gives none.
+std::string FontconfigMatch(const char* name)
+{
+    std::string path;
+    FcConfig* config = FcInitLoadConfigAndFonts();
+    FcPattern* pattern = config ? FcNameParse(reinterpret_cast<const FcChar8*>(name)) : nullptr;
+    if (pattern) {
+        FcConfigSubstitute(config, pattern, FcMatchPattern);
+        FcDefaultSubstitute(pattern);
+        FcResult result = FcResultNoMatch;
+        if (FcPattern* match = FcFontMatch(config, pattern, &result)) {
+            FcChar8* file = nullptr;
+            if (FcPatternGetString(match, FC_FILE, 0, &file) == FcResultMatch && file)
+                path = reinterpret_cast<const char*>(file);
+            FcPatternDestroy(match);
+        }
+        FcPatternDestroy(pattern);
+    }
+    if (config)
+        FcConfigDestroy(config);
+    return path;
+}
+#endif
+
+// The font behind DrawText when the host named none: what the system's font
+// configuration finds for DejaVu Sans, else Debian's own path for it. Empty,
+// with `error` set, when neither gives a readable file.
+std::string FindFont(std::string* error)
+{
+    std::string tried;
+#if defined(QUINDLE_HAVE_FONTCONFIG)
+    const std::string matched = FontconfigMatch(kFontName);
+    if (IsFile(matched))
+        return matched;
+    tried = "fontconfig has no font file for \"" + std::string(kFontName) + "\", and ";
+#endif
+    if (IsFile(kDebianFontPath))
+        return kDebianFontPath;
+    *error = std::string("no font for text: ") + tried + kDebianFontPath +
+             " does not exist (install fonts-dejavu-core, or name a font with SetFontPath)";
+    return std::string();
+}
+
 } // namespace
 
-void SoftKernel::SetFontPath(const std::string& path)
+int SoftBitmaps::IsLive(int iMemId) const
+{
+    if (iMemId <= 0 || iMemId > 0xFFFF)
+        return 0;
+    return mMemBitmaps.count(static_cast<std::uint16_t>(iMemId)) ? 1 : 0;
+}
+
+std::uint16_t SoftBitmaps::CreateMemBitmap(int width, int height, int fillColor, int skipColor)
+{
+    if (width < 1 || width > mMaxWidth || height < 1 || height > mMaxHeight || fillColor < 0 || fillColor > 255 ||
+        skipColor < -1 || skipColor > 255)
+        return 0;
+    if (mMemBitmaps.size() >= 0xFFFF)
+        return 0;
+    while (mNextMemId == 0 || mMemBitmaps.count(mNextMemId))
+        mNextMemId++;
+    const std::uint16_t id = mNextMemId++;
+    MemBitmap& m = mMemBitmaps[id];
+    m.bitmap.Resize(width, height, static_cast<std::uint8_t>(fillColor), fillColor == skipColor ? 0 : 1);
+    m.skip = skipColor;
+    return id;
+}
+
+void SoftBitmaps::FreeMemBitmap(std::uint16_t memId)
+{
+    mMemBitmaps.erase(memId);
+}
+
+void SoftBitmaps::FillMemBitmap(std::uint16_t memId, int left, int top, int right, int bottom, int color)
+{
+    auto found = mMemBitmaps.find(memId);
+    if (found == mMemBitmaps.end() || color < 0 || color > 255)
+        return;
+    MemBitmap& m = found->second;
+    const int x0 = std::max(left, 0), x1 = std::min(right, m.bitmap.width - 1);
+    const int y0 = std::max(top, 0), y1 = std::min(bottom, m.bitmap.height - 1);
+    for (int y = y0; y <= y1; y++) {
+        for (int x = x0; x <= x1; x++) {
+            const std::size_t i = static_cast<std::size_t>(y) * m.bitmap.width + x;
+            m.bitmap.pixels[i] = static_cast<std::uint8_t>(color);
+            m.bitmap.opaque[i] = color == m.skip ? 0 : 1;
+        }
+    }
+}
+
+const SoftBitmap* SoftBitmaps::Find(std::uint16_t memId) const
+{
+    auto found = mMemBitmaps.find(memId);
+    return found == mMemBitmaps.end() ? nullptr : &found->second.bitmap;
+}
+
+void SoftBitmaps::SetFontPath(const std::string& path)
 {
     mFontPath = path;
     mFont.reset();
 }
 
-int SoftKernel::TextWidth(const char* text, int pixelSize)
+int SoftBitmaps::TextWidth(const char* text, int pixelSize)
 {
     if (!text)
         return 0;
     if (!mFont) {
         mFont = std::make_unique<Font>();
+        std::string error;
+        if (mFontPath.empty())
+            mFontPath = FindFont(&error);
         FT_Library library = nullptr;
         FT_Face face = nullptr;
-        const bool ok = FT_Init_FreeType(&library) == 0 && FT_New_Face(library, mFontPath.c_str(), 0, &face) == 0;
+        const bool ok = !mFontPath.empty() && FT_Init_FreeType(&library) == 0 &&
+                        FT_New_Face(library, mFontPath.c_str(), 0, &face) == 0;
         mFont->library = library;
         mFont->face = face;
         if (!ok) {
             mFont->failed = true;
-            Report(mFontPath + ": cannot read the font");
+            mHost.Report(mFontPath.empty() ? error : mFontPath + ": cannot read the font");
         }
     }
     if (mFont->failed)
@@ -84,7 +199,7 @@ int SoftKernel::TextWidth(const char* text, int pixelSize)
     return LineWidth(static_cast<FT_Face>(mFont->face), text);
 }
 
-int SoftKernel::DrawText(std::uint16_t memId, int x, int y, const char* text, int color, int pixelSize, int maxWidth)
+int SoftBitmaps::DrawText(std::uint16_t memId, int x, int y, const char* text, int color, int pixelSize, int maxWidth)
 {
     auto found = mMemBitmaps.find(memId);
     if (found == mMemBitmaps.end() || !text || color < 0 || color > 255)

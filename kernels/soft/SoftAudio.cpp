@@ -1,12 +1,14 @@
-// SoftSound.cpp - the soft kernel's samples and speech. Every sample keeps
-// the state it would have on a device: it plays for the length of its WAV,
-// pauses stop its time, fades move its volume over their time.
-#include "SoftKernelParts.h"
+// SoftAudio.cpp - the soft kernel's samples and speech (see SoftAudio.h).
+// Every sample keeps the state it would have on a device: it plays for the
+// length of its WAV, pauses stop its time, fades move its volume over their time.
+#include "SoftAudio.h"
+
+#include "kernel.h"
 
 #include <algorithm>
 #include <cstring>
 
-SoftKernel::Sample* SoftKernel::FindSample(int sample)
+SoftAudio::Sample* SoftAudio::FindSample(int sample)
 {
     auto found = mSamples.find(sample);
     if (found == mSamples.end())
@@ -16,9 +18,9 @@ SoftKernel::Sample* SoftKernel::FindSample(int sample)
 }
 
 // Brings a sample's state up to the clock: its end, the progress of its fade.
-void SoftKernel::UpdateSample(Sample& s)
+void SoftAudio::UpdateSample(Sample& s)
 {
-    const std::uint32_t now = Now();
+    const std::uint32_t now = mHost.Now();
     if (s.fading) {
         const std::uint32_t elapsed = now - s.fadeStart;
         if (elapsed >= s.fadeDuration) {
@@ -37,16 +39,17 @@ void SoftKernel::UpdateSample(Sample& s)
         if (until - s.start - s.pausedTotal >= s.duration) {
             s.playing = false;
             s.paused = false;
+            mHost.Trace("sample %d ends", s.number);
         }
     }
 }
 
-bool SoftKernel::GetSampleState(int sample, SampleView* out)
+bool SoftAudio::GetSampleState(int sample, SampleView* out)
 {
     Sample* s = FindSample(sample);
     if (!s)
         return false;
-    const std::uint32_t until = s->paused ? s->pausedAt : Now();
+    const std::uint32_t until = s->paused ? s->pausedAt : mHost.Now();
     out->playing = s->playing;
     out->paused = s->paused;
     out->volume = s->volume;
@@ -57,7 +60,7 @@ bool SoftKernel::GetSampleState(int sample, SampleView* out)
     return true;
 }
 
-void SoftKernel::StartSample(int iSample, int iVolume)
+void SoftAudio::StartSample(int iSample, int iVolume)
 {
     std::string error;
     const int type = mResources.SoundExists(kResourceAudio, iSample) ? kResourceAudio : kResourceSoundEffect;
@@ -67,7 +70,7 @@ void SoftKernel::StartSample(int iSample, int iVolume)
             error = "sample " + std::to_string(iSample) + ": neither " +
                     mResources.PathOf("audio/" + std::to_string(iSample) + ".wav") + " nor " +
                     mResources.PathOf("sfx/" + std::to_string(iSample) + ".wav") + " exists";
-        Report(error);
+        mHost.Report(error);
         return;
     }
     auto& slot = mSamples[iSample];
@@ -80,13 +83,14 @@ void SoftKernel::StartSample(int iSample, int iVolume)
     s.number = iSample;
     s.wav = wav;
     s.playing = true;
-    s.start = Now();
+    s.start = mHost.Now();
     s.duration = wav->DurationTicks();
     s.volume = std::max(0, std::min(127, iVolume));
     s.distort = mDistortAll;
+    mHost.Trace("sample %d starts", iSample);
 }
 
-int SoftKernel::GetActiveSampleCount()
+int SoftAudio::GetActiveSampleCount()
 {
     int count = 0;
     for (auto& entry : mSamples) {
@@ -97,58 +101,62 @@ int SoftKernel::GetActiveSampleCount()
     return count;
 }
 
-int SoftKernel::IsAudioInstalled()
+int SoftAudio::IsAudioInstalled()
 {
     return 1;
 }
 
-int SoftKernel::PreloadSample(int iSample)
+int SoftAudio::PreloadSample(int iSample)
 {
     std::string error;
     const int type = mResources.SoundExists(kResourceAudio, iSample) ? kResourceAudio : kResourceSoundEffect;
     if (!mResources.SoundExists(type, iSample))
         return 0;
     if (!mResources.Sound(type, iSample, &error)) {
-        Report(error);
+        mHost.Report(error);
         return 0;
     }
     return 1;
 }
 
-void SoftKernel::PlaySampleAlternate(int iSample, int /*iQualifier*/, int iVolume, int /*iTag*/)
+void SoftAudio::PlaySampleAlternate(int iSample, int /*iQualifier*/, int iVolume, int /*iTag*/)
 {
     StartSample(iSample, iVolume);
 }
 
-void SoftKernel::PlaySample(int iSample, int /*iQualifier*/, int iVolume, int /*iTag*/, int /*iUnused*/)
+void SoftAudio::PlaySample(int iSample, int /*iQualifier*/, int iVolume, int /*iTag*/, int /*iUnused*/)
 {
     StartSample(iSample, iVolume);
 }
 
-void SoftKernel::StopAllSamples()
+void SoftAudio::StopAllSamples()
 {
     for (auto& entry : mSamples) {
         UpdateSample(*entry.second);
+        if (entry.second->playing)
+            mHost.Trace("sample %d stops", entry.first);
         entry.second->playing = false;
         entry.second->paused = false;
         entry.second->fading = false;
     }
 }
 
-void SoftKernel::StopSample(int iSample, int /*iQualifier*/)
+void SoftAudio::StopSample(int iSample, int /*iQualifier*/)
 {
     if (iSample == -1) {
         StopAllSamples();
         return;
     }
     if (Sample* s = FindSample(iSample)) {
+        if (s->playing)
+            mHost.Trace("sample %d stops", iSample);
         s->playing = false;
         s->paused = false;
         s->fading = false;
     }
 }
 
-int SoftKernel::PauseAllSamples()
+int SoftAudio::PauseAllSamples()
 {
     int count = 0;
     for (auto& entry : mSamples)
@@ -156,7 +164,7 @@ int SoftKernel::PauseAllSamples()
     return count;
 }
 
-int SoftKernel::PauseSample(int iSample, int /*iQualifier*/)
+int SoftAudio::PauseSample(int iSample, int /*iQualifier*/)
 {
     if (iSample == -1)
         return PauseAllSamples();
@@ -164,11 +172,11 @@ int SoftKernel::PauseSample(int iSample, int /*iQualifier*/)
     if (!s || !s->playing || s->paused)
         return 0;
     s->paused = true;
-    s->pausedAt = Now();
+    s->pausedAt = mHost.Now();
     return 1;
 }
 
-int SoftKernel::ResumeAllSamples()
+int SoftAudio::ResumeAllSamples()
 {
     int count = 0;
     for (auto& entry : mSamples)
@@ -176,19 +184,19 @@ int SoftKernel::ResumeAllSamples()
     return count;
 }
 
-int SoftKernel::ResumeSample(int iSample, int /*iQualifier*/)
+int SoftAudio::ResumeSample(int iSample, int /*iQualifier*/)
 {
     if (iSample == -1)
         return ResumeAllSamples();
     Sample* s = FindSample(iSample);
     if (!s || !s->playing || !s->paused)
         return 0;
-    s->pausedTotal += Now() - s->pausedAt;
+    s->pausedTotal += mHost.Now() - s->pausedAt;
     s->paused = false;
     return 1;
 }
 
-int SoftKernel::GetGlobalDuration(int* piValue)
+int SoftAudio::GetGlobalDuration(int* piValue)
 {
     int count = 0;
     std::uint32_t longest = 0;
@@ -198,7 +206,7 @@ int SoftKernel::GetGlobalDuration(int* piValue)
         if (!s.playing)
             continue;
         count++;
-        const std::uint32_t until = s.paused ? s.pausedAt : Now();
+        const std::uint32_t until = s.paused ? s.pausedAt : mHost.Now();
         longest = std::max(longest, s.duration - (until - s.start - s.pausedTotal));
     }
     if (piValue)
@@ -206,7 +214,7 @@ int SoftKernel::GetGlobalDuration(int* piValue)
     return count;
 }
 
-void SoftKernel::GetSampleDuration(int iSample, int* piDuration, int /*iTag*/)
+void SoftAudio::GetSampleDuration(int iSample, int* piDuration, int /*iTag*/)
 {
     if (!piDuration)
         return;
@@ -214,88 +222,88 @@ void SoftKernel::GetSampleDuration(int iSample, int* piDuration, int /*iTag*/)
     const int type = mResources.SoundExists(kResourceAudio, iSample) ? kResourceAudio : kResourceSoundEffect;
     const SoftWav* wav = mResources.SoundExists(type, iSample) ? mResources.Sound(type, iSample, &error) : nullptr;
     if (!wav && !error.empty())
-        Report(error);
+        mHost.Report(error);
     *piDuration = wav ? static_cast<int>(wav->DurationTicks()) : 0;
 }
 
-void SoftKernel::SetSampleRate(int iRate)
+void SoftAudio::SetSampleRate(int iRate)
 {
     if (iRate > 0)
         mSampleRate = iRate;
 }
 
-void SoftKernel::DefaultSampleRate()
+void SoftAudio::DefaultSampleRate()
 {
     mSampleRate = 22050;
     mSampleBits = 16;
 }
 
-int SoftKernel::GetSampleRate()
+int SoftAudio::GetSampleRate()
 {
     return mSampleRate;
 }
 
-void SoftKernel::SetSampleBits(int iBits)
+void SoftAudio::SetSampleBits(int iBits)
 {
     if (iBits == 8 || iBits == 16)
         mSampleBits = iBits;
 }
 
-int SoftKernel::GetSampleBits()
+int SoftAudio::GetSampleBits()
 {
     return mSampleBits;
 }
 
-void SoftKernel::SetChannelCount(int iChannels)
+void SoftAudio::SetChannelCount(int iChannels)
 {
     if (iChannels == 1 || iChannels == 2)
         mChannels = iChannels;
 }
 
-void SoftKernel::DefaultChannelCount()
+void SoftAudio::DefaultChannelCount()
 {
     mChannels = 2;
 }
 
-int SoftKernel::GetChannelCount()
+int SoftAudio::GetChannelCount()
 {
     return mChannels;
 }
 
-int SoftKernel::GetAutoVolAdjust()
+int SoftAudio::GetAutoVolAdjust()
 {
     return mAutoVolAdjust;
 }
 
-void SoftKernel::SetAutoVolAdjust(int iValue)
+void SoftAudio::SetAutoVolAdjust(int iValue)
 {
     mAutoVolAdjust = iValue;
 }
 
-void SoftKernel::DistortAllSamples(int iValue)
+void SoftAudio::DistortAllSamples(int iValue)
 {
     mDistortAll = iValue;
     for (auto& entry : mSamples)
         entry.second->distort = iValue;
 }
 
-void SoftKernel::DistortSample(int iSample, int iValue1, int /*iValue2*/)
+void SoftAudio::DistortSample(int iSample, int iValue1, int /*iValue2*/)
 {
     if (Sample* s = FindSample(iSample))
         s->distort = iValue1;
 }
 
-int SoftKernel::GetGlobalVolume()
+int SoftAudio::GetGlobalVolume()
 {
     return mGlobalVolume;
 }
 
-void SoftKernel::SetGlobalVolume(int iVolume)
+void SoftAudio::SetGlobalVolume(int iVolume)
 {
     mGlobalVolume = std::max(0, std::min(127, iVolume));
 }
 
-int SoftKernel::GetSampleVolume(int iSample, int* piVolume, int /*iTag*/)
+int SoftAudio::GetSampleVolume(int iSample, int* piVolume, int /*iTag*/)
 {
     Sample* s = FindSample(iSample);
     if (!s) {
@@ -310,7 +318,7 @@ int SoftKernel::GetSampleVolume(int iSample, int* piVolume, int /*iTag*/)
     return s->playing ? 1 : 0;
 }
 
-void SoftKernel::SetSampleVolume(int iSample, int iVolume, int /*iValue*/)
+void SoftAudio::SetSampleVolume(int iSample, int iVolume, int /*iValue*/)
 {
     if (Sample* s = FindSample(iSample)) {
         s->volume = std::max(0, std::min(127, iVolume));
@@ -318,7 +326,7 @@ void SoftKernel::SetSampleVolume(int iSample, int iVolume, int /*iValue*/)
     }
 }
 
-int SoftKernel::FadeSample(int iSample, int iTargetVolume, int iValue1, int iValue2, int iValue3, int /*iTag*/)
+int SoftAudio::FadeSample(int iSample, int iTargetVolume, int iValue1, int iValue2, int iValue3, int /*iTag*/)
 {
     Sample* s = FindSample(iSample);
     if (!s || !s->playing)
@@ -328,13 +336,13 @@ int SoftKernel::FadeSample(int iSample, int iTargetVolume, int iValue1, int iVal
     s->fadeStep = iValue1 > 0 ? iValue1 : 1;
     s->fadeDuration = iValue2 > 0 ? static_cast<std::uint32_t>(iValue2) : 0;
     s->fadeStop = iValue3;
-    s->fadeStart = Now();
+    s->fadeStart = mHost.Now();
     s->fading = true;
     UpdateSample(*s);
     return 1;
 }
 
-int SoftKernel::CheckNoise()
+int SoftAudio::CheckNoise()
 {
     int count = 0;
     for (auto& entry : mSamples) {
@@ -345,7 +353,7 @@ int SoftKernel::CheckNoise()
     return count;
 }
 
-void SoftKernel::PanSample(int iSample, int iPan, int /*iValue*/)
+void SoftAudio::PanSample(int iSample, int iPan, int /*iValue*/)
 {
     auto& slot = mSamples[iSample];
     if (!slot) {
@@ -356,79 +364,76 @@ void SoftKernel::PanSample(int iSample, int iPan, int /*iValue*/)
     slot->pan = std::max(0, std::min(100, iPan));
 }
 
-void SoftKernel::StopPanSample(int iSample, int /*iValue*/)
+void SoftAudio::StopPanSample(int iSample, int /*iValue*/)
 {
     if (Sample* s = FindSample(iSample))
         s->pan = 50;
 }
 
-int SoftKernel::GetDACCritical()
+int SoftAudio::GetDACCritical()
 {
     return mDACCritical;
 }
 
-void SoftKernel::SetDACCritical(int iValue)
+void SoftAudio::SetDACCritical(int iValue)
 {
     mDACCritical = iValue;
 }
 
-void SoftKernel::LoadResource(int iType, int* piNumber, int /*iValue*/)
+void SoftAudio::LoadResource(int iType, int* piNumber, int /*iValue*/)
 {
     if (!piNumber)
         return;
     std::string error;
     if (!mResources.Sound(iType, *piNumber, &error))
-        Report(error);
+        mHost.Report(error);
 }
 
-void SoftKernel::LockResource(int iType, int iNumber)
+void SoftAudio::LockResource(int iType, int iNumber)
 {
     std::string error;
     if (!mResources.Sound(iType, iNumber, &error)) {
-        Report(error);
+        mHost.Report(error);
         return;
     }
     mLocks[std::make_pair(iType, iNumber)]++;
 }
 
-void SoftKernel::UnlockResource(int iType, int iNumber)
+void SoftAudio::UnlockResource(int iType, int iNumber)
 {
     auto found = mLocks.find(std::make_pair(iType, iNumber));
     if (found != mLocks.end() && --found->second <= 0)
         mLocks.erase(found);
 }
 
-int SoftKernel::ResourceExists(int iType, int iNumber)
+int SoftAudio::ResourceExists(int iType, int iNumber)
 {
     return mResources.SoundExists(iType, iNumber) ? 1 : 0;
 }
 
 // ----- speech -----
 
-int SoftKernel::PlayMessageAudio(int iKey1, int iKey2, int iKey3, int iKey4, int iSequence, int /*iUnused1*/,
-                                 int /*iVolume*/, int /*iUnused2*/)
+int SoftAudio::PlaySpeech(const int keys[5], const SoftMessage* m)
 {
-    const int keys[5] = {iKey1, iKey2, iKey3, iKey4, iSequence};
-    const SoftMessage* m = FindMessage(keys);
     if (!m || m->speech.empty())
         return 0;
     std::string error;
     const SoftWav* wav = mResources.Wav(m->speech, &error);
     if (!wav) {
-        Report(error);
+        mHost.Report(error);
         return 0;
     }
-    StopMessageAudio(iKey1, iKey2, iKey3, iKey4, iSequence);
+    StopMessageAudio(keys[0], keys[1], keys[2], keys[3], keys[4]);
     Speech s;
-    std::memcpy(s.keys, keys, sizeof keys);
-    s.start = Now();
+    std::memcpy(s.keys, keys, sizeof s.keys);
+    s.start = mHost.Now();
     s.duration = wav->DurationTicks();
     s.wav = wav;
     mSpeech.push_back(s);
     return static_cast<int>(s.duration);
 }
 
-void SoftKernel::StopMessageAudio(int iKey1, int iKey2, int iKey3, int iKey4, int iSequence)
+void SoftAudio::StopMessageAudio(int iKey1, int iKey2, int iKey3, int iKey4, int iSequence)
 {
     const int keys[5] = {iKey1, iKey2, iKey3, iKey4, iSequence};
     for (std::size_t i = 0; i < mSpeech.size(); i++) {
@@ -439,19 +444,19 @@ void SoftKernel::StopMessageAudio(int iKey1, int iKey2, int iKey3, int iKey4, in
     }
 }
 
-int SoftKernel::IsMessageAudioPlaying(int iKey1, int iKey2, int iKey3, int iKey4, int iSequence, int* /*piUnused*/)
+int SoftAudio::IsMessageAudioPlaying(int iKey1, int iKey2, int iKey3, int iKey4, int iSequence, int* /*piUnused*/)
 {
     const int keys[5] = {iKey1, iKey2, iKey3, iKey4, iSequence};
     for (const auto& s : mSpeech)
         if (std::memcmp(s.keys, keys, sizeof keys) == 0)
-            return Now() - s.start < s.duration ? 1 : 0;
+            return mHost.Now() - s.start < s.duration ? 1 : 0;
     return 0;
 }
 
-std::vector<SoftKernel::AudibleSource> SoftKernel::AudibleSources()
+std::vector<SoftAudio::AudibleSource> SoftAudio::AudibleSources()
 {
     std::vector<AudibleSource> out;
-    const std::uint32_t now = Now();
+    const std::uint32_t now = mHost.Now();
     for (auto& entry : mSamples) {
         Sample& s = *entry.second;
         UpdateSample(s);
