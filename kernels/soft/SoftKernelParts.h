@@ -36,7 +36,7 @@ struct SoftKernel::Item {
     std::int32_t planeId = 0;
     KernelScreenItemSource source{};
     ZOR_Point pos{0, 0};
-    ScaleInfo scale{128, 128, 100, 0};
+    ScaleInfo scale = kFullSizeScale;
     std::int32_t z = 0;
     std::int32_t priority = 0;
     std::int32_t fixedPriority = 0;
@@ -102,37 +102,6 @@ struct SoftKernel::Robot {
     std::uint32_t start = 0, pausedAt = 0, pausedTotal = 0;
     int lastSignalled = -1; // the last frame whose cue was handed out
     bool endSignalled = false;
-    std::uint64_t serial = 0;
-};
-
-struct SoftKernel::Vmd {
-    std::string fileName;
-    const SoftMovie* movie = nullptr;
-    int x = 0, y = 0, flags = 0, red = -1, green = -1, blue = -1;
-    unsigned status = 0;
-    int frame = 0;
-    bool showing = false; // a frame is drawn over the screen while playing
-    bool showCursor = true;
-    int restrictLow = 0, restrictHigh = 255;
-    bool blobsOn = true;
-    struct Blob {
-        int id;
-        int left, top, right, bottom, size;
-    };
-    std::vector<Blob> blobs;
-    int nextBlob = 1;
-    std::vector<ZOR_Rect> blackouts;
-};
-
-struct SoftKernel::Avi {
-    int number = 0;
-    const SoftMovie* movie = nullptr;
-    int x = 0, y = 0, width = 0, height = 0;
-    unsigned status = 0;
-    int first = 0, last = 0, frame = 0;
-    bool loop = false;
-    std::uint32_t start = 0;  // tick at which `startFrame` showed
-    int startFrame = 0;
     std::uint64_t serial = 0;
 };
 
