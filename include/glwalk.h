@@ -89,6 +89,8 @@ public:
     //   clearance c              (optional, before the boundary; default 0)
     //   boundary x y x y x y ... (once, before any hole)
     //   hole x y x y x y ...     (any number)
+    // A line holds at most 4,095 characters; a number lies between -1,000,000
+    // and 1,000,000.
     static GLWalkArea* Load(const char* fileName, char* pReport = 0, int iReportSize = 0);
 
 private:
