@@ -3,6 +3,7 @@
 #include "GameTest.h"
 #include "WalkRooms.h"
 #include "glcel.h"
+#include "glpoly.h"
 #include "glwalk.h"
 #include "glwalker.h"
 
@@ -20,10 +21,13 @@ protected:
         actor->Show();
         actor->SetMoveSpeed(1);
         actor->SetStepSize(GLPoint(10, 10));
-        WalkRoom room; // a square hole from (50, 50) to (150, 150)
-        room.polygons = {{ZOR_Point(0, 0), ZOR_Point(300, 0), ZOR_Point(300, 300), ZOR_Point(0, 300)},
-                         {ZOR_Point(50, 50), ZOR_Point(150, 50), ZOR_Point(150, 150), ZOR_Point(50, 150)}};
+        WalkRoom room;
+        room.polygons = {{ZOR_Point(0, 0), ZOR_Point(300, 0), ZOR_Point(300, 300), ZOR_Point(0, 300)}};
         area = MakeWalkArea(room, 0);
+        // A square hole from (50, 50) to (150, 150), from a polygon of the room.
+        GLPoint corners[] = {GLPoint(50, 50), GLPoint(150, 50), GLPoint(150, 150), GLPoint(50, 150)};
+        GLPoly hole(plane, corners, 4);
+        area->AddHole(hole);
         walker = new GLWalker(actor, area);
     }
     ~WalkerTest() override
