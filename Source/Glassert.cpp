@@ -18,11 +18,34 @@ void StandardErrorNotice(const char* text, const char* title)
 
 GLAssertNotice gNotice = StandardErrorNotice;
 
+void StandardErrorHostNotice(int kind, const char* file, int line, const char* text)
+{
+    if (kind == GL_NOTICE_TRACE)
+        return;
+    const char* what = kind == GL_NOTICE_ERROR ? "error" : "warning";
+    if (line > 0)
+        std::fprintf(stderr, "%s:%d: %s: %s\n", file, line, what, text);
+    else
+        std::fprintf(stderr, "%s: %s: %s\n", file, what, text);
+}
+
+GLHostNotice gHostNotice = StandardErrorHostNotice;
+
 } // namespace
 
 void GLSetAssertNotice(GLAssertNotice notice)
 {
     gNotice = notice ? notice : StandardErrorNotice;
+}
+
+void GLSetHostNotice(GLHostNotice notice)
+{
+    gHostNotice = notice ? notice : StandardErrorHostNotice;
+}
+
+void GLNotify(int kind, const char* file, int line, const char* text)
+{
+    gHostNotice(kind, file ? file : "", line, text ? text : "");
 }
 
 // The library's other notices are shown through the same routine.

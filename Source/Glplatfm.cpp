@@ -136,3 +136,8 @@ void GLPlatformMessageBox(const char* pText, const char* pTitle, unsigned int)
 {
     GLCurrentAssertNotice()(pText, pTitle);
 }
+
+int GLPlatformIsRegularFile(const char* pName)
+{
+    return pName && IsFile(pName);
+}

@@ -86,9 +86,17 @@ int GLRoomManager::LoadRoom(std::uint32_t uRoomNumber)
     std::snprintf(szName, sizeof szName, "%d", static_cast<int>(uRoomNumber));
 
     mpLibrary = GLPlatformLoadLibrary(gRoomDirectory[0] ? gRoomDirectory : 0, szName);
-    // The loader's handle is a pointer: a failed load is the null handle.
-    if (mpLibrary == 0)
+    // The loader's handle is a pointer: a failed load is the null handle. The
+    // host learns which file before the check ends the game.
+    if (mpLibrary == 0) {
+        char szFile[sizeof gRoomDirectory + sizeof szName + 4];
+        std::snprintf(szFile, sizeof szFile, "%s%s%s.so", gRoomDirectory, gRoomDirectory[0] ? "/" : "", szName);
+        GLNotify(GL_NOTICE_ERROR, szFile, 0, "the room library cannot be loaded");
         GL_ASSERT(!"Library did not load correctly!!");
+    }
+    char szLoaded[32];
+    std::snprintf(szLoaded, sizeof szLoaded, "room %s loaded", szName);
+    GLNotify(GL_NOTICE_TRACE, "", 0, szLoaded);
 
     mRoomNumber = uRoomNumber;
     mLoaded = TRUE;
@@ -141,6 +149,9 @@ int GLRoomManager::UnLoadRoom()
 {
     GL_ASSERT(IsRoomLoaded());
     GLPlatformFreeLibrary(mpLibrary);
+    char szUnloaded[32];
+    std::snprintf(szUnloaded, sizeof szUnloaded, "room %d unloaded", static_cast<int>(mRoomNumber));
+    GLNotify(GL_NOTICE_TRACE, "", 0, szUnloaded);
     mpLibrary = 0;
     mLoaded = FALSE;
     return TRUE;

@@ -20,6 +20,10 @@ void* GLPlatformFindExport(void* pLibrary, const char* pName);
 // Frees a library that GLPlatformLoadLibrary loaded.
 void GLPlatformFreeLibrary(void* pLibrary);
 
+// Whether the name is that of a regular file (not a directory, a FIFO or a
+// device, which would fail or block a reader).
+int GLPlatformIsRegularFile(const char* pName);
+
 // Shows the text under the title through the notice the assertion reporter
 // uses (GLSetAssertNotice) and returns once it is dismissed. The notice has no
 // styles, so the style (OK button, icon) is not passed on.

@@ -67,6 +67,10 @@ install(FILES ${PROJECT_BINARY_DIR}/quindleConfig.cmake ${PROJECT_BINARY_DIR}/qu
 # ----- pkg-config -----
 file(RELATIVE_PATH QUINDLE_PC_TO_PREFIX /prefix/${CMAKE_INSTALL_LIBDIR}/pkgconfig /prefix)
 string(REGEX REPLACE "/$" "" QUINDLE_PC_TO_PREFIX "${QUINDLE_PC_TO_PREFIX}")
+set(QUINDLE_PC_FONTCONFIG "")
+if(Fontconfig_FOUND)
+  set(QUINDLE_PC_FONTCONFIG ", fontconfig")
+endif()
 foreach(pc quindle quindle-recording quindle-soft)
   if(pc STREQUAL "quindle-soft" AND NOT TARGET quindle_soft)
     continue()

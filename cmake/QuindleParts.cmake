@@ -54,6 +54,7 @@ macro(quindle_find_dependencies)
     find_package(PNG QUIET)
     find_package(GIF QUIET)
     find_package(Freetype QUIET)
+    find_package(Fontconfig QUIET)
     _quindle_need("the soft kernel, the player, the demo and the fuzz targets"
                   "QUINDLE_SOFT;QUINDLE_PLAYER;QUINDLE_WINDOW;QUINDLE_DEMO;QUINDLE_FUZZ"
                   PNG_FOUND libpng libpng-dev GIF_FOUND giflib libgif-dev

@@ -45,6 +45,21 @@
 typedef void (*GLAssertNotice)(const char* text, const char* title);
 QUINDLE_API void GLSetAssertNotice(GLAssertNotice notice);
 
+// The host notice: how the library tells its host of a problem that does not
+// end the game, naming the file and line it comes from (line 0: the file as a
+// whole), or of a step a host may want to follow. The kind is
+// GL_NOTICE_ERROR (the game will not work as written), GL_NOTICE_WARNING (a
+// surprise the game survives) or GL_NOTICE_TRACE (no problem: a room library
+// was loaded or unloaded). The default writes errors and warnings to the
+// error stream as "<file>:<line>: warning: <text>" and drops traces; passing
+// null restores it. Whatever the notice does, the library goes on exactly as
+// it would without it.
+enum { GL_NOTICE_ERROR = 1, GL_NOTICE_WARNING = 2, GL_NOTICE_TRACE = 3 };
+typedef void (*GLHostNotice)(int kind, const char* file, int line, const char* text);
+QUINDLE_API void GLSetHostNotice(GLHostNotice notice);
+// Hands a notice to the host notice installed now.
+QUINDLE_API void GLNotify(int kind, const char* file, int line, const char* text);
+
 // Checks a condition in every build. The condition's text is what the report
 // prints, so each check is written exactly as it is documented, to the space.
 // The condition is expected to hold, and the reporter is cold, so optimised

@@ -160,6 +160,17 @@ public:
 // the script handed to it must be a GLSndTrack.
 QUINDLE_API void sndTrkCode(GLScript* pScript, int iState);
 
+// Reads a track file as GLSndManager::CreateSndTrack(const char*) reads it,
+// making no track, and tells the host notice (GLSetHostNotice) of every
+// surprise: as errors, a file that cannot be read and a WAIT that can come
+// out at 0 seconds (its timer's check would end the game); as warnings, a
+// token without digits where a number stands (it reads as 0), a keyword
+// without its first number, numbers past the last one a keyword takes, a line
+// longer than is read at once, a NUL byte, lines after an empty one, an
+// unknown keyword. Returns the number of errors. CreateSndTrack tells the host
+// of the same surprises while it reads.
+QUINDLE_API int GLCheckSndTrack(const char* fileName);
+
 // A sound track. Made with new or, better, through the sound manager, which
 // numbers it and owns it from then on. The track is in the game's object set
 // from its construction (it is a script) and rests until Play.

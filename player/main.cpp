@@ -3,6 +3,9 @@
 //   quindle-player <game folder> [options] [-- game arguments]
 //
 // See Usage() below, and docs/KERNEL.md for the game folder.
+#include "Check.h"
+#include "GameFolder.h"
+#include "HostReports.h"
 #include "quindle_game.h"
 
 #include "SoftKernel.h"
@@ -30,6 +33,7 @@ void Usage(std::FILE* out)
 {
     std::fprintf(out,
                  "usage: quindle-player <game folder> [options] [-- game arguments]\n"
+                 "       quindle-player --check <game folder> [--script FILE] [--strict]\n"
                  "\n"
                  "Runs the game headless until it quits or the time is over, and writes\n"
                  "what it drew. The game folder names the game library in game.txt and is\n"
@@ -46,7 +50,11 @@ void Usage(std::FILE* out)
                  "  --step N          ticks the clock advances per frame (default 1)\n"
                  "  --quiet           no progress line\n"
                  "  --window          play in a window instead (real clock, mouse and keyboard)\n"
-                 "  --scale N         window scale (default 2)\n"
+                 "  --scale N         window scale (default 2)\n"                 "  --check           read the whole folder without running the game; print\n"
+                 "                    every problem as FILE:LINE: error|warning: WHAT\n"
+                 "  --strict          warnings are faults too\n"
+                 "  --trace           print each sample, message, room, robot and movie\n"
+                 "                    the game starts, as TICK WHAT, on standard output\n"
                  "\n"
                  "Always writes DIR/final.png, the last frame. Exits with 0 when the run ended\n"
                  "normally, 1 on a usage error, 2 when a resource, the script or the game\n"
@@ -67,6 +75,9 @@ struct Options {
     bool quiet = false;
     bool ticksGiven = false;
     bool window = false;
+    bool check = false;
+    bool strict = false;
+    bool trace = false;
     int scale = 2;
     std::vector<char*> gameArgs;
 };
@@ -149,6 +160,8 @@ bool ParseOptions(int argc, char** argv, Options* o, std::string* error)
             o->quiet = true;
         } else if (a == "--window") {
             o->window = true;
+        } else if (a == "--check" || a == "--strict" || a == "--trace") {
+            (a == "--check" ? o->check : a == "--strict" ? o->strict : o->trace) = true;
         } else if (!a.empty() && a[0] == '-') {
             *error = "unknown option " + a;
             return false;
@@ -161,46 +174,6 @@ bool ParseOptions(int argc, char** argv, Options* o, std::string* error)
     }
     if (o->folder.empty()) {
         *error = "no game folder given";
-        return false;
-    }
-    return true;
-}
-
-struct GameFile {
-    std::string library;
-    std::string title = "quindle";
-};
-
-bool ReadGameFile(const std::string& folder, GameFile* g, std::string* error)
-{
-    const std::string path = folder + "/game.txt";
-    std::string text;
-    if (!SoftReadFile(path, &text)) {
-        *error = path + ": no such file (a game folder names its game library there)";
-        return false;
-    }
-    const auto lines = SoftLines(text);
-    std::vector<std::string> w;
-    for (std::size_t i = 0; i < lines.size(); i++) {
-        const std::string where = path + ":" + std::to_string(i + 1) + ": ";
-        std::string fault;
-        if (!SoftSplitWords(lines[i], &w, &fault)) {
-            *error = where + fault;
-            return false;
-        }
-        if (w.empty())
-            continue;
-        if (w[0] == "library" && w.size() == 2)
-            g->library = w[1][0] == '/' ? w[1] : folder + "/" + w[1];
-        else if (w[0] == "title" && w.size() == 2)
-            g->title = w[1];
-        else {
-            *error = where + "expected 'library <file>' or 'title \"<text>\"'";
-            return false;
-        }
-    }
-    if (g->library.empty()) {
-        *error = path + ": no 'library <file>' line";
         return false;
     }
     return true;
@@ -274,6 +247,8 @@ int main(int argc, char** argv)
         Usage(stderr);
         return 1;
     }
+    if (o.check)
+        return CheckGameFolder(o.folder, o.script, o.strict, stdout);
     GameFile game;
     if (!ReadGameFile(o.folder, &game, &error)) {
         std::fprintf(stderr, "quindle-player: %s\n", error.c_str());
@@ -282,6 +257,7 @@ int main(int argc, char** argv)
 
     SoftKernel k;
     k.SetTicksPerFrame(o.step);
+    InstallHostReports(k, o.strict, o.trace);
     if (!k.SetGameFolder(o.folder)) {
         std::fprintf(stderr, "quindle-player: %s\n", k.Fault().c_str());
         return 2;

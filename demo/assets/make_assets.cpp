@@ -13,7 +13,8 @@
 //   300.VMD + PNGs           the film shown on the television
 //   audio/*.wav, sfx/*.wav   wind, birds, bell, chirp, gate, click (synthesised)
 //   speech/*.wav             a voice for one line of the conversation
-//   messages.txt, ambient.txt (the build writes game.txt)
+//   tracks/ambient.txt       the courtyard's ambient sound track
+//   messages.txt (the build writes game.txt)
 //   walk/100.txt, walk/200.txt   where Pip may walk in each room
 #include "Art.h"
 #include "Sound.h"
@@ -250,7 +251,7 @@ int main(int argc, char** argv)
         return 1;
     }
     gDir = argv[1];
-    for (const char* sub : {"", "/views", "/pictures", "/robots", "/movies", "/audio", "/sfx", "/speech", "/walk"})
+    for (const char* sub : {"", "/views", "/pictures", "/robots", "/movies", "/audio", "/sfx", "/speech", "/tracks", "/walk"})
         ::mkdir((gDir + sub).c_str(), 0777);
     gPalette = MakePalette();
 
@@ -277,13 +278,15 @@ int main(int argc, char** argv)
                          "200 1 1 0 1 1 \"A television! I wonder what's on.\"\n"
                          "200 1 1 0 2 2 \"The television hums, as if it were waiting for him.\"\n");
 
-    // The courtyard's ambience: wind, a pause, a bird picked at random.
-    Text("ambient.txt", "# The courtyard at dusk.\n"
-                        "SOUND 1, 50          # wind, volume 50\n"
-                        "WAIT 1, 3            # one second and up to two more\n"
-                        "PRS 2, 80, 90, 30    # a bird on the left, four times in five\n"
-                        "PRS 3, 60, 80, 70    # or one on the right\n"
-                        "PLAY\n");
+    // The courtyard's ambience, in the track's own form (it has no comments):
+    // the wind at volume 50; a pause of a second; then a bird picked at
+    // random, the one on the left (pan 30) four times in five, the one on the
+    // right (pan 70) three times in five; and round again.
+    Text("tracks/ambient.txt", "SOUND 1, 50\n"
+                               "WAIT 1\n"
+                               "PRS 2, 80, 90, 30\n"
+                               "PRS 3, 60, 80, 70\n"
+                               "PLAY\n");
     // Where Pip may walk: each room's floor, less what stands on it, with the
     // room's clearance (how far his feet keep from every edge).
     Text("walk/100.txt", "# The courtyard: the cobbles from the wall to the button bar, with a way\n"

@@ -36,8 +36,8 @@ enum DemoViews {
 };
 // Each button has a loop of its own in the button view.
 enum DemoButtonLoops { kTalkButton = 0, kRingButton = 1, kBackButton = 2 };
-// Sound 1 (wind), 2 and 3 (birds) are played by the ambient track (ambient.txt).
-enum DemoSounds { kBellToll = 4, kChirp = 5, kGateCreak = 6, kClick = 7 };
+// The wind and the two birds are played by the ambient track (tracks/ambient.txt).
+enum DemoSounds { kWind = 1, kBirdLeft = 2, kBirdRight = 3, kBellToll = 4, kChirp = 5, kGateCreak = 6, kClick = 7 };
 
 // Names for the arguments the rooms pass the same way every time, so that a
 // call reads as what it asks for.

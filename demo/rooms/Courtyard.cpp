@@ -50,6 +50,7 @@ public:
     void RingBell();
     void Talk();
     void ThroughTheGate();
+    void HearAmbience();
 
     GLPicturePlane* mpBack;      // the picture: sky, wall, well, cobbles
     GLTransparentPlane* mpFront; // everything that moves or takes clicks
@@ -64,7 +65,8 @@ public:
     Conversation* mpConversation;
     Balloon* mpPipSays;
     Balloon* mpStorySays;
-    int mAmbience; // the ambient track's number
+    GLSndTrack* mpAmbience; // owned by the sound manager
+    int mHeard;             // the ambient samples heard in this visit, a bit each
 };
 
 Courtyard* gCourtyard = 0;
@@ -183,10 +185,25 @@ Courtyard::Courtyard() : mpScene(0)
     mpArch->Init();
 
     // Wind and birds, read from a track file: the track plays at once.
-    GLSndTrack* track = Demo()->Sound()->CreateSndTrack(Demo()->FolderFile("ambient.txt"));
-    mAmbience = track ? track->mTrackId : 0;
-    if (track)
-        Demo()->Log("ambient track %d plays: wind and birds", mAmbience);
+    mpAmbience = Demo()->Sound()->CreateSndTrack(Demo()->FolderFile("tracks/ambient.txt"));
+    mHeard = 0;
+    if (mpAmbience)
+        Demo()->Log("ambient track %d read from tracks/ambient.txt", mpAmbience->mTrackId);
+}
+
+// The log tells what the ambient track really plays, not what it was meant
+// to: each of its samples once a visit, when it is first heard. The track
+// names the sample it reached last; the kernel says whether it sounds.
+void Courtyard::HearAmbience()
+{
+    const int sample = mpAmbience ? mpAmbience->mSample : 0;
+    int volume = 0;
+    if (sample < kWind || sample > kBirdRight || (mHeard & (1 << sample)) ||
+        !Demo()->Sound()->GetSampleVolume(sample, &volume, 0))
+        return;
+    mHeard |= 1 << sample;
+    Demo()->Log("the ambient track plays sample %d: %s", sample,
+                sample == kWind ? "the wind" : sample == kBirdLeft ? "a bird on the left" : "a bird on the right");
 }
 
 Courtyard::~Courtyard()
@@ -207,8 +224,8 @@ Courtyard::~Courtyard()
     Demo()->CancelCuesTo(mpPip);
     Demo()->CancelCuesTo(mpScene);
     delete opening;
-    if (mAmbience)
-        Demo()->Sound()->DeleteSndTrack(mAmbience);
+    if (mpAmbience)
+        Demo()->Sound()->DeleteSndTrack(mpAmbience->mTrackId);
     delete mpScene;
     delete mpConversation;
     delete mpStorySays;
@@ -231,6 +248,7 @@ void Courtyard::DoIt()
 {
     // Pointing at the arch lights its outline and shows the hand; the
     // cursor's other modes (hands off during the scene) take precedence.
+    HearAmbience();
     GLCursor* cursor = theGame->mpCursor;
     if (mpScene)
         return;

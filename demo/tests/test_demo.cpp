@@ -11,7 +11,9 @@
 #include <fstream>
 #include <sstream>
 #include <string>
+#include <sys/stat.h>
 #include <sys/wait.h>
+#include <unistd.h>
 #include <vector>
 
 namespace {
@@ -45,8 +47,9 @@ const PlayRun& Playthrough()
     run.out = dir;
     static const std::string remove = "rm -rf " + run.out;
     std::atexit([] { (void)std::system(remove.c_str()); });
-    const std::string command = std::string(PLAYER) + " " + DEMO_FOLDER + " --no-gif --script " + PLAYTHROUGH +
-                                " --ticks 4000 --frame " + KEY_FRAMES + " --out " + run.out + " > " + run.out +
+    const std::string command = std::string(PLAYER) + " " + DEMO_FOLDER + " --no-gif --trace --script " +
+                                PLAYTHROUGH + " --ticks 4000 --frame " + KEY_FRAMES + " --out " + run.out + " > " +
+                                run.out +
                                 "/log.txt 2> " + run.out + "/errors.txt";
     const int status = std::system(command.c_str());
     run.status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
@@ -96,6 +99,30 @@ TEST(DemoPlaythrough, EveryCueArrives)
     EXPECT_EQ(Lines(run.log, "the film is over").size(), 1u) << run.log;
     // Ring pressed and let go elsewhere rang nothing: the bell rang once.
     EXPECT_EQ(Lines(run.log, "the bell rings").size(), 1u) << run.log;
+}
+
+// Heard from outside: the trace shows every sample the ambient track names
+// started at least once, and the checker finds nothing wrong in the folder.
+TEST(DemoPlaythrough, PlaysEverySampleOfItsTrackAndChecksClean)
+{
+    const PlayRun& run = Playthrough();
+    std::istringstream track(ReadAll(std::string(DEMO_FOLDER) + "/tracks/ambient.txt"));
+    std::string keyword;
+    int sample = 0, named = 0;
+    for (std::string line; std::getline(track, line);) {
+        std::istringstream words(line);
+        if (!(words >> keyword >> sample) || (keyword != "SOUND" && keyword != "PRS"))
+            continue;
+        named++;
+        const auto starts = Lines(run.log, " sample " + std::to_string(sample) + " starts");
+        EXPECT_FALSE(starts.empty()) << "sample " << sample << " never started\n" << run.log;
+    }
+    EXPECT_EQ(named, 3);
+
+    const std::string out = run.out + "/check.txt";
+    const int status = std::system((std::string(PLAYER) + " --check " + DEMO_FOLDER + " --strict > " + out).c_str());
+    EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0) << ReadAll(out);
+    EXPECT_NE(ReadAll(out).find(": 0 errors, 0 warnings"), std::string::npos) << ReadAll(out);
 }
 
 TEST(DemoPlaythrough, GivesBackEveryBlock)
@@ -178,6 +205,96 @@ TEST(DemoPlaythrough, KeyFramesMatchTheirGoldenHashes)
     EXPECT_GT(compared, 0) << "no golden frames in " << GOLDEN;
     if (wrong)
         std::printf("new golden lines:\n%s", actual.c_str());
+}
+
+// Broken game folders, each the demo's folder with one fault. The player,
+// running the playthrough, exits with 2 naming the file (and line); the
+// checker, strict, finds the same fault before anything runs.
+enum class Break { Directory, Remove, Write, Truncate, Fifo, Huge };
+
+TEST(BrokenFolder, EveryFaultIsNamedByThePlayerAndTheChecker)
+{
+    const std::string junk("\x89PNG\r\n\x1a\n\0\0\0\rIHDR junk \0\x01", 24);
+    struct Case {
+        const char* file; // relative to the folder; script.txt is the input script
+        Break how;
+        std::string text;  // written, or the length kept when truncated
+        const char* where; // the file named, with the line when there is one
+        const char* what;  // what the report says is wrong
+        const char* options;
+    } cases[] = {
+        {"game.txt", Break::Directory, "", "game.txt", "is a directory", ""},
+        {"game.txt", Break::Remove, "", "game.txt", "no such file", ""},
+        {"game.txt", Break::Write, junk, "game.txt:1", "expected 'library <file>'", ""},
+        {"palette.txt", Break::Directory, "", "palette.txt", "is a directory", ""},
+        {"palette.txt", Break::Write, "7 1 2\n", "palette.txt:1", "expected '<index> <r> <g> <b>'", ""},
+        {"views/100.txt", Break::Directory, "", "views/100.txt", "is a directory", ""},
+        {"views/110.txt", Break::Write, "cel 0 0 gone.png 0 0\n", "views/gone.png", "no such file", ""},
+        {"views/100.txt", Break::Truncate, "20", "views/100.txt:1", "expected 'cel", ""},
+        {"views/130.txt", Break::Fifo, "", "views/130.txt", "is a FIFO", ""},
+        {"views/120.txt", Break::Huge, "", "views/120.txt", "100000000 bytes", ""},
+        {"views/100-0-0.png", Break::Truncate, "60", "views/100-0-0.png", "PNG", ""},
+        {"pictures/100.png", Break::Directory, "", "pictures/100.png", "is a directory", ""},
+        {"pictures/200.png", Break::Write, junk, "pictures/200.png", "PNG", ""},
+        {"messages.txt", Break::Remove, "", "messages.txt", "no such file", ""},
+        {"messages.txt", Break::Write, "100 1 1 0 1 1 \"Evening\"\n100 1 1 0\n", "messages.txt:2", "expected", ""},
+        {"speech/pip-1.wav", Break::Write, junk, "speech/pip-1.wav", "not a WAV file", ""},
+        {"audio/4.wav", Break::Truncate, "100", "audio/4.wav", "runs past the end", ""},
+        {"sfx/5.wav", Break::Directory, "", "sfx/5.wav", "is a directory", ""},
+        {"robots/10.txt", Break::Truncate, "22", "robots/10.txt:2", "expected", ""},
+        {"300.VMD", Break::Directory, "", "300.VMD", "is a directory", ""},
+        {"tracks/ambient.txt", Break::Directory, "", "tracks/ambient.txt", "no track", ""},
+        {"tracks/ambient.txt", Break::Write, "SOUND 1\nWAIT 0, 1\nPLAY\n", "tracks/ambient.txt:2", "0 seconds", ""},
+        {"tracks/ambient.txt", Break::Write, "SOUND 1, 50  # wind\nPLAY\n", "tracks/ambient.txt:1", "reads as 0",
+         "--strict"},
+        {"tracks/ambient.txt", Break::Write, junk, "tracks/ambient.txt:1", "unknown keyword", "--strict"},
+        {"script.txt", Break::Write, "60 key enter\n30 key enter\n", "script.txt:2", "comes before tick 60", ""},
+        {"script.txt", Break::Write, std::string("60 key enter\n7\0", 15), "script.txt:2", "a NUL byte", ""},
+        {"script.txt", Break::Directory, "", "script.txt", "is a directory", ""},
+    };
+    char dir[] = "/tmp/quindle-broken-XXXXXX";
+    ASSERT_TRUE(::mkdtemp(dir));
+    const std::string top = dir, folder = top + "/game", script = folder + "/script.txt";
+    for (const Case& c : cases) {
+        const std::string path = folder + "/" + c.file;
+        ASSERT_EQ(std::system(("rm -rf " + folder + " && cp -r " + DEMO_FOLDER + " " + folder + " && cp " +
+                               PLAYTHROUGH + " " + script + " && rm -rf " + path)
+                                  .c_str()),
+                  0);
+        std::string original = ReadAll(std::string(DEMO_FOLDER) + "/" + c.file);
+        if (c.how == Break::Truncate)
+            original.resize(std::stoul(c.text));
+        if (c.how == Break::Write)
+            original = c.text;
+        if (c.how == Break::Directory) {
+            ::mkdir(path.c_str(), 0777);
+        } else if (c.how == Break::Fifo) {
+            ::mkfifo(path.c_str(), 0666);
+        } else if (c.how == Break::Huge) {
+            std::ofstream{path};
+            ASSERT_EQ(::truncate(path.c_str(), 100000000), 0);
+        } else if (c.how != Break::Remove) {
+            std::ofstream(path, std::ios::binary) << original;
+        }
+
+        const std::string run = std::string(PLAYER) + " " + folder + " --no-gif --ticks 4000 --quiet --out " + top +
+                                "/out --script " + script + " " + c.options + " > /dev/null 2> " + top + "/errors.txt";
+        const int status = std::system(run.c_str());
+        const std::string errors = ReadAll(top + "/errors.txt");
+        const std::string where = folder + "/" + c.where + ": ";
+        EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 2) << c.where << ": status " << status << "\n" << errors;
+        EXPECT_NE(errors.find(where), std::string::npos) << c.where << "\n" << errors;
+        EXPECT_NE(errors.find(c.what), std::string::npos) << c.where << ": " << c.what << "\n" << errors;
+
+        const std::string check = std::string(PLAYER) + " --check " + folder + " --strict --script " + script + " > " +
+                                  top + "/check.txt";
+        const int checked = std::system(check.c_str());
+        const std::string report = ReadAll(top + "/check.txt");
+        EXPECT_TRUE(WIFEXITED(checked) && WEXITSTATUS(checked) == 2) << c.where << "\n" << report;
+        EXPECT_NE(report.find(where), std::string::npos) << c.where << "\n" << report;
+        EXPECT_NE(report.find(c.what), std::string::npos) << c.where << ": " << c.what << "\n" << report;
+    }
+    (void)std::system(("rm -rf " + top).c_str());
 }
 
 #ifdef DEMO_WINDOW

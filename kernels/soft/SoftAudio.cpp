@@ -39,6 +39,7 @@ void SoftAudio::UpdateSample(Sample& s)
         if (until - s.start - s.pausedTotal >= s.duration) {
             s.playing = false;
             s.paused = false;
+            mHost.Trace("sample %d ends", s.number);
         }
     }
 }
@@ -86,6 +87,7 @@ void SoftAudio::StartSample(int iSample, int iVolume)
     s.duration = wav->DurationTicks();
     s.volume = std::max(0, std::min(127, iVolume));
     s.distort = mDistortAll;
+    mHost.Trace("sample %d starts", iSample);
 }
 
 int SoftAudio::GetActiveSampleCount()
@@ -131,6 +133,8 @@ void SoftAudio::StopAllSamples()
 {
     for (auto& entry : mSamples) {
         UpdateSample(*entry.second);
+        if (entry.second->playing)
+            mHost.Trace("sample %d stops", entry.first);
         entry.second->playing = false;
         entry.second->paused = false;
         entry.second->fading = false;
@@ -144,6 +148,8 @@ void SoftAudio::StopSample(int iSample, int /*iQualifier*/)
         return;
     }
     if (Sample* s = FindSample(iSample)) {
+        if (s->playing)
+            mHost.Trace("sample %d stops", iSample);
         s->playing = false;
         s->paused = false;
         s->fading = false;

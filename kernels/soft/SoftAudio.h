@@ -40,12 +40,14 @@
 
 class SoftAudio {
 public:
-    // What audio asks of the kernel it serves: the clock, in ticks, and where
-    // a fault goes (a missing or malformed WAV).
+    // What audio asks of the kernel it serves: the clock, in ticks, where a
+    // fault goes (a missing or malformed WAV), and where a trace line goes (a
+    // sample started, stopped or ended).
     class Host {
     public:
         virtual std::uint32_t Now() const = 0;
         virtual void Report(const std::string& fault) = 0;
+        __attribute__((format(printf, 2, 3))) virtual void Trace(const char* format, ...) = 0;
 
     protected:
         ~Host() {}

@@ -3,6 +3,11 @@
 
 #include <ft2build.h>
 #include FT_FREETYPE_H
+#if defined(QUINDLE_HAVE_FONTCONFIG)
+#include <fontconfig/fontconfig.h>
+#endif
+
+#include <sys/stat.h>
 
 #include <algorithm>
 
@@ -54,6 +59,60 @@ int LineWidth(FT_Face face, const std::string& line)
     return w;
 }
 
+const char* const kFontName = "DejaVu Sans";
+const char* const kDebianFontPath = "/usr/share/fonts/truetype/dejavu/DejaVuSans.ttf";
+
+bool IsFile(const std::string& path)
+{
+    struct stat st;
+    return !path.empty() && ::stat(path.c_str(), &st) == 0 && S_ISREG(st.st_mode);
+}
+
+#if defined(QUINDLE_HAVE_FONTCONFIG)
+// The file the system's font configuration gives for the name, as a font
+// lookup on the command line would; empty when it gives none.
+std::string FontconfigMatch(const char* name)
+{
+    std::string path;
+    FcConfig* config = FcInitLoadConfigAndFonts();
+    FcPattern* pattern = config ? FcNameParse(reinterpret_cast<const FcChar8*>(name)) : nullptr;
+    if (pattern) {
+        FcConfigSubstitute(config, pattern, FcMatchPattern);
+        FcDefaultSubstitute(pattern);
+        FcResult result = FcResultNoMatch;
+        if (FcPattern* match = FcFontMatch(config, pattern, &result)) {
+            FcChar8* file = nullptr;
+            if (FcPatternGetString(match, FC_FILE, 0, &file) == FcResultMatch && file)
+                path = reinterpret_cast<const char*>(file);
+            FcPatternDestroy(match);
+        }
+        FcPatternDestroy(pattern);
+    }
+    if (config)
+        FcConfigDestroy(config);
+    return path;
+}
+#endif
+
+// The font behind DrawText when the host named none: what the system's font
+// configuration finds for DejaVu Sans, else Debian's own path for it. Empty,
+// with `error` set, when neither gives a readable file.
+std::string FindFont(std::string* error)
+{
+    std::string tried;
+#if defined(QUINDLE_HAVE_FONTCONFIG)
+    const std::string matched = FontconfigMatch(kFontName);
+    if (IsFile(matched))
+        return matched;
+    tried = "fontconfig has no font file for \"" + std::string(kFontName) + "\", and ";
+#endif
+    if (IsFile(kDebianFontPath))
+        return kDebianFontPath;
+    *error = std::string("no font for text: ") + tried + kDebianFontPath +
+             " does not exist (install fonts-dejavu-core, or name a font with SetFontPath)";
+    return std::string();
+}
+
 } // namespace
 
 void SoftKernel::SetFontPath(const std::string& path)
@@ -68,14 +127,18 @@ int SoftKernel::TextWidth(const char* text, int pixelSize)
         return 0;
     if (!mFont) {
         mFont = std::make_unique<Font>();
+        std::string error;
+        if (mFontPath.empty())
+            mFontPath = FindFont(&error);
         FT_Library library = nullptr;
         FT_Face face = nullptr;
-        const bool ok = FT_Init_FreeType(&library) == 0 && FT_New_Face(library, mFontPath.c_str(), 0, &face) == 0;
+        const bool ok = !mFontPath.empty() && FT_Init_FreeType(&library) == 0 &&
+                        FT_New_Face(library, mFontPath.c_str(), 0, &face) == 0;
         mFont->library = library;
         mFont->face = face;
         if (!ok) {
             mFont->failed = true;
-            Report(mFontPath + ": cannot read the font");
+            Report(mFontPath.empty() ? error : mFontPath + ": cannot read the font");
         }
     }
     if (mFont->failed)

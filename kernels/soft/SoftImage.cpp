@@ -1,14 +1,14 @@
 // SoftImage.cpp - see SoftImage.h.
 #include "SoftImage.h"
 
+#include "SoftText.h"
+
 #include <gif_lib.h>
 #include <png.h>
 
 #include <cstring>
 #include <fcntl.h>
 #include <unistd.h>
-#include <fstream>
-#include <iterator>
 
 std::uint8_t SoftPalette::Nearest(int r, int g, int b) const
 {
@@ -104,12 +104,9 @@ bool SoftReadPngMemory(const void* data, std::size_t size, const std::string& na
 
 bool SoftReadPng(const std::string& path, const SoftPalette& palette, SoftBitmap* out, std::string* error)
 {
-    std::ifstream in(path, std::ios::binary);
-    if (!in) {
-        *error = path + ": no such file";
+    std::string bytes;
+    if (!SoftReadFile(path, &bytes, error))
         return false;
-    }
-    std::vector<char> bytes((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
     return SoftReadPngMemory(bytes.data(), bytes.size(), path, palette, out, error);
 }
 

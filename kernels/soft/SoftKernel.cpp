@@ -8,6 +8,8 @@
 
 #include <algorithm>
 #include <chrono>
+#include <cstdarg>
+#include <cstdio>
 #include <cstring>
 
 namespace {
@@ -41,8 +43,7 @@ std::uint64_t RealMillis()
 } // namespace
 
 SoftKernel::SoftKernel()
-    : mPalette(SoftPalette::Default()), mCompositor(std::make_unique<SoftCompositor>(*this)),
-      mFontPath("/usr/share/fonts/truetype/dejavu/DejaVuSans.ttf")
+    : mPalette(SoftPalette::Default()), mCompositor(std::make_unique<SoftCompositor>(*this))
 {
     mResources.SetPaletteForImages(mPalette);
 }
@@ -60,6 +61,18 @@ void SoftKernel::Report(const std::string& fault)
 {
     if (mFault.empty())
         mFault = fault;
+}
+
+void SoftKernel::Trace(const char* format, ...)
+{
+    if (!mTraceHook)
+        return;
+    char line[256];
+    va_list args;
+    va_start(args, format);
+    std::vsnprintf(line, sizeof line, format, args);
+    va_end(args);
+    mTraceHook(line, mTraceHookData);
 }
 
 bool SoftKernel::SetGameFolder(const std::string& folder)
@@ -959,6 +972,8 @@ int SoftKernel::GetMessage(int iKey1, int iKey2, int iKey3, int iKey4, int iSequ
     CopyText(m->text, pBuffer, iBufferSize);
     std::memcpy(mLastMessageKeys, m->keys, sizeof mLastMessageKeys);
     mHaveLastMessage = true;
+    Trace("message %d %d %d %d %d (talker %d): %s", m->keys[0], m->keys[1], m->keys[2], m->keys[3], m->keys[4],
+          m->talker, m->text.c_str());
     return m->talker;
 }
 
@@ -979,6 +994,8 @@ int SoftKernel::GetNextMessage(char* pBuffer, int iBufferSize)
         return 0;
     CopyText(m->text, pBuffer, iBufferSize);
     std::memcpy(mLastMessageKeys, m->keys, sizeof mLastMessageKeys);
+    Trace("message %d %d %d %d %d (talker %d): %s", m->keys[0], m->keys[1], m->keys[2], m->keys[3], m->keys[4],
+          m->talker, m->text.c_str());
     return m->talker;
 }
 
@@ -1036,6 +1053,7 @@ void SoftKernel::PlayRobot()
     if (!mRobot || mRobot->terminated)
         return;
     if (!mRobot->started) {
+        Trace("robot %u starts", mRobot->number);
         mRobot->started = true;
         mRobot->start = Now();
         mRobot->pausedTotal = 0;

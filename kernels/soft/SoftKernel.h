@@ -114,6 +114,14 @@ public:
         mFrameHook = hook;
         mFrameHookData = data;
     }
+    // Called with one line for each step a developer debugging a game follows:
+    // "sample 5 starts", "sample 5 stops", "sample 5 ends", "message 100 1 1 0 1
+    // (talker 1): <text>", "robot 10 starts", "movie 300.VMD starts".
+    void SetTraceHook(void (*hook)(const char* line, void*), void* data)
+    {
+        mTraceHook = hook;
+        mTraceHookData = data;
+    }
     // The last composed frame: 640 x 480 palette indices, row by row.
     const std::uint8_t* Frame() const;
     const SoftPalette& Palette() const { return mPalette; }
@@ -130,7 +138,10 @@ public:
     // Where the cursor is and whether it is drawn.
     ZOR_Point CursorPos() const { return ZOR_Point(mCursorX, mCursorY); }
     bool CursorVisible() const { return mCursorVisible; }
-    // Path of the TrueType font used by DrawText (DejaVu Sans by default).
+    // Path of the TrueType font used by DrawText. By default, on first use,
+    // the file the system's font configuration gives for DejaVu Sans, else
+    // Debian's path for it; with neither, text draws nothing and the fault
+    // says what was looked for.
     void SetFontPath(const std::string& path);
     // The state of a sample, and what can be heard now (SoftAudio.h).
     using SampleView = SoftAudio::SampleView;
@@ -324,6 +335,7 @@ private:
     struct Font;
 
     void Report(const std::string& fault) override;
+    __attribute__((format(printf, 2, 3))) void Trace(const char* format, ...) override;
     void ForgetItem(KernelScreenItemRecord* pRecord, const char* operation);
     Plane* FindPlane(std::int32_t id);
     Item* FindItem(std::int32_t planeId, std::int32_t itemId);
@@ -364,6 +376,8 @@ private:
     std::uint32_t mFramesComposed = 0;
     void (*mFrameHook)(SoftKernel&, void*) = nullptr;
     void* mFrameHookData = nullptr;
+    void (*mTraceHook)(const char*, void*) = nullptr;
+    void* mTraceHookData = nullptr;
 
     std::deque<SoftInputEvent> mInput;
     std::int32_t mCursorX = 320;

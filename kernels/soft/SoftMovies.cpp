@@ -109,6 +109,7 @@ unsigned SoftKernel::PlayVmd(int iEventFlags, int, int)
     if (!mVmd || !mVmd->movie)
         return 0;
     Vmd& v = *mVmd;
+    Trace("movie %s starts", v.fileName.c_str());
     if (v.status & kEnded)
         v.frame = 0;
     v.status = (v.status | kPlaying) & ~(kPaused | kEnded);
@@ -320,6 +321,7 @@ unsigned SoftKernel::PlayAvi(int iMovie, int iValue1, int iValue2, int iPlayType
     a.startFrame = a.first;
     a.start = Now();
     a.status = kOpen | kPlaying;
+    Trace("movie %d.AVI starts", iMovie);
     return 0;
 }
 

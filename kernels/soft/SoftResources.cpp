@@ -21,10 +21,12 @@ std::string DirOf(const std::string& path)
     return slash == std::string::npos ? std::string(".") : path.substr(0, slash);
 }
 
+// Something is there by that name: a reader will say what is wrong with it
+// if it is not a file.
 bool FileExists(const std::string& path)
 {
     struct stat st;
-    return ::stat(path.c_str(), &st) == 0 && S_ISREG(st.st_mode);
+    return ::stat(path.c_str(), &st) == 0;
 }
 
 std::uint32_t ReadLE(const std::string& b, std::size_t at, int bytes)
@@ -339,8 +341,9 @@ bool SoftResources::LoadPalette(SoftPalette* palette, std::string* error)
     *palette = SoftPalette::Default();
     const std::string path = PathOf("palette.txt");
     std::string text;
-    if (!SoftReadFile(path, &text))
-        return true;
+    bool missing = false;
+    if (!SoftReadFile(path, &text, error, &missing))
+        return missing;
     if (!SoftParsePalette(text, path, palette, error))
         return false;
     mPalette = *palette;
@@ -366,8 +369,10 @@ const SoftView* SoftResources::View(int view, std::string* error)
         const std::string path = PathOf("views/" + std::to_string(view) + ".txt");
         std::string text;
         std::vector<SoftCelEntry> cels;
-        if (!SoftReadFile(path, &text)) {
-            slot.error = path + ": no such file (view " + std::to_string(view) + ")";
+        bool missing = false;
+        if (!SoftReadFile(path, &text, &slot.error, &missing)) {
+            if (missing)
+                slot.error += " (view " + std::to_string(view) + ")";
         } else if (SoftParseViewManifest(text, path, &cels, &slot.error)) {
             auto v = std::make_unique<SoftView>();
             bool ok = true;
@@ -433,8 +438,10 @@ const SoftRobot* SoftResources::Robot(std::uint32_t robot, std::string* error)
         std::string text;
         auto r = std::make_unique<SoftRobot>();
         std::vector<std::string> files;
-        if (!SoftReadFile(path, &text)) {
-            slot.error = path + ": no such file (robot " + std::to_string(robot) + ")";
+        bool missing = false;
+        if (!SoftReadFile(path, &text, &slot.error, &missing)) {
+            if (missing)
+                slot.error += " (robot " + std::to_string(robot) + ")";
         } else if (SoftParseRobotManifest(text, path, r.get(), &files, &slot.error)) {
             bool ok = true;
             for (std::size_t i = 0; ok && i < files.size(); i++)
@@ -458,18 +465,22 @@ const SoftMovie* SoftResources::Movie(const std::string& fileName, std::string* 
         std::string text;
         auto m = std::make_unique<SoftMovie>();
         std::vector<std::string> files;
+        bool missing = false;
         if (fileName.empty() || fileName.find('/') != std::string::npos) {
             slot.error = "movie '" + fileName + "': a movie is named by a bare file name in the game folder";
-        } else if (!SoftReadFile(path, &text)) {
-            slot.error = path + ": no such file (movie)";
+        } else if (!SoftReadFile(path, &text, &slot.error, &missing)) {
+            if (missing)
+                slot.error += " (movie)";
         } else if (SoftParseMovieManifest(text, path, m.get(), &files, &slot.error)) {
             bool ok = true;
             if (!m->paletteFile.empty()) {
                 const std::string palPath = DirOf(path) + "/" + m->paletteFile;
                 std::string palText;
                 m->palette = mPalette;
-                if (!SoftReadFile(palPath, &palText)) {
-                    slot.error = palPath + ": no such file (palette of " + path + ")";
+                bool missing = false;
+                if (!SoftReadFile(palPath, &palText, &slot.error, &missing)) {
+                    if (missing)
+                        slot.error += " (palette of " + path + ")";
                     ok = false;
                 } else {
                     ok = SoftParsePalette(palText, palPath, &m->palette, &slot.error);
@@ -496,8 +507,10 @@ const std::vector<SoftMessage>* SoftResources::Messages(std::string* error)
         mMessagesRead = true;
         const std::string path = PathOf("messages.txt");
         std::string text;
-        if (SoftReadFile(path, &text))
+        if (SoftReadFile(path, &text, &mMessagesError))
             SoftParseMessages(text, path, &mMessages, &mMessagesError);
+        else
+            mMessagesError += " (the game asks for a message)";
     }
     if (!mMessagesError.empty()) {
         *error = mMessagesError;
@@ -514,9 +527,7 @@ const SoftWav* SoftResources::Wav(const std::string& relative, std::string* erro
         Slot<SoftWav>& slot = mWavs[path];
         std::string bytes;
         auto w = std::make_unique<SoftWav>();
-        if (!SoftReadFile(path, &bytes))
-            slot.error = path + ": no such file";
-        else if (SoftParseWav(bytes, path, w.get(), &slot.error))
+        if (SoftReadFile(path, &bytes, &slot.error) && SoftParseWav(bytes, path, w.get(), &slot.error))
             slot.value = std::move(w);
         found = mWavs.find(path);
     }

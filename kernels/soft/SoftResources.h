@@ -119,7 +119,8 @@ public:
     const SoftBitmap* Picture(int picture, std::string* error);
     const SoftRobot* Robot(std::uint32_t robot, std::string* error);
     const SoftMovie* Movie(const std::string& fileName, std::string* error);
-    // The message store (messages.txt; none at all when the file is missing).
+    // The message store (messages.txt); null with `error` set when the file is
+    // missing or malformed: a game that asks for a message needs the file.
     const std::vector<SoftMessage>* Messages(std::string* error);
     // Sound resource of type 12 or 13; null when it does not exist.
     const SoftWav* Sound(int type, int number, std::string* error);

@@ -3,8 +3,6 @@
 
 #include "SoftText.h"
 
-#include <algorithm>
-
 namespace {
 
 bool KeyCode(const std::string& word, long long* code)
@@ -42,6 +40,11 @@ bool SoftParseScript(const std::string& text, const std::string& name, std::vect
             return false;
         }
         e.tick = static_cast<std::uint32_t>(v);
+        if (!parsed.empty() && e.tick < parsed.back().tick) {
+            *error = where + "tick " + std::to_string(e.tick) + " comes before tick " +
+                     std::to_string(parsed.back().tick) + " of the line above (events are listed in tick order)";
+            return false;
+        }
         if (w.size() < 2) {
             *error = where + "an event kind (press, release, key, pointer, quit) must follow the tick";
             return false;
@@ -87,8 +90,6 @@ bool SoftParseScript(const std::string& text, const std::string& name, std::vect
         }
         parsed.push_back(e);
     }
-    std::stable_sort(parsed.begin(), parsed.end(),
-                     [](const SoftInputEvent& a, const SoftInputEvent& b) { return a.tick < b.tick; });
     *events = std::move(parsed);
     return true;
 }
@@ -96,9 +97,7 @@ bool SoftParseScript(const std::string& text, const std::string& name, std::vect
 bool SoftReadScript(const std::string& path, std::vector<SoftInputEvent>* events, std::string* error)
 {
     std::string text;
-    if (!SoftReadFile(path, &text)) {
-        *error = path + ": no such file";
+    if (!SoftReadFile(path, &text, error))
         return false;
-    }
     return SoftParseScript(text, path, events, error);
 }

@@ -11,8 +11,9 @@
 // <tick> is the clock tick (60 a second) from which the event is handed out;
 // numbers are decimal or 0x-prefixed hexadecimal; a key code may also be one
 // of the names enter (13), escape (27), space (32), tab (9). Positions are
-// screen coordinates 0..639, 0..479. Events are handed out in tick order,
-// lines of the same tick in file order.
+// screen coordinates 0..639, 0..479. Lines are in tick order (a tick smaller
+// than the one above is a fault); lines of the same tick are handed out in
+// file order.
 #ifndef QUINDLE_SOFT_SCRIPT_H
 #define QUINDLE_SOFT_SCRIPT_H
 

@@ -5,14 +5,14 @@ using namespace soft_test;
 
 namespace {
 
-TEST(SoftScript, ReadsEveryKindOfEventAndSortsByTick)
+TEST(SoftScript, ReadsEveryKindOfEvent)
 {
     std::vector<SoftInputEvent> events;
     std::string error;
     ASSERT_TRUE(SoftParseScript("# a comment\n"
                                 "\n"
-                                "30 release 10 20\n"
                                 "20 press 10 20 mods 1   # shift-click\n"
+                                "30 release 10 20\n"
                                 "40 key enter\n"
                                 "40 key 0x1B mods 0x4\n"
                                 "50 pointer 639 479\n"
@@ -50,6 +50,7 @@ TEST(SoftScript, AFaultyLineIsNamedWithItsFileAndLine)
         {"10 quit now\n", "s.txt:1: quit takes nothing"},
         {"10 key \"13\n", "s.txt:1: unclosed quote"},
         {"99999999999999999999999 key 1\n", "s.txt:1: '99999999999999999999999' is not a tick"},
+        {"20 key 1\n20 key 2\n10 key 3\n", "s.txt:3: tick 10 comes before tick 20 of the line above"},
     };
     for (const auto& c : cases) {
         std::vector<SoftInputEvent> events;
