@@ -215,12 +215,19 @@ TEST_F(WalkTest, AwkwardPlaces)
     EXPECT_TRUE(area->Contains(GLPoint(100, 200)));
 }
 
-TEST_F(WalkTest, TheTextFormReadsAnAreaAndReportsTheLineOfAFault)
+std::string gNotices; // what the host notice was told: "<kind> <file>(<line>): <text>"
+
+void Notice(int kind, const char* file, int line, const char* text)
+{
+    gNotices += std::to_string(kind) + " " + file + "(" + std::to_string(line) + "): " + text;
+}
+
+TEST_F(WalkTest, TheTextFormReadsAnAreaAndTellsTheHostTheLineOfAFault)
 {
     const std::string file = ::testing::TempDir() + "walk.txt";
     const struct {
         const char* text;
-        const char* report; // null: read
+        const char* notice; // null: read
     } cases[] = {
         {"# a courtyard\nclearance 2\nboundary 0 0, 100 0, 100 100, 0 100\n\nhole 40 40 60 40 60 60\n", nullptr},
         {"boundary 0 0 100 0 100 100\nwall 1 2\n", "(2): unknown keyword"},
@@ -232,17 +239,19 @@ TEST_F(WalkTest, TheTextFormReadsAnAreaAndReportsTheLineOfAFault)
          "(3): a hole overlaps another hole"},
         {"boundary 0 0 100 100 100 0 0 100\n", "(1): a polygon crosses itself"},
         {"boundary 0 0 100 0 100 0\n", "(1): a polygon needs three distinct points"},
-        {"# nothing\n", ": no boundary"},
+        {"# nothing\n", "(0): no boundary"},
     };
-    char report[128];
+    GLSetHostNotice(&Notice);
     for (const auto& c : cases) {
         std::ofstream(file) << c.text;
-        GLWalkArea* read = GLWalkArea::Load(file.c_str(), report, sizeof(report));
-        if (c.report) {
+        gNotices.clear();
+        GLWalkArea* read = GLWalkArea::Load(file.c_str());
+        if (c.notice) {
             EXPECT_EQ(read, nullptr) << c.text;
-            EXPECT_EQ(report, file + c.report);
+            EXPECT_EQ(gNotices, "1 " + file + c.notice);
         } else {
-            ASSERT_NE(read, nullptr) << report;
+            ASSERT_NE(read, nullptr) << gNotices;
+            EXPECT_EQ(gNotices, "");
             EXPECT_EQ(read->GetClearance(), 2);
             EXPECT_EQ(read->GetPolygonCount(), 2);
             EXPECT_EQ(read->GetPointCount(1), 3);
@@ -251,8 +260,10 @@ TEST_F(WalkTest, TheTextFormReadsAnAreaAndReportsTheLineOfAFault)
         delete read;
     }
     std::remove(file.c_str());
-    EXPECT_EQ(GLWalkArea::Load(file.c_str(), report, sizeof(report)), nullptr);
-    EXPECT_EQ(report, file + ": cannot be opened");
+    gNotices.clear();
+    EXPECT_EQ(GLWalkArea::Load(file.c_str()), nullptr);
+    EXPECT_EQ(gNotices, "1 " + file + "(0): a walkable area that cannot be opened");
+    GLSetHostNotice(nullptr);
 }
 
 // A kernel that has no memory for walkable areas.
