@@ -29,6 +29,7 @@
 #ifndef QUINDLE_SOFT_AUDIO_H
 #define QUINDLE_SOFT_AUDIO_H
 
+#include "SoftHost.h"
 #include "SoftResources.h"
 
 #include <cstdint>
@@ -40,20 +41,7 @@
 
 class SoftAudio {
 public:
-    // What audio asks of the kernel it serves: the clock, in ticks, where a
-    // fault goes (a missing or malformed WAV), and where a trace line goes (a
-    // sample started, stopped or ended).
-    class Host {
-    public:
-        virtual std::uint32_t Now() const = 0;
-        virtual void Report(const std::string& fault) = 0;
-        __attribute__((format(printf, 2, 3))) virtual void Trace(const char* format, ...) = 0;
-
-    protected:
-        ~Host() {}
-    };
-
-    SoftAudio(Host& host, SoftResources& resources) : mHost(host), mResources(resources) {}
+    SoftAudio(SoftServiceHost& host, SoftResources& resources) : mHost(host), mResources(resources) {}
     SoftAudio(const SoftAudio&) = delete;
     SoftAudio& operator=(const SoftAudio&) = delete;
 
@@ -155,7 +143,7 @@ private:
     void UpdateSample(Sample& s);
     void StartSample(int iSample, int iVolume);
 
-    Host& mHost;
+    SoftServiceHost& mHost;
     SoftResources& mResources;
     std::map<int, std::unique_ptr<Sample>> mSamples;
     int mGlobalVolume = 127;

@@ -138,51 +138,6 @@ void SoftKernel::FreeMemory(void* pBlock)
     mLedger.Release(pBlock);
 }
 
-int SoftKernel::DLLCheckValid(int iMemId)
-{
-    if (iMemId <= 0 || iMemId > 0xFFFF)
-        return 0;
-    return mMemBitmaps.count(static_cast<std::uint16_t>(iMemId)) ? 1 : 0;
-}
-
-std::uint16_t SoftKernel::CreateMemBitmap(int width, int height, int fillColor, int skipColor)
-{
-    if (width < 1 || width > kWidth || height < 1 || height > kHeight || fillColor < 0 || fillColor > 255 ||
-        skipColor < -1 || skipColor > 255)
-        return 0;
-    if (mMemBitmaps.size() >= 0xFFFF)
-        return 0;
-    while (mNextMemId == 0 || mMemBitmaps.count(mNextMemId))
-        mNextMemId++;
-    const std::uint16_t id = mNextMemId++;
-    MemBitmap& m = mMemBitmaps[id];
-    m.bitmap.Resize(width, height, static_cast<std::uint8_t>(fillColor), fillColor == skipColor ? 0 : 1);
-    m.skip = skipColor;
-    return id;
-}
-
-void SoftKernel::FreeMemBitmap(std::uint16_t memId)
-{
-    mMemBitmaps.erase(memId);
-}
-
-void SoftKernel::FillMemBitmap(std::uint16_t memId, int left, int top, int right, int bottom, int color)
-{
-    auto found = mMemBitmaps.find(memId);
-    if (found == mMemBitmaps.end() || color < 0 || color > 255)
-        return;
-    MemBitmap& m = found->second;
-    const ZOR_Rect r = Intersect(ZOR_Rect(left, top, right, bottom),
-                                 ZOR_Rect(0, 0, m.bitmap.width - 1, m.bitmap.height - 1));
-    for (int y = r.top; y <= r.bottom; y++) {
-        for (int x = r.left; x <= r.right; x++) {
-            const std::size_t i = static_cast<std::size_t>(y) * m.bitmap.width + x;
-            m.bitmap.pixels[i] = static_cast<std::uint8_t>(color);
-            m.bitmap.opaque[i] = color == m.skip ? 0 : 1;
-        }
-    }
-}
-
 // ----- planes -----
 
 KernelPlaneRecord* SoftKernel::NewPlane(int iType, int iColor, ZOR_Rect* pRect, int /*iWindowIndex*/,
@@ -532,14 +487,14 @@ const SoftBitmap* SoftKernel::ItemBitmap(const Item& item)
 {
     std::string error;
     if (item.source.kind == 2) {
-        auto found = mMemBitmaps.find(item.source.memId);
-        if (found == mMemBitmaps.end()) {
+        const SoftBitmap* bitmap = mBitmaps.Find(item.source.memId);
+        if (!bitmap) {
             error = "screen item " + std::to_string(item.id) + ": memory bitmap " +
                     std::to_string(item.source.memId) + " does not exist";
             Report(error);
             return nullptr;
         }
-        return &found->second.bitmap;
+        return bitmap;
     }
     if (item.source.kind != 0) {
         Report("screen item " + std::to_string(item.id) + ": unknown source kind " +
@@ -900,111 +855,12 @@ std::uint32_t SoftKernel::GetTicks()
 
 // ----- messages -----
 
-const SoftMessage* SoftKernel::FindMessage(const int keys[5])
-{
-    std::string error;
-    const std::vector<SoftMessage>* all = mResources.Messages(&error);
-    if (!all) {
-        Report(error);
-        return nullptr;
-    }
-    for (const auto& m : *all)
-        if (std::memcmp(m.keys, keys, sizeof m.keys) == 0)
-            return &m;
-    return nullptr;
-}
-
-// The message of the same conversation with the smallest sequence above the last one got.
-const SoftMessage* SoftKernel::NextMessage()
-{
-    if (!mHaveLastMessage)
-        return nullptr;
-    std::string error;
-    const std::vector<SoftMessage>* all = mResources.Messages(&error);
-    if (!all)
-        return nullptr;
-    const SoftMessage* best = nullptr;
-    for (const auto& m : *all) {
-        if (std::memcmp(m.keys, mLastMessageKeys, 4 * sizeof(int)) != 0 || m.keys[4] <= mLastMessageKeys[4])
-            continue;
-        if (!best || m.keys[4] < best->keys[4])
-            best = &m;
-    }
-    return best;
-}
-
-namespace {
-void CopyText(const std::string& text, char* buffer, int size)
-{
-    if (!buffer || size <= 0)
-        return;
-    const std::size_t n = std::min(text.size(), static_cast<std::size_t>(size - 1));
-    std::memcpy(buffer, text.data(), n);
-    buffer[n] = '\0';
-}
-} // namespace
-
-int SoftKernel::GetMessageSize(int iKey1, int iKey2, int iKey3, int iKey4, int iSequence, int* piSize)
-{
-    const int keys[5] = {iKey1, iKey2, iKey3, iKey4, iSequence};
-    const SoftMessage* m = FindMessage(keys);
-    if (!m)
-        return 0;
-    if (piSize)
-        *piSize = static_cast<int>(m->text.size() + 1);
-    return 1;
-}
-
-// Speech belongs to a message: looked up here, played by the audio.
+// Speech belongs to a message: looked up by the messages, played by the audio.
 int SoftKernel::PlayMessageAudio(int iKey1, int iKey2, int iKey3, int iKey4, int iSequence, int /*iUnused1*/,
                                  int /*iVolume*/, int /*iUnused2*/)
 {
     const int keys[5] = {iKey1, iKey2, iKey3, iKey4, iSequence};
-    return mAudio.PlaySpeech(keys, FindMessage(keys));
-}
-
-int SoftKernel::GetMessage(int iKey1, int iKey2, int iKey3, int iKey4, int iSequence, char* pBuffer, int iBufferSize)
-{
-    const int keys[5] = {iKey1, iKey2, iKey3, iKey4, iSequence};
-    const SoftMessage* m = FindMessage(keys);
-    if (!m)
-        return 0;
-    CopyText(m->text, pBuffer, iBufferSize);
-    std::memcpy(mLastMessageKeys, m->keys, sizeof mLastMessageKeys);
-    mHaveLastMessage = true;
-    Trace("message %d %d %d %d %d (talker %d): %s", m->keys[0], m->keys[1], m->keys[2], m->keys[3], m->keys[4],
-          m->talker, m->text.c_str());
-    return m->talker;
-}
-
-int SoftKernel::GetNextMessageSize(int* piSize)
-{
-    const SoftMessage* m = NextMessage();
-    if (!m)
-        return 0;
-    if (piSize)
-        *piSize = static_cast<int>(m->text.size() + 1);
-    return 1;
-}
-
-int SoftKernel::GetNextMessage(char* pBuffer, int iBufferSize)
-{
-    const SoftMessage* m = NextMessage();
-    if (!m)
-        return 0;
-    CopyText(m->text, pBuffer, iBufferSize);
-    std::memcpy(mLastMessageKeys, m->keys, sizeof mLastMessageKeys);
-    Trace("message %d %d %d %d %d (talker %d): %s", m->keys[0], m->keys[1], m->keys[2], m->keys[3], m->keys[4],
-          m->talker, m->text.c_str());
-    return m->talker;
-}
-
-void SoftKernel::GetLastMessageKeys(int* piKeys)
-{
-    if (!piKeys)
-        return;
-    for (int i = 0; i < 5; i++)
-        piKeys[i] = mHaveLastMessage ? mLastMessageKeys[i] : -1;
+    return mAudio.PlaySpeech(keys, mMessages.Find(keys));
 }
 
 // ----- robots -----

@@ -69,8 +69,10 @@
 
 #include "AllocationLedger.h"
 #include "SoftAudio.h"
+#include "SoftBitmaps.h"
 #include "SoftExtras.h"
 #include "SoftImage.h"
+#include "SoftMessages.h"
 #include "SoftResources.h"
 #include "SoftScript.h"
 
@@ -83,7 +85,7 @@
 
 class SoftCompositor;
 
-class SoftKernel : public KernelServices, public SoftKernelExtras, private SoftAudio::Host {
+class SoftKernel : public KernelServices, public SoftKernelExtras, private SoftServiceHost {
 public:
     static constexpr int kWidth = 640;
     static constexpr int kHeight = 480;
@@ -142,7 +144,7 @@ public:
     // the file the system's font configuration gives for DejaVu Sans, else
     // Debian's path for it; with neither, text draws nothing and the fault
     // says what was looked for.
-    void SetFontPath(const std::string& path);
+    void SetFontPath(const std::string& path) { mBitmaps.SetFontPath(path); }
     // The state of a sample, and what can be heard now (SoftAudio.h).
     using SampleView = SoftAudio::SampleView;
     using AudibleSource = SoftAudio::AudibleSource;
@@ -244,11 +246,14 @@ public:
     std::uint32_t GetRobotSignal() override;
 
     int GetMessage(int iKey1, int iKey2, int iKey3, int iKey4, int iSequence, char* pBuffer,
-                   int iBufferSize) override;
-    int GetNextMessage(char* pBuffer, int iBufferSize) override;
-    int GetMessageSize(int iKey1, int iKey2, int iKey3, int iKey4, int iSequence, int* piSize) override;
-    int GetNextMessageSize(int* piSize) override;
-    void GetLastMessageKeys(int* piKeys) override;
+                   int iBufferSize) override
+    { return mMessages.GetMessage(iKey1, iKey2, iKey3, iKey4, iSequence, pBuffer, iBufferSize); }
+    int GetNextMessage(char* pBuffer, int iBufferSize) override
+    { return mMessages.GetNextMessage(pBuffer, iBufferSize); }
+    int GetMessageSize(int iKey1, int iKey2, int iKey3, int iKey4, int iSequence, int* piSize) override
+    { return mMessages.GetMessageSize(iKey1, iKey2, iKey3, iKey4, iSequence, piSize); }
+    int GetNextMessageSize(int* piSize) override { return mMessages.GetNextMessageSize(piSize); }
+    void GetLastMessageKeys(int* piKeys) override { mMessages.GetLastMessageKeys(piKeys); }
 
     void GetEvent(std::uint32_t uMask, KernelEventRecord* pRecord) override;
     void PlaneToLocal(std::int32_t lPlaneId, ZOR_Point* pPoint) override;
@@ -294,7 +299,7 @@ public:
     KernelScreenItemRecord* NewScreenItem(std::int32_t lPlaneId, KernelScreenItemSource* pSource, ZOR_Point pos,
                                           ScaleInfo scale) override;
     void DisposeScreenItem(KernelScreenItemRecord* pRecord) override;
-    int DLLCheckValid(int iMemId) override;
+    int DLLCheckValid(int iMemId) override { return mBitmaps.IsLive(iMemId); }
     void PlaneCreated(KernelPlaneRecord* pRecord) override;
 
     unsigned OpenAvi(int iMovie, const char* pFileName) override;
@@ -314,12 +319,15 @@ public:
     unsigned SetAviEvent(int iEventFlags) override;
 
     // ----- SoftKernelExtras -----
-    std::uint16_t CreateMemBitmap(int width, int height, int fillColor, int skipColor) override;
-    void FreeMemBitmap(std::uint16_t memId) override;
-    void FillMemBitmap(std::uint16_t memId, int left, int top, int right, int bottom, int color) override;
+    std::uint16_t CreateMemBitmap(int width, int height, int fillColor, int skipColor) override
+    { return mBitmaps.CreateMemBitmap(width, height, fillColor, skipColor); }
+    void FreeMemBitmap(std::uint16_t memId) override { mBitmaps.FreeMemBitmap(memId); }
+    void FillMemBitmap(std::uint16_t memId, int left, int top, int right, int bottom, int color) override
+    { mBitmaps.FillMemBitmap(memId, left, top, right, bottom, color); }
     int DrawText(std::uint16_t memId, int x, int y, const char* text, int color, int pixelSize,
-                 int maxWidth) override;
-    int TextWidth(const char* text, int pixelSize) override;
+                 int maxWidth) override
+    { return mBitmaps.DrawText(memId, x, y, text, color, pixelSize, maxWidth); }
+    int TextWidth(const char* text, int pixelSize) override { return mBitmaps.TextWidth(text, pixelSize); }
 
     // Movie status bits.
     enum : unsigned { kMovieOpen = 1, kMoviePlaying = 2, kMoviePaused = 4, kMovieEnded = 8 };
@@ -332,7 +340,6 @@ private:
     struct Robot;
     struct Avi;
     struct Vmd;
-    struct Font;
 
     void Report(const std::string& fault) override;
     __attribute__((format(printf, 2, 3))) void Trace(const char* format, ...) override;
@@ -349,8 +356,6 @@ private:
     void AdvanceClock();
     std::uint32_t Now() const override;
     std::uint32_t RobotElapsed() const;
-    const SoftMessage* FindMessage(const int keys[5]);
-    const SoftMessage* NextMessage();
     bool TakeEndingInput(); // a press or key is waiting: take it (movie ends)
     int ShowStylePercent(const Plane& plane) const;
     void FinishScroll(Plane& plane);
@@ -388,22 +393,14 @@ private:
 
     SoftAudio mAudio{*this, mResources};
 
-    int mLastMessageKeys[5] = {0, 0, 0, 0, 0};
-    bool mHaveLastMessage = false;
+    SoftMessages mMessages{*this, mResources};
 
     std::unique_ptr<Robot> mRobot;
     std::unique_ptr<Vmd> mVmd;
     std::map<int, std::unique_ptr<Avi>> mAvis;
     unsigned mAviEventFlags = 0;
 
-    struct MemBitmap {
-        SoftBitmap bitmap;
-        int skip = -1;
-    };
-    std::map<std::uint16_t, MemBitmap> mMemBitmaps;
-    std::uint16_t mNextMemId = 1;
-    std::unique_ptr<Font> mFont;
-    std::string mFontPath;
+    SoftBitmaps mBitmaps{*this, kWidth, kHeight};
 };
 
 #endif

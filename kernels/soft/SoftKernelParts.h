@@ -136,12 +136,4 @@ struct SoftKernel::Avi {
     std::uint64_t serial = 0;
 };
 
-// The font behind DrawText (FreeType handles, opened on first use).
-struct SoftKernel::Font {
-    void* library = nullptr; // FT_Library
-    void* face = nullptr;    // FT_Face
-    bool failed = false;
-    ~Font();
-};
-
 #endif

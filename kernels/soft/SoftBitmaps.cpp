@@ -1,5 +1,6 @@
-// SoftFont.cpp - text into memory bitmaps, with FreeType and a TrueType font.
-#include "SoftKernelParts.h"
+// SoftBitmaps.cpp - memory bitmaps, and text drawn into them with FreeType
+// (see SoftBitmaps.h).
+#include "SoftBitmaps.h"
 
 #include <ft2build.h>
 #include FT_FREETYPE_H
@@ -11,7 +12,7 @@
 
 #include <algorithm>
 
-SoftKernel::Font::~Font()
+SoftBitmaps::Font::~Font()
 {
     if (face)
         FT_Done_Face(static_cast<FT_Face>(face));
@@ -115,13 +116,64 @@ std::string FindFont(std::string* error)
 
 } // namespace
 
-void SoftKernel::SetFontPath(const std::string& path)
+int SoftBitmaps::IsLive(int iMemId) const
+{
+    if (iMemId <= 0 || iMemId > 0xFFFF)
+        return 0;
+    return mMemBitmaps.count(static_cast<std::uint16_t>(iMemId)) ? 1 : 0;
+}
+
+std::uint16_t SoftBitmaps::CreateMemBitmap(int width, int height, int fillColor, int skipColor)
+{
+    if (width < 1 || width > mMaxWidth || height < 1 || height > mMaxHeight || fillColor < 0 || fillColor > 255 ||
+        skipColor < -1 || skipColor > 255)
+        return 0;
+    if (mMemBitmaps.size() >= 0xFFFF)
+        return 0;
+    while (mNextMemId == 0 || mMemBitmaps.count(mNextMemId))
+        mNextMemId++;
+    const std::uint16_t id = mNextMemId++;
+    MemBitmap& m = mMemBitmaps[id];
+    m.bitmap.Resize(width, height, static_cast<std::uint8_t>(fillColor), fillColor == skipColor ? 0 : 1);
+    m.skip = skipColor;
+    return id;
+}
+
+void SoftBitmaps::FreeMemBitmap(std::uint16_t memId)
+{
+    mMemBitmaps.erase(memId);
+}
+
+void SoftBitmaps::FillMemBitmap(std::uint16_t memId, int left, int top, int right, int bottom, int color)
+{
+    auto found = mMemBitmaps.find(memId);
+    if (found == mMemBitmaps.end() || color < 0 || color > 255)
+        return;
+    MemBitmap& m = found->second;
+    const int x0 = std::max(left, 0), x1 = std::min(right, m.bitmap.width - 1);
+    const int y0 = std::max(top, 0), y1 = std::min(bottom, m.bitmap.height - 1);
+    for (int y = y0; y <= y1; y++) {
+        for (int x = x0; x <= x1; x++) {
+            const std::size_t i = static_cast<std::size_t>(y) * m.bitmap.width + x;
+            m.bitmap.pixels[i] = static_cast<std::uint8_t>(color);
+            m.bitmap.opaque[i] = color == m.skip ? 0 : 1;
+        }
+    }
+}
+
+const SoftBitmap* SoftBitmaps::Find(std::uint16_t memId) const
+{
+    auto found = mMemBitmaps.find(memId);
+    return found == mMemBitmaps.end() ? nullptr : &found->second.bitmap;
+}
+
+void SoftBitmaps::SetFontPath(const std::string& path)
 {
     mFontPath = path;
     mFont.reset();
 }
 
-int SoftKernel::TextWidth(const char* text, int pixelSize)
+int SoftBitmaps::TextWidth(const char* text, int pixelSize)
 {
     if (!text)
         return 0;
@@ -138,7 +190,7 @@ int SoftKernel::TextWidth(const char* text, int pixelSize)
         mFont->face = face;
         if (!ok) {
             mFont->failed = true;
-            Report(mFontPath.empty() ? error : mFontPath + ": cannot read the font");
+            mHost.Report(mFontPath.empty() ? error : mFontPath + ": cannot read the font");
         }
     }
     if (mFont->failed)
@@ -147,7 +199,7 @@ int SoftKernel::TextWidth(const char* text, int pixelSize)
     return LineWidth(static_cast<FT_Face>(mFont->face), text);
 }
 
-int SoftKernel::DrawText(std::uint16_t memId, int x, int y, const char* text, int color, int pixelSize, int maxWidth)
+int SoftBitmaps::DrawText(std::uint16_t memId, int x, int y, const char* text, int color, int pixelSize, int maxWidth)
 {
     auto found = mMemBitmaps.find(memId);
     if (found == mMemBitmaps.end() || !text || color < 0 || color > 255)
