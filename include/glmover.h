@@ -48,6 +48,8 @@ public:
     // TRUE while a leg is under way.
     int IsMoving() const { return mpBresen != 0; }
     GLCel* GetActor() const { return mpActor; }
+    // Where the current leg ends; null before the first Start.
+    const GLPoint* GetDest() const { return mpDest; }
 
 protected:
     void Init();
@@ -80,6 +82,10 @@ public:
     using GLMover::Start;
     // Starts the next leg, or is done after the last point.
     virtual void NextDest();
+    // The points walked (null before Start) and the index of the one the
+    // current leg goes to: the points after it are still to come.
+    const GLListAsArray<GLPoint>* GetPoints() const { return mpPoints; }
+    int GetCurIndex() const { return mCurIndex; }
 
 protected:
     GLListAsArray<GLPoint>* mpPoints;

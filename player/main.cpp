@@ -6,6 +6,7 @@
 #include "Check.h"
 #include "GameFolder.h"
 #include "HostReports.h"
+#include "Overlay.h"
 #include "quindle_game.h"
 
 #include "SoftKernel.h"
@@ -14,6 +15,7 @@
 #include "glrmmgr.h"
 #ifdef QUINDLE_HAVE_WINDOW
 #include "SoftWindow.h"
+#include "WindowKeys.h"
 #endif
 
 #include <dlfcn.h>
@@ -50,11 +52,18 @@ void Usage(std::FILE* out)
                  "  --step N          ticks the clock advances per frame (default 1)\n"
                  "  --quiet           no progress line\n"
                  "  --window          play in a window instead (real clock, mouse and keyboard)\n"
-                 "  --scale N         window scale (default 2)\n"                 "  --check           read the whole folder without running the game; print\n"
+                 "  --scale N         window scale (default 2)\n"
+                 "  --check           read the whole folder without running the game; print\n"
                  "                    every problem as FILE:LINE: error|warning: WHAT\n"
                  "  --strict          warnings are faults too\n"
                  "  --trace           print each sample, message, room, robot and movie\n"
                  "                    the game starts, as TICK WHAT, on standard output\n"
+                 "  --overlay         draw the developer overlay (planes, items, polygons, routes,\n"
+                 "                    the pointer, a status line) into every frame written; in a\n"
+                 "                    window, start with it on\n"
+                 "\n"
+                 "Keys in the window: F1 overlay on/off, F2 pause/go on, F3 one frame while\n"
+                 "paused, F12 write the frame shown as DIR/shot-TICK-N.png (Ctrl+Q quits).\n"
                  "\n"
                  "Always writes DIR/final.png, the last frame. Exits with 0 when the run ended\n"
                  "normally, 1 on a usage error, 2 when a resource, the script or the game\n"
@@ -75,6 +84,7 @@ struct Options {
     bool quiet = false;
     bool ticksGiven = false;
     bool window = false;
+    bool overlay = false;
     bool check = false;
     bool strict = false;
     bool trace = false;
@@ -160,6 +170,8 @@ bool ParseOptions(int argc, char** argv, Options* o, std::string* error)
             o->quiet = true;
         } else if (a == "--window") {
             o->window = true;
+        } else if (a == "--overlay") {
+            o->overlay = true;
         } else if (a == "--check" || a == "--strict" || a == "--trace") {
             (a == "--check" ? o->check : a == "--strict" ? o->strict : o->trace) = true;
         } else if (!a.empty() && a[0] == '-') {
@@ -188,8 +200,9 @@ struct Run {
     long long gifFrames = 0;
     std::string writeError;
     int pngs = 0;
+    PlayerOverlay* overlay = nullptr; // headless with --overlay
 #ifdef QUINDLE_HAVE_WINDOW
-    SoftWindow* window = nullptr;
+    PlayerWindowKeys* window = nullptr;
 #endif
 };
 
@@ -200,16 +213,18 @@ void OnFrame(SoftKernel& k, void* data)
     const std::uint32_t tick = k.GetTicks();
 #ifdef QUINDLE_HAVE_WINDOW
     if (run.window) {
-        run.window->Present(k);
-        run.window->Pump(k);
+        run.window->OnFrame();
         return;
     }
 #endif
+    PlayerOverlay::Status status;
+    status.frameMillis = o.step * 1000.0 / 60; // the virtual clock's: the same frames every run
+    const std::uint8_t* frame = run.overlay ? run.overlay->Draw(k, status) : k.Frame();
     if (o.frames.count(tick) || (o.every && tick % o.every == 0)) {
         char name[32];
         std::snprintf(name, sizeof name, "/frame-%06u.png", tick);
         std::string error;
-        if (SoftWritePng(o.out + name, k.Frame(), SoftKernel::kWidth, SoftKernel::kHeight, k.Palette(), &error))
+        if (SoftWritePng(o.out + name, frame, SoftKernel::kWidth, SoftKernel::kHeight, k.Palette(), &error))
             run.pngs++;
         else if (run.writeError.empty())
             run.writeError = error;
@@ -221,7 +236,7 @@ void OnFrame(SoftKernel& k, void* data)
         const long long n = run.gifFrames++;
         const int delay = static_cast<int>((n + 1) * span * 100 / 60 - n * span * 100 / 60);
         std::string error;
-        if (!run.gif.AddFrame(k.Frame(), k.Palette(), delay, &error) && run.writeError.empty())
+        if (!run.gif.AddFrame(frame, k.Palette(), delay, &error) && run.writeError.empty())
             run.writeError = error;
         run.lastGifTick = tick;
         run.haveGifFrame = true;
@@ -273,8 +288,12 @@ int main(int argc, char** argv)
 
     Run run;
     run.options = &o;
+    PlayerOverlay overlay;
+    if (o.overlay && !o.window)
+        run.overlay = &overlay;
 #ifdef QUINDLE_HAVE_WINDOW
     SoftWindow window;
+    PlayerWindowKeys keys(k, window, o.out, o.overlay);
     if (o.window) {
         if (!window.Open(game.title, o.scale, &error)) {
             std::fprintf(stderr, "quindle-player: %s\n", error.c_str());
@@ -282,7 +301,7 @@ int main(int argc, char** argv)
         }
         GLSetAssertNotice([](const char* text, const char* title) { SoftWindow::ShowMessage(title, text); });
         k.UseRealClock(true);
-        run.window = &window;
+        run.window = &keys;
         window.StartAudio(k);
     }
 #else
@@ -368,8 +387,8 @@ int main(int argc, char** argv)
         status = 2;
     }
     if (!o.window) {
-        if (!SoftWritePng(o.out + "/final.png", k.Frame(), SoftKernel::kWidth, SoftKernel::kHeight, k.Palette(),
-                          &error) ||
+        const std::uint8_t* last = run.overlay ? overlay.Frame() : k.Frame();
+        if (!SoftWritePng(o.out + "/final.png", last, SoftKernel::kWidth, SoftKernel::kHeight, k.Palette(), &error) ||
             !run.gif.Close(&error)) {
             std::fprintf(stderr, "quindle-player: %s\n", error.c_str());
             status = status ? status : 2;

@@ -110,6 +110,8 @@ void SoftKernel::UseRealClock(bool real)
 {
     if (real && !mRealClock)
         mRealStart = RealMillis() - static_cast<std::uint64_t>(mTicks) * 1000 / 60;
+    if (!real && mRealClock)
+        mTicks = Now();
     mRealClock = real;
 }
 

@@ -107,7 +107,9 @@ public:
     void PushInput(const SoftInputEvent& event);
     // Ticks the virtual clock advances with every UpdateScreen (1 by default).
     void SetTicksPerFrame(std::uint32_t ticks) { mTicksPerFrame = ticks; }
-    // Uses the real clock from now on (the window); the virtual clock otherwise.
+    // Uses the real clock from now on (the window); the virtual clock otherwise,
+    // which goes on from where the real clock was (so a host can stop the
+    // clock by leaving it for a while, and take it up again).
     void UseRealClock(bool real);
     // Called after every composed frame (the player writes it out, the window
     // shows it and gathers input).
@@ -140,6 +142,28 @@ public:
     // Where the cursor is and whether it is drawn.
     ZOR_Point CursorPos() const { return ZOR_Point(mCursorX, mCursorY); }
     bool CursorVisible() const { return mCursorVisible; }
+    // What the kernel shows, for a host that inspects it (the player's
+    // overlay). Planes in the order they are drawn (lowest priority first),
+    // each with the screen items shown on it in their drawing order; an item's
+    // rectangle is the one GetNowSeenRect answers, moved to the screen.
+    struct InspectedItem {
+        std::int32_t id;
+        KernelScreenItemSource source;
+        int priority;  // the priority it is drawn with (floating: y + z)
+        bool hasRect;  // false when its cel cannot be drawn
+        ZOR_Rect rect; // on the screen
+    };
+    struct InspectedPlane {
+        std::int32_t id;
+        int type; // kPlaneColored, kPlaneTransparent, kPlaneOpaque or kPlanePicture
+        int priority;
+        ZOR_Rect rect;
+        bool hidden; // a disappearing transition has ended
+        std::vector<InspectedItem> items;
+    };
+    // Fills `planes` afresh. Changes nothing the game can observe: a cel that
+    // cannot be drawn was reported when the frame was composed.
+    void Inspect(std::vector<InspectedPlane>* planes);
     // Path of the TrueType font used by DrawText. By default, on first use,
     // the file the system's font configuration gives for DejaVu Sans, else
     // Debian's path for it; with neither, text draws nothing and the fault

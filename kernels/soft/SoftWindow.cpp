@@ -74,7 +74,7 @@ void SoftWindow::ShowMessage(const char* title, const char* text)
     SDL_ShowSimpleMessageBox(SDL_MESSAGEBOX_ERROR, title, text, nullptr);
 }
 
-void SoftWindow::Present(SoftKernel& kernel)
+void SoftWindow::Present(SoftKernel& kernel, const std::uint8_t* frame)
 {
     if (!mTexture)
         return;
@@ -85,7 +85,8 @@ void SoftWindow::Present(SoftKernel& kernel)
         const SoftPalette& pal = kernel.Palette();
         for (int i = 0; i < 256; i++)
             lut[i] = 0xFF000000u | (pal.colors[i].r << 16) | (pal.colors[i].g << 8) | pal.colors[i].b;
-        const std::uint8_t* frame = kernel.Frame();
+        if (!frame)
+            frame = kernel.Frame();
         for (int y = 0; y < SoftKernel::kHeight; y++) {
             auto* row = reinterpret_cast<std::uint32_t*>(static_cast<std::uint8_t*>(pixels) + y * pitch);
             for (int x = 0; x < SoftKernel::kWidth; x++)
@@ -157,6 +158,8 @@ void SoftWindow::Pump(SoftKernel& kernel)
             break;
         case SDL_MOUSEBUTTONDOWN:
         case SDL_MOUSEBUTTONUP:
+            if (mHeld)
+                break;
             in.type = e.type == SDL_MOUSEBUTTONDOWN ? kEventPointerDown : kEventPointerUp;
             in.x = std::clamp(e.button.x, 0, SoftKernel::kWidth - 1);
             in.y = std::clamp(e.button.y, 0, SoftKernel::kHeight - 1);
@@ -170,10 +173,19 @@ void SoftWindow::Pump(SoftKernel& kernel)
             in.y = std::clamp(e.motion.y, 0, SoftKernel::kHeight - 1);
             ZOR_Point at(in.x, in.y);
             kernel.SetCursorPos(&at);
-            kernel.PushInput(in);
+            if (!mHeld)
+                kernel.PushInput(in);
             break;
         }
         case SDL_KEYDOWN: {
+            const SDL_Keycode sym = e.key.keysym.sym;
+            if (sym >= SDLK_F1 && sym <= SDLK_F12) {
+                if (mKeyHook && !e.key.repeat)
+                    mKeyHook(static_cast<int>(sym - SDLK_F1) + 1, mKeyHookData);
+                break;
+            }
+            if (mHeld)
+                break;
             in.type = kEventKeyDown;
             in.modifiers = Modifiers(e.key.keysym.mod);
             if (e.key.keysym.sym == SDLK_q && (e.key.keysym.mod & KMOD_CTRL)) {
@@ -194,7 +206,15 @@ void SoftWindow::Pump(SoftKernel& kernel)
             break;
         }
     }
-    Mix(kernel);
+    if (!mHeld)
+        Mix(kernel);
+}
+
+void SoftWindow::Hold(bool hold)
+{
+    mHeld = hold;
+    if (hold && mAudio)
+        SDL_ClearQueuedAudio(mAudio);
 }
 
 // Keeps about a tenth of a second of sound queued. Each source is mixed from

@@ -28,10 +28,21 @@ public:
     bool Open(const std::string& title, int scale, std::string* error);
     // Starts the sound; without an audio device the game plays on silent.
     void StartAudio(SoftKernel& kernel);
-    // Shows the kernel's last frame; waits so that frames come 60 a second at most.
-    void Present(SoftKernel& kernel);
-    // Hands waiting input to the kernel and feeds the sound.
+    // Shows the kernel's last frame, or `frame` (640x480 indices in the
+    // kernel's palette) in its place; waits so that frames come 60 a second at most.
+    void Present(SoftKernel& kernel, const std::uint8_t* frame = nullptr);
+    // Hands waiting input to the kernel and feeds the sound. Function keys
+    // F1..F12 go to the host's hook instead, never to the game.
     void Pump(SoftKernel& kernel);
+    // The host's hook for function keys (n is 1..12).
+    void SetFunctionKeyHook(void (*hook)(int n, void* data), void* data)
+    {
+        mKeyHook = hook;
+        mKeyHookData = data;
+    }
+    // While held, Pump moves the pointer but hands no input to the game, and
+    // the sound is silent (what was queued is dropped).
+    void Hold(bool hold);
     // True once the window was closed.
     bool Closed() const { return mClosed; }
     // A modal message box (the library's assertion notice, in a window).
@@ -49,6 +60,9 @@ private:
     int mAudioRate = 22050;
     std::map<long long, double> mCursors; // per source: the position mixed up to, in WAV frames
     std::uint64_t mLastPresent = 0;
+    void (*mKeyHook)(int, void*) = nullptr;
+    void* mKeyHookData = nullptr;
+    bool mHeld = false;
 };
 
 #endif

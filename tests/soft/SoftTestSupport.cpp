@@ -4,6 +4,7 @@
 #include "SoftImage.h"
 
 #include <png.h>
+#include <sys/wait.h>
 
 #include <cstdio>
 #include <cstdlib>
@@ -108,22 +109,40 @@ std::uint64_t FrameHash(const std::uint8_t* pixels, std::size_t size)
     return h;
 }
 
+Result Shell(const std::string& command)
+{
+    Result r;
+    std::FILE* pipe = ::popen((command + " 2>&1").c_str(), "r");
+    if (!pipe)
+        return r;
+    char buffer[512];
+    while (std::fgets(buffer, sizeof buffer, pipe))
+        r.output += buffer;
+    const int raw = ::pclose(pipe);
+    r.status = WIFEXITED(raw) ? WEXITSTATUS(raw) : -1;
+    return r;
+}
+
 ::testing::AssertionResult FrameMatches(const SoftKernel& k, const Expected& expected, const std::string& name)
 {
+    return FramesMatch(k.Frame(), expected.pixels.data(), k.Palette(), name);
+}
+
+::testing::AssertionResult FramesMatch(const std::uint8_t* actual, const std::uint8_t* expectedPixels,
+                                       const SoftPalette& pal, const std::string& name)
+{
     const std::size_t size = 640 * 480;
-    if (FrameHash(k.Frame(), size) == FrameHash(expected.pixels.data(), size) &&
-        std::memcmp(k.Frame(), expected.pixels.data(), size) == 0)
+    if (FrameHash(actual, size) == FrameHash(expectedPixels, size) && std::memcmp(actual, expectedPixels, size) == 0)
         return ::testing::AssertionSuccess();
     std::string error;
-    const SoftPalette& pal = k.Palette();
-    SoftWritePng(name + ".actual.png", k.Frame(), 640, 480, pal, &error);
-    SoftWritePng(name + ".expected.png", expected.pixels.data(), 640, 480, pal, &error);
+    SoftWritePng(name + ".actual.png", actual, 640, 480, pal, &error);
+    SoftWritePng(name + ".expected.png", expectedPixels, 640, 480, pal, &error);
     std::vector<std::uint8_t> rgb(size * 3);
     int differing = 0, firstX = -1, firstY = -1;
     for (std::size_t i = 0; i < size; i++) {
-        const SoftColor& c = pal.colors[expected.pixels[i]];
+        const SoftColor& c = pal.colors[expectedPixels[i]];
         const std::uint8_t grey = static_cast<std::uint8_t>((c.r + c.g + c.b) / 6 + 40);
-        if (k.Frame()[i] != expected.pixels[i]) {
+        if (actual[i] != expectedPixels[i]) {
             if (differing++ == 0) {
                 firstX = static_cast<int>(i % 640);
                 firstY = static_cast<int>(i / 640);
@@ -138,8 +157,8 @@ std::uint64_t FrameHash(const std::uint8_t* pixels, std::size_t size)
     SoftWritePngRgb(name + ".diff.png", rgb.data(), 640, 480, &error);
     return ::testing::AssertionFailure()
            << name << ": " << differing << " pixels differ, the first at (" << firstX << ", " << firstY << "): is "
-           << int(k.Frame()[static_cast<std::size_t>(firstY) * 640 + firstX]) << ", expected "
-           << int(expected.pixels[static_cast<std::size_t>(firstY) * 640 + firstX]) << "; see " << name
+           << int(actual[static_cast<std::size_t>(firstY) * 640 + firstX]) << ", expected "
+           << int(expectedPixels[static_cast<std::size_t>(firstY) * 640 + firstX]) << "; see " << name
            << ".diff.png, " << name << ".actual.png and " << name << ".expected.png";
 }
 

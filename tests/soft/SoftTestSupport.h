@@ -48,6 +48,16 @@ std::uint64_t FrameHash(const std::uint8_t* pixels, std::size_t size);
 // (differing pixels red over a grey copy of the expected frame) into the
 // working directory and names them in the failure.
 ::testing::AssertionResult FrameMatches(const SoftKernel& k, const Expected& expected, const std::string& name);
+// The same for any two frames in one palette.
+::testing::AssertionResult FramesMatch(const std::uint8_t* actual, const std::uint8_t* expected,
+                                       const SoftPalette& palette, const std::string& name);
+
+// A shell command's exit status and its output and error streams together.
+struct Result {
+    int status = -1;
+    std::string output;
+};
+Result Shell(const std::string& command);
 
 // A rectangle's edges as "left,top,right,bottom", to compare in one line.
 template <typename Rect> std::string Edges(const Rect& r)

@@ -4,33 +4,12 @@
 
 #include "SoftText.h"
 
-#include <sys/wait.h>
-
 #include <cstdio>
 #include <filesystem>
 
 using namespace soft_test;
 
 namespace {
-
-struct Result {
-    int status = -1;
-    std::string output;
-};
-
-Result Shell(const std::string& command)
-{
-    Result r;
-    std::FILE* pipe = ::popen((command + " 2>&1").c_str(), "r");
-    if (!pipe)
-        return r;
-    char buffer[512];
-    while (std::fgets(buffer, sizeof buffer, pipe))
-        r.output += buffer;
-    const int raw = ::pclose(pipe);
-    r.status = WIFEXITED(raw) ? WEXITSTATUS(raw) : -1;
-    return r;
-}
 
 Result Play(const TempGame& game, const std::string& args)
 {
