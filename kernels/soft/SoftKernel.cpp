@@ -720,9 +720,9 @@ const std::uint8_t* SoftKernel::Frame() const
 void SoftKernel::Compose()
 {
     mCompositor->ComposePlanes();
-    DrawMovies();
+    mMovies.Draw(*mCompositor, mPalette);
     bool cursorShown = mCursorVisible && mCursorView >= 0;
-    if (mVmd && mVmd->showing && !mVmd->showCursor)
+    if (mMovies.HidesCursor())
         cursorShown = false;
     if (cursorShown) {
         std::string error;
@@ -769,9 +769,8 @@ void SoftKernel::GetEvent(std::uint32_t uMask, KernelEventRecord* pRecord)
             pRecord->where = ZOR_Point(e.x, e.y);
         }
         pRecord->extra = 0;
-        if ((mAviEventFlags & 2) && (e.type == kEventPointerDown || e.type == kEventKeyDown))
-            for (auto& avi : mAvis)
-                avi.second->status &= ~static_cast<unsigned>(kMoviePlaying | kMoviePaused);
+        if (e.type == kEventPointerDown || e.type == kEventKeyDown)
+            mMovies.InputArrived();
         return;
     }
     pRecord->type = kEventNull;
@@ -980,4 +979,56 @@ std::uint32_t SoftKernel::GetRobotSignal()
     if (IsRobotDone())
         return kRobotEnded;
     return 0;
+}
+
+// ----- movies: the kernel drives what needs the screen, the input or the palette -----
+
+unsigned SoftKernel::PlayVmd(int iEventFlags, int, int)
+{
+    const int ticksPerFrame = mMovies.BeginVmd();
+    if (ticksPerFrame == 0)
+        return 0;
+    unsigned result = 0;
+    // The movie plays to its end before the call returns; every tick is a frame
+    // of output, so a headless run records it as it would be seen.
+    while (mMovies.VmdHasFrame()) {
+        for (int t = 0; t < ticksPerFrame; t++) {
+            if ((iEventFlags & 2) && TakeEndingInput()) {
+                result = 1;
+                break;
+            }
+            UpdateScreen(1);
+        }
+        if (result)
+            break;
+        mMovies.NextVmdFrame();
+    }
+    mMovies.EndVmd();
+    return result;
+}
+
+unsigned SoftKernel::ResumeVmd()
+{
+    return mMovies.CanResumeVmd() ? PlayVmd(3, -1, -1) : 0;
+}
+
+void SoftKernel::SetVmdPalette()
+{
+    SoftPalette palette;
+    if (mMovies.VmdPalette(mPalette, &palette))
+        SetPalette(palette);
+}
+
+unsigned SoftKernel::PauseAvi(int iMovie)
+{
+    if (!mMovies.IsAviPlaying(iMovie))
+        return 1;
+    Compose(); // brings the frame number up to the clock
+    return mMovies.PauseAvi(iMovie);
+}
+
+void SoftKernel::SetAviPalette(int iMovie)
+{
+    if (const SoftPalette* palette = mMovies.AviPalette(iMovie))
+        SetPalette(*palette);
 }

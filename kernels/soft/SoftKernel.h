@@ -73,6 +73,7 @@
 #include "SoftExtras.h"
 #include "SoftImage.h"
 #include "SoftMessages.h"
+#include "SoftMovies.h"
 #include "SoftResources.h"
 #include "SoftScript.h"
 
@@ -292,25 +293,29 @@ public:
     std::uint32_t GetTime(int iSelector) override;
     std::uint32_t GetTicks() override;
 
-    unsigned OpenVmd(const char* pFileName, int iCacheSize, int iOpenArgument) override;
-    void SetVmdPlacement(int x, int y, int iFlags, int iRed, int iGreen, int iBlue) override;
+    unsigned OpenVmd(const char* pFileName, int iCacheSize, int iOpenArgument) override
+    { return mMovies.OpenVmd(pFileName, iCacheSize, iOpenArgument); }
+    void SetVmdPlacement(int x, int y, int iFlags, int iRed, int iGreen, int iBlue) override
+    { mMovies.SetVmdPlacement(x, y, iFlags, iRed, iGreen, iBlue); }
     unsigned PlayVmd(int iEventFlags, int iEventValue1, int iEventValue2) override;
-    unsigned StopVmd() override;
+    unsigned StopVmd() override { return mMovies.StopVmd(); }
     unsigned ResumeVmd() override;
-    unsigned CloseVmd() override;
-    unsigned GetVmdLength() override;
-    unsigned GetVmdStatus() override;
-    unsigned GetVmdFramesSkipped() override;
+    unsigned CloseVmd() override { return mMovies.CloseVmd(); }
+    unsigned GetVmdLength() override { return mMovies.GetVmdLength(); }
+    unsigned GetVmdStatus() override { return mMovies.GetVmdStatus(); }
+    unsigned GetVmdFramesSkipped() override { return mMovies.GetVmdFramesSkipped(); }
     void SetVmdPalette() override;
-    void RestrictVmdPalette(int iValue1, int iValue2) override;
-    void ShowVmdCursor(int fShow) override;
-    void InitVmdBlobs() override;
-    void StopVmdBlobs() override;
-    int AddVmdBlob(int iValue1, int iValue2, int iValue3, int iValue4, int iValue5) override;
-    void DeleteVmdBlob(int iBlob) override;
-    void BlackOutVmd(int iValue1, int iValue2, int iValue3, int iValue4) override;
-    unsigned GetVmdWidth() override;
-    unsigned GetVmdHeight() override;
+    void RestrictVmdPalette(int iValue1, int iValue2) override { mMovies.RestrictVmdPalette(iValue1, iValue2); }
+    void ShowVmdCursor(int fShow) override { mMovies.ShowVmdCursor(fShow); }
+    void InitVmdBlobs() override { mMovies.InitVmdBlobs(); }
+    void StopVmdBlobs() override { mMovies.StopVmdBlobs(); }
+    int AddVmdBlob(int iValue1, int iValue2, int iValue3, int iValue4, int iValue5) override
+    { return mMovies.AddVmdBlob(iValue1, iValue2, iValue3, iValue4, iValue5); }
+    void DeleteVmdBlob(int iBlob) override { mMovies.DeleteVmdBlob(iBlob); }
+    void BlackOutVmd(int iValue1, int iValue2, int iValue3, int iValue4) override
+    { mMovies.BlackOutVmd(iValue1, iValue2, iValue3, iValue4); }
+    unsigned GetVmdWidth() override { return mMovies.GetVmdWidth(); }
+    unsigned GetVmdHeight() override { return mMovies.GetVmdHeight(); }
 
     int PointInPolygon(int x, int y, ZOR_Point* pPoints, int iCount) override;
 
@@ -326,21 +331,23 @@ public:
     int DLLCheckValid(int iMemId) override { return mBitmaps.IsLive(iMemId); }
     void PlaneCreated(KernelPlaneRecord* pRecord) override;
 
-    unsigned OpenAvi(int iMovie, const char* pFileName) override;
-    unsigned CloseAvi(int iMovie) override;
-    void SetAviRect(int iMovie, int x, int y, int iWidth, int iHeight) override;
-    void SetAviPos(int iMovie, int x, int y) override;
-    unsigned PlayAvi(int iMovie, int iValue1, int iValue2, int iPlayType, int iValue4) override;
-    unsigned StopAvi(int iMovie) override;
+    unsigned OpenAvi(int iMovie, const char* pFileName) override { return mMovies.OpenAvi(iMovie, pFileName); }
+    unsigned CloseAvi(int iMovie) override { return mMovies.CloseAvi(iMovie); }
+    void SetAviRect(int iMovie, int x, int y, int iWidth, int iHeight) override
+    { mMovies.SetAviRect(iMovie, x, y, iWidth, iHeight); }
+    void SetAviPos(int iMovie, int x, int y) override { mMovies.SetAviPos(iMovie, x, y); }
+    unsigned PlayAvi(int iMovie, int iValue1, int iValue2, int iPlayType, int iValue4) override
+    { return mMovies.PlayAvi(iMovie, iValue1, iValue2, iPlayType, iValue4); }
+    unsigned StopAvi(int iMovie) override { return mMovies.StopAvi(iMovie); }
     unsigned PauseAvi(int iMovie) override;
-    unsigned CueAvi(int iMovie, int iFrame) override;
-    unsigned SeekAvi(int iMovie, int iFrame) override;
-    unsigned ResumeAvi(int iMovie) override;
+    unsigned CueAvi(int iMovie, int iFrame) override { return mMovies.CueAvi(iMovie, iFrame); }
+    unsigned SeekAvi(int iMovie, int iFrame) override { return mMovies.SeekAvi(iMovie, iFrame); }
+    unsigned ResumeAvi(int iMovie) override { return mMovies.ResumeAvi(iMovie); }
     void SetAviPalette(int iMovie) override;
-    unsigned GetAviLength(int iMovie) override;
-    unsigned GetAviFrameNum(int iMovie) override;
-    unsigned GetAviStatus(int iMovie) override;
-    unsigned SetAviEvent(int iEventFlags) override;
+    unsigned GetAviLength(int iMovie) override { return mMovies.GetAviLength(iMovie); }
+    unsigned GetAviFrameNum(int iMovie) override { return mMovies.GetAviFrameNum(iMovie); }
+    unsigned GetAviStatus(int iMovie) override { return mMovies.GetAviStatus(iMovie); }
+    unsigned SetAviEvent(int iEventFlags) override { return mMovies.SetAviEvent(iEventFlags); }
 
     // ----- SoftKernelExtras -----
     std::uint16_t CreateMemBitmap(int width, int height, int fillColor, int skipColor) override
@@ -354,7 +361,12 @@ public:
     int TextWidth(const char* text, int pixelSize) override { return mBitmaps.TextWidth(text, pixelSize); }
 
     // Movie status bits.
-    enum : unsigned { kMovieOpen = 1, kMoviePlaying = 2, kMoviePaused = 4, kMovieEnded = 8 };
+    enum : unsigned {
+        kMovieOpen = SoftMovies::kOpen,
+        kMoviePlaying = SoftMovies::kPlaying,
+        kMoviePaused = SoftMovies::kPaused,
+        kMovieEnded = SoftMovies::kEnded
+    };
 
 private:
     friend class SoftCompositor;
@@ -362,8 +374,6 @@ private:
     struct Plane;
     struct Polygon;
     struct Robot;
-    struct Avi;
-    struct Vmd;
 
     void Report(const std::string& fault) override;
     __attribute__((format(printf, 2, 3))) void Trace(const char* format, ...) override;
@@ -376,7 +386,6 @@ private:
     const SoftBitmap* ItemBitmap(const Item& item);
     bool ItemRect(Item& item, ZOR_Rect* rect);
     int EffectivePriority(const Item& item) const;
-    void DrawMovies();
     void AdvanceClock();
     std::uint32_t Now() const override;
     std::uint32_t RobotElapsed() const;
@@ -420,9 +429,7 @@ private:
     SoftMessages mMessages{*this, mResources};
 
     std::unique_ptr<Robot> mRobot;
-    std::unique_ptr<Vmd> mVmd;
-    std::map<int, std::unique_ptr<Avi>> mAvis;
-    unsigned mAviEventFlags = 0;
+    SoftMovies mMovies{*this, mResources};
 
     SoftBitmaps mBitmaps{*this, kWidth, kHeight};
 };

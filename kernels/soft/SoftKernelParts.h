@@ -105,35 +105,4 @@ struct SoftKernel::Robot {
     std::uint64_t serial = 0;
 };
 
-struct SoftKernel::Vmd {
-    std::string fileName;
-    const SoftMovie* movie = nullptr;
-    int x = 0, y = 0, flags = 0, red = -1, green = -1, blue = -1;
-    unsigned status = 0;
-    int frame = 0;
-    bool showing = false; // a frame is drawn over the screen while playing
-    bool showCursor = true;
-    int restrictLow = 0, restrictHigh = 255;
-    bool blobsOn = true;
-    struct Blob {
-        int id;
-        int left, top, right, bottom, size;
-    };
-    std::vector<Blob> blobs;
-    int nextBlob = 1;
-    std::vector<ZOR_Rect> blackouts;
-};
-
-struct SoftKernel::Avi {
-    int number = 0;
-    const SoftMovie* movie = nullptr;
-    int x = 0, y = 0, width = 0, height = 0;
-    unsigned status = 0;
-    int first = 0, last = 0, frame = 0;
-    bool loop = false;
-    std::uint32_t start = 0;  // tick at which `startFrame` showed
-    int startFrame = 0;
-    std::uint64_t serial = 0;
-};
-
 #endif

@@ -1,21 +1,15 @@
-// SoftMovies.cpp - the soft kernel's VMD and AVI movies.
-#include "SoftKernelParts.h"
+// SoftMovies.cpp - the soft kernel's VMD and AVI movies (see SoftMovies.h).
+#include "SoftMovies.h"
 
 #include "SoftCompositor.h"
 
 #include <algorithm>
 
-namespace {
-constexpr unsigned kOpen = SoftKernel::kMovieOpen;
-constexpr unsigned kPlaying = SoftKernel::kMoviePlaying;
-constexpr unsigned kPaused = SoftKernel::kMoviePaused;
-constexpr unsigned kEnded = SoftKernel::kMovieEnded;
-} // namespace
-
 // Movies are drawn over every plane: the VMD while it plays, AVIs while open
 // and showing a frame.
-void SoftKernel::DrawMovies()
+void SoftMovies::Draw(SoftCompositor& compositor, const SoftPalette& palette)
 {
+    const int kWidth = SoftCompositor::kWidth, kHeight = SoftCompositor::kHeight;
     const ZOR_Rect screen(0, 0, kWidth - 1, kHeight - 1);
     for (auto& entry : mAvis) {
         Avi& a = *entry.second;
@@ -23,7 +17,7 @@ void SoftKernel::DrawMovies()
             continue;
         if ((a.status & kPlaying) && !(a.status & kPaused)) {
             const int span = a.last - a.first + 1;
-            long long f = a.startFrame + static_cast<long long>(Now() - a.start) / a.movie->ticksPerFrame;
+            long long f = a.startFrame + static_cast<long long>(mHost.Now() - a.start) / a.movie->ticksPerFrame;
             if (f > a.last) {
                 if (a.loop) {
                     f = a.first + (f - a.first) % span;
@@ -37,7 +31,7 @@ void SoftKernel::DrawMovies()
         const SoftBitmap& bmp = a.movie->frames[static_cast<std::size_t>(a.frame)];
         const int sx = a.width > 0 ? a.width * 128 / bmp.width : 128;
         const int sy = a.height > 0 ? a.height * 128 / bmp.height : 128;
-        mCompositor->DrawBitmap(bmp, a.x, a.y, sx > 0 ? sx : 1, sy > 0 ? sy : 1, nullptr, screen, false);
+        compositor.DrawBitmap(bmp, a.x, a.y, sx > 0 ? sx : 1, sy > 0 ? sy : 1, nullptr, screen, false);
     }
     if (!mVmd || !mVmd->showing || !mVmd->movie)
         return;
@@ -45,10 +39,10 @@ void SoftKernel::DrawMovies()
     const SoftBitmap& bmp = v.movie->frames[static_cast<std::size_t>(v.frame)];
     if (v.flags & 0x10) {
         // The placement colour fills the screen around the movie.
-        const std::uint8_t c = mPalette.Nearest(v.red, v.green, v.blue);
-        std::fill_n(mCompositor->Frame(), kWidth * kHeight, c);
+        const std::uint8_t c = palette.Nearest(v.red, v.green, v.blue);
+        std::fill_n(compositor.Frame(), kWidth * kHeight, c);
     }
-    mCompositor->DrawBitmap(bmp, v.x, v.y, 128, 128, nullptr, screen, false);
+    compositor.DrawBitmap(bmp, v.x, v.y, 128, 128, nullptr, screen, false);
     if (v.blobsOn) {
         for (const auto& blob : v.blobs) {
             const int size = std::max(1, blob.size);
@@ -61,28 +55,28 @@ void SoftKernel::DrawMovies()
                         for (int x = bx; x < bx + size && x <= blob.right; x++) {
                             const int fx = v.x + x, fy = v.y + y;
                             if (fx >= 0 && fy >= 0 && fx < kWidth && fy < kHeight && x < bmp.width && y < bmp.height)
-                                mCompositor->Frame()[static_cast<std::size_t>(fy) * kWidth + fx] = c;
+                                compositor.Frame()[static_cast<std::size_t>(fy) * kWidth + fx] = c;
                         }
                 }
             }
         }
     }
-    const std::uint8_t black = mPalette.Nearest(0, 0, 0);
+    const std::uint8_t black = palette.Nearest(0, 0, 0);
     for (const auto& r : v.blackouts)
         for (int y = std::max(0, v.y + r.top); y <= std::min(kHeight - 1, v.y + r.bottom); y++)
             for (int x = std::max(0, v.x + r.left); x <= std::min(kWidth - 1, v.x + r.right); x++)
-                mCompositor->Frame()[static_cast<std::size_t>(y) * kWidth + x] = black;
+                compositor.Frame()[static_cast<std::size_t>(y) * kWidth + x] = black;
 }
 
 // ----- VMD -----
 
-unsigned SoftKernel::OpenVmd(const char* pFileName, int /*iCacheSize*/, int /*iOpenArgument*/)
+unsigned SoftMovies::OpenVmd(const char* pFileName, int /*iCacheSize*/, int /*iOpenArgument*/)
 {
     std::string error;
     const std::string name = pFileName ? pFileName : "";
     const SoftMovie* movie = mResources.Movie(name, &error);
     if (!movie) {
-        Report(error);
+        mHost.Report(error);
         return 1;
     }
     mVmd = std::make_unique<Vmd>();
@@ -92,7 +86,7 @@ unsigned SoftKernel::OpenVmd(const char* pFileName, int /*iCacheSize*/, int /*iO
     return 0;
 }
 
-void SoftKernel::SetVmdPlacement(int x, int y, int iFlags, int iRed, int iGreen, int iBlue)
+void SoftMovies::SetVmdPlacement(int x, int y, int iFlags, int iRed, int iGreen, int iBlue)
 {
     if (!mVmd)
         return;
@@ -104,42 +98,41 @@ void SoftKernel::SetVmdPlacement(int x, int y, int iFlags, int iRed, int iGreen,
     mVmd->blue = std::max(0, std::min(255, iBlue));
 }
 
-unsigned SoftKernel::PlayVmd(int iEventFlags, int, int)
+int SoftMovies::BeginVmd()
 {
     if (!mVmd || !mVmd->movie)
         return 0;
     Vmd& v = *mVmd;
-    Trace("movie %s starts", v.fileName.c_str());
     if (v.status & kEnded)
         v.frame = 0;
     v.status = (v.status | kPlaying) & ~(kPaused | kEnded);
     v.showing = true;
+    return v.movie->ticksPerFrame;
+}
+
+bool SoftMovies::VmdHasFrame() const
+{
+    return mVmd && mVmd->frame < static_cast<int>(mVmd->movie->frames.size());
+}
+
+void SoftMovies::NextVmdFrame()
+{
+    mVmd->frame++;
+}
+
+void SoftMovies::EndVmd()
+{
+    Vmd& v = *mVmd;
     const int frames = static_cast<int>(v.movie->frames.size());
-    unsigned result = 0;
-    // The movie plays to its end before the call returns; every tick is a frame
-    // of output, so a headless run records it as it would be seen.
-    while (v.frame < frames) {
-        for (int t = 0; t < v.movie->ticksPerFrame; t++) {
-            if ((iEventFlags & 2) && TakeEndingInput()) {
-                result = 1;
-                break;
-            }
-            UpdateScreen(1);
-        }
-        if (result)
-            break;
-        v.frame++;
-    }
     if (v.frame >= frames) {
         v.frame = frames - 1;
         v.status |= kEnded;
     }
     v.status &= ~kPlaying;
     v.showing = false;
-    return result;
 }
 
-unsigned SoftKernel::StopVmd()
+unsigned SoftMovies::StopVmd()
 {
     if (!mVmd)
         return 0;
@@ -149,49 +142,45 @@ unsigned SoftKernel::StopVmd()
     return 0;
 }
 
-unsigned SoftKernel::ResumeVmd()
+bool SoftMovies::CanResumeVmd() const
 {
-    if (!mVmd || !(mVmd->status & kOpen))
-        return 0;
-    // Play goes on from the frame where it stopped.
-    if (mVmd->status & kEnded)
-        return 0;
-    return PlayVmd(3, -1, -1);
+    // Play goes on from the frame where it stopped, not past the end.
+    return mVmd && (mVmd->status & kOpen) && !(mVmd->status & kEnded);
 }
 
-unsigned SoftKernel::CloseVmd()
+unsigned SoftMovies::CloseVmd()
 {
     mVmd.reset();
     return 0;
 }
 
-unsigned SoftKernel::GetVmdLength()
+unsigned SoftMovies::GetVmdLength()
 {
     return mVmd && mVmd->movie ? static_cast<unsigned>(mVmd->movie->frames.size()) : 0;
 }
 
-unsigned SoftKernel::GetVmdStatus()
+unsigned SoftMovies::GetVmdStatus()
 {
     return mVmd ? mVmd->status : 0;
 }
 
-unsigned SoftKernel::GetVmdFramesSkipped()
+unsigned SoftMovies::GetVmdFramesSkipped()
 {
     // Every frame is composed in turn: none is ever skipped.
     return 0;
 }
 
-void SoftKernel::SetVmdPalette()
+bool SoftMovies::VmdPalette(const SoftPalette& current, SoftPalette* palette) const
 {
     if (!mVmd || !mVmd->movie || !mVmd->movie->hasPalette)
-        return;
-    SoftPalette p = mPalette;
+        return false;
+    *palette = current;
     for (int i = std::max(0, mVmd->restrictLow); i <= std::min(255, mVmd->restrictHigh); i++)
-        p.colors[i] = mVmd->movie->palette.colors[i];
-    SetPalette(p);
+        palette->colors[i] = mVmd->movie->palette.colors[i];
+    return true;
 }
 
-void SoftKernel::RestrictVmdPalette(int iValue1, int iValue2)
+void SoftMovies::RestrictVmdPalette(int iValue1, int iValue2)
 {
     if (!mVmd)
         return;
@@ -199,13 +188,13 @@ void SoftKernel::RestrictVmdPalette(int iValue1, int iValue2)
     mVmd->restrictHigh = std::min(255, std::max(iValue1, iValue2));
 }
 
-void SoftKernel::ShowVmdCursor(int fShow)
+void SoftMovies::ShowVmdCursor(int fShow)
 {
     if (mVmd)
         mVmd->showCursor = fShow != 0;
 }
 
-void SoftKernel::InitVmdBlobs()
+void SoftMovies::InitVmdBlobs()
 {
     if (!mVmd)
         return;
@@ -213,13 +202,13 @@ void SoftKernel::InitVmdBlobs()
     mVmd->blobsOn = true;
 }
 
-void SoftKernel::StopVmdBlobs()
+void SoftMovies::StopVmdBlobs()
 {
     if (mVmd)
         mVmd->blobsOn = false;
 }
 
-int SoftKernel::AddVmdBlob(int iValue1, int iValue2, int iValue3, int iValue4, int iValue5)
+int SoftMovies::AddVmdBlob(int iValue1, int iValue2, int iValue3, int iValue4, int iValue5)
 {
     if (!mVmd)
         return -1;
@@ -232,7 +221,7 @@ int SoftKernel::AddVmdBlob(int iValue1, int iValue2, int iValue3, int iValue4, i
     return b.id;
 }
 
-void SoftKernel::DeleteVmdBlob(int iBlob)
+void SoftMovies::DeleteVmdBlob(int iBlob)
 {
     if (!mVmd)
         return;
@@ -244,7 +233,7 @@ void SoftKernel::DeleteVmdBlob(int iBlob)
     }
 }
 
-void SoftKernel::BlackOutVmd(int iValue1, int iValue2, int iValue3, int iValue4)
+void SoftMovies::BlackOutVmd(int iValue1, int iValue2, int iValue3, int iValue4)
 {
     auto in = [](int v) { return std::max(-1, std::min(v, 640)); };
     if (mVmd)
@@ -252,24 +241,24 @@ void SoftKernel::BlackOutVmd(int iValue1, int iValue2, int iValue3, int iValue4)
                                            in(std::max(iValue1, iValue3)), in(std::max(iValue2, iValue4))));
 }
 
-unsigned SoftKernel::GetVmdWidth()
+unsigned SoftMovies::GetVmdWidth()
 {
     return mVmd && mVmd->movie ? static_cast<unsigned>(mVmd->movie->width) : 0;
 }
 
-unsigned SoftKernel::GetVmdHeight()
+unsigned SoftMovies::GetVmdHeight()
 {
     return mVmd && mVmd->movie ? static_cast<unsigned>(mVmd->movie->height) : 0;
 }
 
 // ----- AVI -----
 
-unsigned SoftKernel::OpenAvi(int iMovie, const char* pFileName)
+unsigned SoftMovies::OpenAvi(int iMovie, const char* pFileName)
 {
     std::string error;
     const SoftMovie* movie = mResources.Movie(pFileName ? pFileName : "", &error);
     if (!movie) {
-        Report(error);
+        mHost.Report(error);
         return 1;
     }
     auto a = std::make_unique<Avi>();
@@ -277,17 +266,16 @@ unsigned SoftKernel::OpenAvi(int iMovie, const char* pFileName)
     a->movie = movie;
     a->status = kOpen;
     a->last = static_cast<int>(movie->frames.size()) - 1;
-    a->serial = ++mSerial;
     mAvis[iMovie] = std::move(a);
     return 0;
 }
 
-unsigned SoftKernel::CloseAvi(int iMovie)
+unsigned SoftMovies::CloseAvi(int iMovie)
 {
     return mAvis.erase(iMovie) ? 0 : 1;
 }
 
-void SoftKernel::SetAviRect(int iMovie, int x, int y, int iWidth, int iHeight)
+void SoftMovies::SetAviRect(int iMovie, int x, int y, int iWidth, int iHeight)
 {
     auto found = mAvis.find(iMovie);
     if (found == mAvis.end())
@@ -298,7 +286,7 @@ void SoftKernel::SetAviRect(int iMovie, int x, int y, int iWidth, int iHeight)
     found->second->height = std::max(0, std::min(iHeight, 4096));
 }
 
-void SoftKernel::SetAviPos(int iMovie, int x, int y)
+void SoftMovies::SetAviPos(int iMovie, int x, int y)
 {
     auto found = mAvis.find(iMovie);
     if (found == mAvis.end())
@@ -307,7 +295,7 @@ void SoftKernel::SetAviPos(int iMovie, int x, int y)
     found->second->y = std::max(-4096, std::min(4096, y));
 }
 
-unsigned SoftKernel::PlayAvi(int iMovie, int iValue1, int iValue2, int iPlayType, int /*iValue4*/)
+unsigned SoftMovies::PlayAvi(int iMovie, int iValue1, int iValue2, int iPlayType, int /*iValue4*/)
 {
     auto found = mAvis.find(iMovie);
     if (found == mAvis.end())
@@ -319,13 +307,13 @@ unsigned SoftKernel::PlayAvi(int iMovie, int iValue1, int iValue2, int iPlayType
     a.loop = iPlayType == 1;
     a.frame = a.first;
     a.startFrame = a.first;
-    a.start = Now();
+    a.start = mHost.Now();
     a.status = kOpen | kPlaying;
-    Trace("movie %d.AVI starts", iMovie);
+    mHost.Trace("movie %d.AVI starts", iMovie);
     return 0;
 }
 
-unsigned SoftKernel::StopAvi(int iMovie)
+unsigned SoftMovies::StopAvi(int iMovie)
 {
     auto found = mAvis.find(iMovie);
     if (found == mAvis.end())
@@ -334,17 +322,21 @@ unsigned SoftKernel::StopAvi(int iMovie)
     return 0;
 }
 
-unsigned SoftKernel::PauseAvi(int iMovie)
+bool SoftMovies::IsAviPlaying(int iMovie) const
 {
     auto found = mAvis.find(iMovie);
-    if (found == mAvis.end() || !(found->second->status & kPlaying))
+    return found != mAvis.end() && (found->second->status & kPlaying);
+}
+
+unsigned SoftMovies::PauseAvi(int iMovie)
+{
+    if (!IsAviPlaying(iMovie))
         return 1;
-    Compose(); // brings the frame number up to the clock
-    found->second->status |= kPaused;
+    mAvis[iMovie]->status |= kPaused;
     return 0;
 }
 
-unsigned SoftKernel::CueAvi(int iMovie, int iFrame)
+unsigned SoftMovies::CueAvi(int iMovie, int iFrame)
 {
     auto found = mAvis.find(iMovie);
     if (found == mAvis.end())
@@ -352,12 +344,12 @@ unsigned SoftKernel::CueAvi(int iMovie, int iFrame)
     Avi& a = *found->second;
     a.frame = std::max(0, std::min(iFrame, static_cast<int>(a.movie->frames.size()) - 1));
     a.startFrame = a.frame;
-    a.start = Now();
+    a.start = mHost.Now();
     a.status = kOpen | kPaused; // shown, waiting to play on
     return 0;
 }
 
-unsigned SoftKernel::SeekAvi(int iMovie, int iFrame)
+unsigned SoftMovies::SeekAvi(int iMovie, int iFrame)
 {
     auto found = mAvis.find(iMovie);
     if (found == mAvis.end())
@@ -365,37 +357,36 @@ unsigned SoftKernel::SeekAvi(int iMovie, int iFrame)
     Avi& a = *found->second;
     a.frame = std::max(0, std::min(iFrame, static_cast<int>(a.movie->frames.size()) - 1));
     a.startFrame = a.frame;
-    a.start = Now();
+    a.start = mHost.Now();
     a.status &= ~kEnded;
     return 0;
 }
 
-unsigned SoftKernel::ResumeAvi(int iMovie)
+unsigned SoftMovies::ResumeAvi(int iMovie)
 {
     auto found = mAvis.find(iMovie);
     if (found == mAvis.end() || !(found->second->status & kPaused))
         return 1;
     Avi& a = *found->second;
     a.startFrame = a.frame;
-    a.start = Now();
+    a.start = mHost.Now();
     a.status = (a.status & ~kPaused) | kPlaying;
     return 0;
 }
 
-void SoftKernel::SetAviPalette(int iMovie)
+const SoftPalette* SoftMovies::AviPalette(int iMovie) const
 {
     auto found = mAvis.find(iMovie);
-    if (found != mAvis.end() && found->second->movie->hasPalette)
-        SetPalette(found->second->movie->palette);
+    return found != mAvis.end() && found->second->movie->hasPalette ? &found->second->movie->palette : nullptr;
 }
 
-unsigned SoftKernel::GetAviLength(int iMovie)
+unsigned SoftMovies::GetAviLength(int iMovie)
 {
     auto found = mAvis.find(iMovie);
     return found == mAvis.end() ? 0 : static_cast<unsigned>(found->second->movie->frames.size());
 }
 
-unsigned SoftKernel::GetAviFrameNum(int iMovie)
+unsigned SoftMovies::GetAviFrameNum(int iMovie)
 {
     auto found = mAvis.find(iMovie);
     if (found == mAvis.end())
@@ -403,7 +394,7 @@ unsigned SoftKernel::GetAviFrameNum(int iMovie)
     if ((found->second->status & kPlaying) && !(found->second->status & kPaused)) {
         // The frame number follows the clock, whether or not a frame was composed.
         Avi& a = *found->second;
-        long long f = a.startFrame + static_cast<long long>(Now() - a.start) / a.movie->ticksPerFrame;
+        long long f = a.startFrame + static_cast<long long>(mHost.Now() - a.start) / a.movie->ticksPerFrame;
         if (f > a.last)
             f = a.loop ? a.first + (f - a.first) % (a.last - a.first + 1) : a.last;
         return static_cast<unsigned>(f);
@@ -411,23 +402,36 @@ unsigned SoftKernel::GetAviFrameNum(int iMovie)
     return static_cast<unsigned>(found->second->frame);
 }
 
-unsigned SoftKernel::GetAviStatus(int iMovie)
+unsigned SoftMovies::GetAviStatus(int iMovie)
 {
     auto found = mAvis.find(iMovie);
     if (found == mAvis.end())
         return 0;
     Avi& a = *found->second;
     if ((a.status & kPlaying) && !(a.status & kPaused) && !a.loop &&
-        a.startFrame + static_cast<long long>(Now() - a.start) / a.movie->ticksPerFrame > a.last) {
+        a.startFrame + static_cast<long long>(mHost.Now() - a.start) / a.movie->ticksPerFrame > a.last) {
         a.frame = a.last;
         a.status = (a.status & ~kPlaying) | kEnded;
     }
     return a.status;
 }
 
-unsigned SoftKernel::SetAviEvent(int iEventFlags)
+unsigned SoftMovies::SetAviEvent(int iEventFlags)
 {
     const unsigned previous = mAviEventFlags;
     mAviEventFlags = static_cast<unsigned>(iEventFlags);
     return previous;
+}
+
+void SoftMovies::InputArrived()
+{
+    // With event flag 2, a press or a key ends every playing AVI movie.
+    if (mAviEventFlags & 2)
+        for (auto& avi : mAvis)
+            avi.second->status &= ~(kPlaying | kPaused);
+}
+
+bool SoftMovies::HidesCursor() const
+{
+    return mVmd && mVmd->showing && !mVmd->showCursor;
 }
