@@ -657,7 +657,7 @@ void SoftKernel::UpdatePolygon(std::int32_t lPlaneId, std::int32_t lPolygonId, Z
             for (auto& p : poly.points)
                 p = Safe(p);
         }
-        // -9999 asks for a place above every item of the plane, decided when drawn.
+        // kPriorityOnTop asks for a place above every item of the plane, decided when drawn.
         poly.priority = iPriority;
         poly.color = iColor;
         poly.style = iStyle;

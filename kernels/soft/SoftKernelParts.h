@@ -36,7 +36,7 @@ struct SoftKernel::Item {
     std::int32_t planeId = 0;
     KernelScreenItemSource source{};
     ZOR_Point pos{0, 0};
-    ScaleInfo scale{128, 128, 100, 0};
+    ScaleInfo scale = kFullSizeScale;
     std::int32_t z = 0;
     std::int32_t priority = 0;
     std::int32_t fixedPriority = 0;

@@ -29,8 +29,8 @@ void SoftMovies::Draw(SoftCompositor& compositor, const SoftPalette& palette)
             a.frame = static_cast<int>(f);
         }
         const SoftBitmap& bmp = a.movie->frames[static_cast<std::size_t>(a.frame)];
-        const int sx = a.width > 0 ? a.width * 128 / bmp.width : 128;
-        const int sy = a.height > 0 ? a.height * 128 / bmp.height : 128;
+        const int sx = a.width > 0 ? a.width * kScaleFull / bmp.width : kScaleFull;
+        const int sy = a.height > 0 ? a.height * kScaleFull / bmp.height : kScaleFull;
         compositor.DrawBitmap(bmp, a.x, a.y, sx > 0 ? sx : 1, sy > 0 ? sy : 1, nullptr, screen, false);
     }
     if (!mVmd || !mVmd->showing || !mVmd->movie)
@@ -42,7 +42,7 @@ void SoftMovies::Draw(SoftCompositor& compositor, const SoftPalette& palette)
         const std::uint8_t c = palette.Nearest(v.red, v.green, v.blue);
         std::fill_n(compositor.Frame(), kWidth * kHeight, c);
     }
-    compositor.DrawBitmap(bmp, v.x, v.y, 128, 128, nullptr, screen, false);
+    compositor.DrawBitmap(bmp, v.x, v.y, kScaleFull, kScaleFull, nullptr, screen, false);
     if (v.blobsOn) {
         for (const auto& blob : v.blobs) {
             const int size = std::max(1, blob.size);

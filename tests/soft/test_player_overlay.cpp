@@ -33,6 +33,8 @@ TEST(PlayerOverlay, HeadlessFramesMatchTheirGoldenImagesAndDifferFromAPlainRunOn
         game.Write("views/" + std::to_string(100 + v) + ".txt", "cel 0 0 c" + std::to_string(v) + ".png 20 29\n");
         game.WriteSolidPng("views/c" + std::to_string(v) + ".png", 40, 30, colors[v]);
     }
+    std::filesystem::copy_file(ROOM_5, game.Path("5.so"));
+    game.Write("walk/5.txt", "clearance 2\nboundary 20 420 620 420 620 470 20 470\nhole 300 430 340 430 340 460\n");
     // The pointer over the two cels' overlap (only the lower takes events),
     // later over the polygon; then the quit key.
     game.Write("script.txt", "0 pointer 200 200\n40 pointer 400 300\n90 quit\n");

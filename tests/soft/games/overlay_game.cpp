@@ -1,7 +1,8 @@
 // overlay_game.cpp - a test game for the player's overlay: a coloured plane
 // and a smaller transparent plane above it, two overlapping cels of which only
 // the lower takes events, a polygon and an actor walking a path of three
-// points. The quit key ends it.
+// points. Room 5 runs (its walkable area is in the game folder). The quit key
+// ends it.
 #include "quindle_game.h"
 
 #include "glcast.h"
@@ -13,6 +14,7 @@
 #include "glplanes.h"
 #include "glpoly.h"
 #include "glquithd.h"
+#include "glrmmgr.h"
 #include "gluser.h"
 
 #include <initializer_list>
@@ -30,6 +32,7 @@ struct OverlayGame {
     GLListAsArray<GLPoint> route{4, 4};
     GLPath* path = nullptr;
     GLQuitHandler* quit = nullptr;
+    GLRoomManager rooms;
 };
 
 int Step(void*)
@@ -41,6 +44,8 @@ int Step(void*)
 void Finish(void* state)
 {
     auto* g = static_cast<OverlayGame*>(state);
+    g->rooms.DisposeRoom();
+    g->rooms.UnLoadRoom();
     delete g->path;
     for (int i = 0; i < g->route.NumElements(); i++)
         delete g->route.At(i);
@@ -96,6 +101,8 @@ extern "C" __attribute__((visibility("default"))) int QuindleGameStart(const Qui
     for (const GLPoint& p : {GLPoint(200, 330), GLPoint(360, 340), GLPoint(480, 120)})
         g->route.AddToEnd(new GLPoint(p));
     g->path = new GLPath(g->walker, g->route);
+    g->rooms.LoadRoom(5);
+    g->rooms.InitRoom();
 
     loop->state = g;
     loop->step = &Step;
