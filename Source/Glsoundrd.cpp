@@ -136,8 +136,9 @@ const Keyword kSound = {"SOUND", 5, {"sample", "volume", "mode", "pan", "chance"
 const Keyword kWait = {"WAIT", 4, {"minimum", "maximum", "mode", "chance"}};
 const Keyword kPrs = {"PRS", 4, {"sample", "chance", "volume", "pan"}};
 
-// Past this many notices about one file the rest are summed up in one.
-const int kNoticesMax = 20;
+// Past this many warnings about one file the rest are summed up in one;
+// errors are always told.
+const int kWarningsMax = 20;
 
 // Tells the host of what reading one file meets; counts errors.
 class TrackNotices {
@@ -147,9 +148,9 @@ public:
     {
         if (iKind == GL_NOTICE_ERROR)
             mErrors++;
-        if (++mCount > kNoticesMax) {
-            if (mCount == kNoticesMax + 1)
-                GLNotify(GL_NOTICE_WARNING, mpFile, iLine, "more problems follow; they are not listed");
+        else if (++mWarnings > kWarningsMax) {
+            if (mWarnings == kWarningsMax + 1)
+                GLNotify(GL_NOTICE_WARNING, mpFile, iLine, "more warnings follow; they are not listed");
             return;
         }
         char text[256];
@@ -163,7 +164,7 @@ public:
 
 private:
     const char* mpFile;
-    int mCount = 0;
+    int mWarnings = 0;
     int mErrors = 0;
 };
 
@@ -285,10 +286,13 @@ int ReadTrack(std::FILE* pFile, const char* fileName, GLSndTrack* pTrack)
             int numbers[kNumbersMax] = {0, 0, 1, 100, 0};
             if (!ParseNumbers(tokens, iTokens, numbers, kWait, iThisLine, notices))
                 continue;
-            // The wait is the minimum plus a draw modulo the maximum (0 to
-            // |maximum| - 1): it can come out at 0, which the timer refuses.
+            // The wait is the minimum plus a draw (0 to 32767) modulo the
+            // maximum, so 0 to |maximum| - 1 or 32767, whichever is smaller:
+            // it can come out at 0, which the timer refuses.
             const long long lMin = numbers[0];
-            const long long lSpread = numbers[1] == 0 ? 0 : std::llabs(static_cast<long long>(numbers[1])) - 1;
+            long long lSpread = numbers[1] == 0 ? 0 : std::llabs(static_cast<long long>(numbers[1])) - 1;
+            if (lSpread > 32767)
+                lSpread = 32767;
             if (lMin <= 0 && lMin + lSpread >= 0)
                 notices.Tell(GL_NOTICE_ERROR, iThisLine,
                              "this wait can come out at 0 seconds (minimum %d, maximum %d): the track would "

@@ -52,6 +52,15 @@ bool CanWaitNoTime(GLSndTrack* track)
     return false;
 }
 
+// The reader's error notices: it must call a track an error exactly when it
+// has a wait of no time.
+int gErrors = 0;
+void CountErrors(int kind, const char*, int, const char*)
+{
+    if (kind == GL_NOTICE_ERROR)
+        gErrors++;
+}
+
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
@@ -73,10 +82,14 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
             quiet[at] = 'X';
         WriteTrack(quiet);
         GLSndManager manager;
+        gErrors = 0;
+        GLSetHostNotice(&CountErrors);
         GLSndTrack* track = manager.CreateSndTrack(TrackPath().c_str());
         if (!track)
             std::abort();
         waitsNoTime = CanWaitNoTime(track);
+        if ((gErrors != 0) != waitsNoTime || (GLCheckSndTrack(TrackPath().c_str()) != 0) != waitsNoTime)
+            std::abort();
     }
     if (!waitsNoTime) {
         WriteTrack(text);

@@ -52,7 +52,8 @@ void Usage(std::FILE* out)
                  "  --step N          ticks the clock advances per frame (default 1)\n"
                  "  --quiet           no progress line\n"
                  "  --window          play in a window instead (real clock, mouse and keyboard)\n"
-                 "  --scale N         window scale (default 2)\n"
+                 "  --scale N         window scale 1..8 (default: the largest that fits the\n"
+                 "                    display); Ctrl+Q quits the game\n"
                  "  --check           read the whole folder without running the game; print\n"
                  "                    every problem as FILE:LINE: error|warning: WHAT\n"
                  "  --strict          warnings are faults too\n"
@@ -88,7 +89,7 @@ struct Options {
     bool check = false;
     bool strict = false;
     bool trace = false;
-    int scale = 2;
+    int scale = 0; // the largest that fits the display
     std::vector<char*> gameArgs;
 };
 
@@ -302,7 +303,8 @@ int main(int argc, char** argv)
         GLSetAssertNotice([](const char* text, const char* title) { SoftWindow::ShowMessage(title, text); });
         k.UseRealClock(true);
         run.window = &keys;
-        window.StartAudio(k);
+        if (!window.StartAudio(k))
+            std::fprintf(stderr, "quindle-player: no audio device: playing without sound\n");
     }
 #else
     if (o.window) {

@@ -1,5 +1,6 @@
 // The root object's registration flags and default operations.
 #include "QuindleTest.h"
+#include "glpoint.h"
 #include "gltarget.h"
 
 namespace {
@@ -46,6 +47,15 @@ TEST_F(ObjectTest, ObjectsComeFromTheKernelWhoeverAllocatesThem)
     GLTarget* target = new GLTarget;
     ASSERT_EQ(k.Ledger().LiveCount(), 1u);
     EXPECT_EQ(k.Ledger().LiveBlocks()[0].file, "include/globject.h");
+    // A leak report names what a plain new made: the object's class, or for a
+    // class without type information, its header and the advice.
+    EXPECT_EQ(AllocationLedger::Describe(k.Ledger().LiveBlocks()[0]),
+              "by a plain new of GLTarget (write GL_NEW for the file and line)");
+    GLPoint* point = new GLPoint(1, 2);
+    EXPECT_EQ(AllocationLedger::Describe(k.Ledger().LiveBlocks()[1]),
+              "by game code with a plain new of a class declared in include/glpoint.h (write GL_NEW for the file and "
+              "line)");
+    delete point;
     delete target;
     GLObject* object = GL_NEW GLObject;
     EXPECT_EQ(k.Ledger().LiveBlocks()[0].file, "tests/test_object.cpp");

@@ -298,14 +298,16 @@ TEST(BrokenFolder, EveryFaultIsNamedByThePlayerAndTheChecker)
 }
 
 #ifdef DEMO_WINDOW
-// The window mode, on SDL's display-less drivers: the game starts, plays a
-// second and a half on the real clock and gives everything back.
+// The window mode, on SDL's display-less video driver and with no audio
+// device: the game starts, plays a second and a half on the real clock and
+// gives everything back; the missing device is one line of the player's, and
+// nothing else writes to the error stream.
 TEST(DemoWindow, StartsAndEndsCleanly)
 {
     char dir[] = "/tmp/quindle-demo-window-XXXXXX";
     ASSERT_TRUE(::mkdtemp(dir));
     const std::string out = dir;
-    const std::string command = "SDL_VIDEODRIVER=dummy SDL_AUDIODRIVER=dummy " + std::string(PLAYER) + " " +
+    const std::string command = "SDL_VIDEODRIVER=dummy SDL_AUDIODRIVER=none " + std::string(PLAYER) + " " +
                                 DEMO_FOLDER + " --window --ticks 90 > " + out + "/log.txt 2> " + out + "/errors.txt";
     const int status = std::system(command.c_str());
     const std::string log = ReadAll(out + "/log.txt"), errors = ReadAll(out + "/errors.txt");
@@ -315,6 +317,8 @@ TEST(DemoWindow, StartsAndEndsCleanly)
     EXPECT_NE(log.find("room 100 entered"), std::string::npos) << log;
     EXPECT_NE(log.find("the game ends"), std::string::npos) << log;
     EXPECT_EQ(errors.find("not given back"), std::string::npos) << errors;
+    EXPECT_EQ(Lines(errors, "no audio device: playing without sound").size(), 1u) << errors;
+    EXPECT_EQ(Lines(errors, "").size(), Lines(errors, "quindle-player: ").size()) << errors;
 }
 #endif
 

@@ -1,9 +1,15 @@
 // AllocationLedger.cpp - see AllocationLedger.h.
 #include "AllocationLedger.h"
 
+#include <cxxabi.h>
+#include <dlfcn.h>
+#include <sys/uio.h>
+#include <unistd.h>
+
 #include <algorithm>
 #include <cstdlib>
 #include <cstring>
+#include <typeinfo>
 
 AllocationLedger::~AllocationLedger()
 {
@@ -54,10 +60,67 @@ std::vector<AllocationLedger::Block> AllocationLedger::LiveBlocks() const
     return blocks;
 }
 
+namespace {
+
+// Copies n bytes from an address that may not be readable; false when it is
+// not (the system reports the fault instead of raising a signal).
+bool ReadMemory(const void* address, void* out, std::size_t n)
+{
+    iovec local{out, n};
+    iovec remote{const_cast<void*>(address), n};
+    return ::process_vm_readv(::getpid(), &local, 1, &remote, 1, 0) == static_cast<ssize_t>(n);
+}
+
+// The class of the object in a block, read from its type information when
+// its first word leads to some: the vtable's slot before the first holds the
+// type_info, whose own vtable is one of the runtime's type_info classes.
+// Empty when the block holds no polymorphic object.
+std::string ClassOf(const void* block, std::uint32_t size)
+{
+    const void* vtable = nullptr;
+    const void* typeInfo = nullptr;
+    const void* typeInfoVtable = nullptr;
+    if (size < sizeof(void*) || !ReadMemory(block, &vtable, sizeof vtable) || !vtable ||
+        !ReadMemory(static_cast<const void* const*>(vtable) - 1, &typeInfo, sizeof typeInfo) || !typeInfo ||
+        !ReadMemory(typeInfo, &typeInfoVtable, sizeof typeInfoVtable))
+        return "";
+    Dl_info info;
+    if (!::dladdr(typeInfoVtable, &info) || !info.dli_sname || !std::strstr(info.dli_sname, "__cxxabiv1") ||
+        !std::strstr(info.dli_sname, "class_type_info"))
+        return "";
+    const char* mangled = static_cast<const std::type_info*>(typeInfo)->name();
+    int status = 0;
+    char* plain = abi::__cxa_demangle(mangled, nullptr, nullptr, &status);
+    std::string name = status == 0 && plain ? plain : mangled;
+    std::free(plain);
+    return name;
+}
+
+// The library's class-scope allocation records a plain new, which has no file
+// and line of its own, at line 1 of the class's header.
+bool FromPlainNew(const AllocationLedger::Block& block)
+{
+    return block.line == 1 && block.file.compare(0, 8, "include/") == 0 && block.file.size() > 10 &&
+           block.file.compare(block.file.size() - 2, 2, ".h") == 0;
+}
+
+} // namespace
+
+std::string AllocationLedger::Describe(const Block& block)
+{
+    if (!FromPlainNew(block))
+        return "from " + block.file + "(" + std::to_string(block.line) + ")";
+    const std::string name = ClassOf(block.address, block.size);
+    if (!name.empty())
+        return "by a plain new of " + name + " (write GL_NEW for the file and line)";
+    return "by game code with a plain new of a class declared in " + block.file +
+           " (write GL_NEW for the file and line)";
+}
+
 std::size_t AllocationLedger::ReportLeaks(std::FILE* stream) const
 {
     const auto blocks = LiveBlocks();
     for (const auto& block : blocks)
-        std::fprintf(stream, "leaked %u bytes from %s(%d)\n", block.size, block.file.c_str(), block.line);
+        std::fprintf(stream, "leaked %u bytes %s\n", block.size, Describe(block).c_str());
     return blocks.size();
 }

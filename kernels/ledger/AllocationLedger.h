@@ -42,6 +42,11 @@ public:
     // Writes one line per live block ("leaked 24 bytes from Source/Glcast.cpp(37)")
     // and returns how many there were.
     std::size_t ReportLeaks(std::FILE* stream) const;
+    // Where a block came from: "from <file>(<line>)"; for an object made by a
+    // plain new, which the library records at line 1 of its class's header,
+    // the object's class when its type information can be read ("by a plain
+    // new of Pip (write GL_NEW for the file and line)"), or else the header.
+    static std::string Describe(const Block& block);
     // True when the block is live in this ledger.
     bool Owns(const void* block) const { return mLive.count(block) != 0; }
 

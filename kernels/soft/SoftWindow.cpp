@@ -2,9 +2,12 @@
 #include "SoftWindow.h"
 
 #include <SDL.h>
+#include <fcntl.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <cmath>
+#include <cstdio>
 #include <vector>
 
 SoftWindow::~SoftWindow()
@@ -21,12 +24,33 @@ SoftWindow::~SoftWindow()
         SDL_Quit();
 }
 
+namespace {
+
+// SDL's own log lines are not the player's to print: what matters is said by
+// the window's callers, once.
+void NoLog(void*, int, SDL_LogPriority, const char*) {}
+
+// The largest whole scale at which the 640x480 frame fits the display's usable
+// area (1 when even that does not fit, or the display says nothing).
+int FittingScale()
+{
+    SDL_Rect usable;
+    if (SDL_GetDisplayUsableBounds(0, &usable) != 0)
+        return 1;
+    return std::max(1, std::min(usable.w / SoftKernel::kWidth, usable.h / SoftKernel::kHeight));
+}
+
+} // namespace
+
 bool SoftWindow::Open(const std::string& title, int scale, std::string* error)
 {
+    SDL_LogSetOutputFunction(&NoLog, nullptr);
     if (SDL_Init(SDL_INIT_VIDEO) != 0) {
         *error = std::string("no window: ") + SDL_GetError();
         return false;
     }
+    if (scale <= 0)
+        scale = FittingScale();
     mScale = scale;
     SDL_Window* window = SDL_CreateWindow(title.c_str(), SDL_WINDOWPOS_CENTERED, SDL_WINDOWPOS_CENTERED,
                                           SoftKernel::kWidth * scale, SoftKernel::kHeight * scale, 0);
@@ -53,20 +77,33 @@ bool SoftWindow::Open(const std::string& title, int scale, std::string* error)
     return true;
 }
 
-void SoftWindow::StartAudio(SoftKernel& kernel)
+bool SoftWindow::StartAudio(SoftKernel& kernel)
 {
-    if (SDL_InitSubSystem(SDL_INIT_AUDIO) != 0)
-        return;
+    // The sound system's libraries write their own complaints to the error
+    // stream when there is no device: they are kept out while it starts.
+    std::fflush(stderr);
+    const int savedError = ::dup(2);
+    const int devNull = ::open("/dev/null", O_WRONLY | O_CLOEXEC);
+    if (savedError >= 0 && devNull >= 0)
+        ::dup2(devNull, 2);
     SDL_AudioSpec want{}, have{};
     want.freq = kernel.GetSampleRate();
     want.format = AUDIO_S16SYS;
     want.channels = 2;
     want.samples = 1024;
-    mAudio = SDL_OpenAudioDevice(nullptr, 0, &want, &have, SDL_AUDIO_ALLOW_FREQUENCY_CHANGE);
+    if (SDL_InitSubSystem(SDL_INIT_AUDIO) == 0)
+        mAudio = SDL_OpenAudioDevice(nullptr, 0, &want, &have, SDL_AUDIO_ALLOW_FREQUENCY_CHANGE);
+    if (savedError >= 0 && devNull >= 0)
+        ::dup2(savedError, 2);
+    if (savedError >= 0)
+        ::close(savedError);
+    if (devNull >= 0)
+        ::close(devNull);
     if (!mAudio)
-        return;
+        return false;
     mAudioRate = have.freq;
     SDL_PauseAudioDevice(mAudio, 0);
+    return true;
 }
 
 void SoftWindow::ShowMessage(const char* title, const char* text)

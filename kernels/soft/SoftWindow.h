@@ -23,11 +23,13 @@ public:
     SoftWindow(const SoftWindow&) = delete;
     SoftWindow& operator=(const SoftWindow&) = delete;
 
-    // Opens a window of 640x480 times `scale`. False with `error` set when SDL2
-    // has no display.
+    // Opens a window of 640x480 times `scale`; a scale of 0 is the largest
+    // whole scale that fits the display. False with `error` set when SDL2 has
+    // no display. SDL's own log lines are silenced.
     bool Open(const std::string& title, int scale, std::string* error);
-    // Starts the sound; without an audio device the game plays on silent.
-    void StartAudio(SoftKernel& kernel);
+    // Starts the sound. False without an audio device: the game plays on
+    // silent, and what the sound system would have printed is kept quiet.
+    bool StartAudio(SoftKernel& kernel);
     // Shows the kernel's last frame, or `frame` (640x480 indices in the
     // kernel's palette) in its place; waits so that frames come 60 a second at most.
     void Present(SoftKernel& kernel, const std::uint8_t* frame = nullptr);
