@@ -859,16 +859,6 @@ int GLWalkArea::FindPath(const GLPoint& from, const GLPoint& to, GLListAsArray<G
 
 namespace {
 
-void Report(char* pReport, int iReportSize, const char* fileName, int iLine, const char* pWhat)
-{
-    if (pReport && iReportSize > 0) {
-        if (iLine > 0)
-            std::snprintf(pReport, iReportSize, "%s(%d): %s", fileName, iLine, pWhat);
-        else
-            std::snprintf(pReport, iReportSize, "%s: %s", fileName, pWhat);
-    }
-}
-
 // Reads the whole numbers of a line after its keyword; FALSE (with the
 // reason) for anything else in it.
 int ReadNumbers(const char* pText, Array<int>& numbers, const char*& pWhy)
@@ -905,13 +895,11 @@ int ReadNumbers(const char* pText, Array<int>& numbers, const char*& pWhy)
 
 } // namespace
 
-GLWalkArea* GLWalkArea::Load(const char* fileName, char* pReport, int iReportSize)
+GLWalkArea* GLWalkArea::Load(const char* fileName)
 {
-    if (pReport && iReportSize > 0)
-        pReport[0] = '\0';
     std::FILE* pFile = fileName ? std::fopen(fileName, "r") : 0;
     if (!pFile) {
-        Report(pReport, iReportSize, fileName ? fileName : "(null)", 0, "cannot be opened");
+        GLNotify(GL_NOTICE_ERROR, fileName, 0, "a walkable area that cannot be opened");
         return 0;
     }
     GLWalkArea* pArea = 0;
@@ -984,7 +972,7 @@ GLWalkArea* GLWalkArea::Load(const char* fileName, char* pReport, int iReportSiz
         iLine = 0;
     }
     if (pWhy) {
-        Report(pReport, iReportSize, fileName, iLine, pWhy);
+        GLNotify(GL_NOTICE_ERROR, fileName, iLine, pWhy);
         delete pArea;
         return 0;
     }

@@ -31,15 +31,7 @@ const unsigned kSeed = 17;
 
 GLWalkArea* Build(const WalkRoom& room)
 {
-    GLListAsArray<GLPoint> points(8, 8);
-    WalkPoints(room.polygons[0], points);
-    GLWalkArea* area = new GLWalkArea(points, 0);
-    DeleteWalkPoints(points);
-    for (std::size_t h = 1; h < room.polygons.size(); h++) {
-        WalkPoints(room.polygons[h], points);
-        area->AddHole(points);
-        DeleteWalkPoints(points);
-    }
+    GLWalkArea* area = MakeWalkArea(room, 0);
     area->Prepare();
     return area;
 }

@@ -2,8 +2,7 @@
 #
 #   lib/libquindle.so.<version>          the library, SONAME libquindle.so.<QUINDLE_SOVERSION>
 #   lib/libquindle_{ledger,recording,soft}.a   the kernels
-#   include/quindle/                     every public header, flat: installed headers
-#                                        include one another by bare name
+#   include/quindle/                     every public header (cmake/QuindleHeaders.cmake)
 #   bin/quindle-player                   finds the library by a relative run path
 #   lib/cmake/quindle/                   the CMake package, its version file, the
 #                                        exported targets and the game-building functions
@@ -17,27 +16,20 @@ set(QUINDLE_HEADER_DIR ${CMAKE_INSTALL_INCLUDEDIR}/quindle)
 # ----- the library, the ledger and the game's view of its host -----
 install(TARGETS quindle quindle_ledger quindle_game EXPORT quindleTargets
   LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR})
-file(GLOB QUINDLE_PUBLIC_HEADERS ${PROJECT_SOURCE_DIR}/include/*.h)
-install(FILES ${QUINDLE_PUBLIC_HEADERS}
-  ${PROJECT_SOURCE_DIR}/kernels/ledger/AllocationLedger.h
-  ${PROJECT_SOURCE_DIR}/player/quindle_game.h
-  ${PROJECT_SOURCE_DIR}/kernels/soft/SoftExtras.h
-  DESTINATION ${QUINDLE_HEADER_DIR})
+install(FILES ${QUINDLE_HEADERS_CORE} DESTINATION ${QUINDLE_HEADER_DIR})
 install(EXPORT quindleTargets NAMESPACE quindle:: DESTINATION ${QUINDLE_CMAKE_DIR})
 set(QUINDLE_COMPONENTS)
 
 # ----- the recording kernel -----
 install(TARGETS quindle_recording EXPORT quindleRecordingTargets ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR})
-install(FILES ${PROJECT_SOURCE_DIR}/kernels/recording/RecordingKernel.h DESTINATION ${QUINDLE_HEADER_DIR})
+install(FILES ${QUINDLE_HEADERS_RECORDING} DESTINATION ${QUINDLE_HEADER_DIR})
 install(EXPORT quindleRecordingTargets NAMESPACE quindle:: DESTINATION ${QUINDLE_CMAKE_DIR})
 list(APPEND QUINDLE_COMPONENTS recording)
 
-# ----- the soft kernel: every header of it but the window's -----
+# ----- the soft kernel -----
 if(TARGET quindle_soft)
   install(TARGETS quindle_soft EXPORT quindleSoftTargets ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR})
-  file(GLOB QUINDLE_SOFT_HEADERS ${PROJECT_SOURCE_DIR}/kernels/soft/*.h)
-  list(REMOVE_ITEM QUINDLE_SOFT_HEADERS ${PROJECT_SOURCE_DIR}/kernels/soft/SoftWindow.h)
-  install(FILES ${QUINDLE_SOFT_HEADERS} DESTINATION ${QUINDLE_HEADER_DIR})
+  install(FILES ${QUINDLE_HEADERS_SOFT} DESTINATION ${QUINDLE_HEADER_DIR})
   install(EXPORT quindleSoftTargets NAMESPACE quindle:: DESTINATION ${QUINDLE_CMAKE_DIR})
   list(APPEND QUINDLE_COMPONENTS soft)
 endif()
@@ -54,8 +46,6 @@ if(TARGET quindle-player)
 endif()
 
 # ----- the CMake package -----
-# Why a component may be missing from this install, for the config's error.
-set(QUINDLE_OFF_REASONS "${_QUINDLE_OFF}")
 configure_package_config_file(${PROJECT_SOURCE_DIR}/cmake/quindleConfig.cmake.in
   ${PROJECT_BINARY_DIR}/quindleConfig.cmake INSTALL_DESTINATION ${QUINDLE_CMAKE_DIR})
 # Before 1.0 a minor release may change the interface: only the same minor version answers.
@@ -97,6 +87,9 @@ set(CPACK_DEBIAN_PACKAGE_SECTION libdevel)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 if(TARGET quindle_soft)
   set(CPACK_DEBIAN_PACKAGE_DEPENDS "libpng-dev, libgif-dev, libfreetype-dev, fonts-dejavu-core")
+  if(Fontconfig_FOUND)
+    string(APPEND CPACK_DEBIAN_PACKAGE_DEPENDS ", libfontconfig-dev")
+  endif()
 endif()
 set(CPACK_DEBIAN_PACKAGE_SUGGESTS "cmake, pkg-config, libgtest-dev")
 include(CPack)

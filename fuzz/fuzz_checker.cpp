@@ -20,15 +20,28 @@ namespace {
 const char* const kFiles[] = {"game.txt", "palette.txt", "views/1.txt", "messages.txt",
                               "robots/1.txt", "1.VMD", "tracks/1.txt", "script.txt"};
 
-const std::string& Folder()
+// The folder's name, kept in a buffer without a destructor: it is still
+// there when the folder is removed at exit.
+char gFolder[64];
+
+// The folder goes when the fuzzer ends.
+void RemoveFolder()
 {
-    static const std::string folder = [] {
-        const std::string f = "/tmp/quindle_fuzz_folder_" + std::to_string(getpid());
+    for (const char* name : kFiles)
+        std::remove((std::string(gFolder) + "/" + name).c_str());
+    for (const char* dir : {"/views", "/robots", "/tracks", ""})
+        ::rmdir((std::string(gFolder) + dir).c_str());
+}
+
+std::string Folder()
+{
+    if (!gFolder[0]) {
+        std::snprintf(gFolder, sizeof gFolder, "/tmp/quindle_fuzz_folder_%d", static_cast<int>(getpid()));
         for (const char* dir : {"", "/views", "/robots", "/tracks"})
-            ::mkdir((f + dir).c_str(), 0777);
-        return f;
-    }();
-    return folder;
+            ::mkdir((std::string(gFolder) + dir).c_str(), 0777);
+        std::atexit(RemoveFolder);
+    }
+    return gFolder;
 }
 
 } // namespace

@@ -79,9 +79,9 @@ public:
     void Prepare() const;
 
     // Reads an area from its text form; null when the file cannot be read or
-    // is malformed, and then, if pReport is given, a one-line report naming
-    // the file and the line ("walk/120.txt(3): a hole crosses the boundary")
-    // in pReport, cut to iReportSize bytes.
+    // is malformed, and then the host notice (GLSetHostNotice) is told of the
+    // error with the file and the line to blame ("a hole is not inside the
+    // boundary", line 3).
     //
     // The file holds one item per line; blank lines and lines starting with
     // '#' are ignored. Numbers are whole decimal numbers, separated by spaces,
@@ -89,7 +89,9 @@ public:
     //   clearance c              (optional, before the boundary; default 0)
     //   boundary x y x y x y ... (once, before any hole)
     //   hole x y x y x y ...     (any number)
-    static GLWalkArea* Load(const char* fileName, char* pReport = 0, int iReportSize = 0);
+    // A line holds at most 4,095 characters; a number lies between -1,000,000
+    // and 1,000,000.
+    static GLWalkArea* Load(const char* fileName);
 
 private:
     GLWalkArea(int iClearance);

@@ -2,12 +2,15 @@
 #include "Check.h"
 
 #include "GameFolder.h"
+#include "SoftKernel.h"
 #include "SoftResources.h"
 #include "SoftScript.h"
 #include "SoftText.h"
 #include "glconst.h"
 #include "gldefs.h"
+#include "gldll.h"
 #include "glsound.h"
+#include "glwalk.h"
 
 #include <dirent.h>
 #include <sys/stat.h>
@@ -145,15 +148,31 @@ void CheckResources(const std::string& folder, Problems& p)
                 p.AddFault(error);
 }
 
-void CheckTracks(const std::string& folder, Problems& p)
+// Reads every file of a subdirectory of the folder with one of the library's
+// readers, which tells the host notice of each problem.
+void CheckWithLibrary(const std::string& dir, Problems& p, void (*read)(const char* file))
 {
-    const std::string dir = folder + "/tracks";
     gProblems = &p;
     GLSetHostNotice(&OnTrackNotice);
     for (const std::string& name : Names(dir, p))
-        GLCheckSndTrack((dir + "/" + name).c_str());
+        read((dir + "/" + name).c_str());
     GLSetHostNotice(nullptr);
     gProblems = nullptr;
+}
+
+void CheckTracks(const std::string& folder, Problems& p)
+{
+    CheckWithLibrary(folder + "/tracks", p, [](const char* file) { GLCheckSndTrack(file); });
+}
+
+// A walkable area is built as it is read, from memory of a kernel: a soft
+// kernel of the check's own, kept to the end of the program since the library
+// holds on to it.
+void CheckWalkAreas(const std::string& folder, Problems& p)
+{
+    static SoftKernel kernel;
+    DLLInit(&kernel);
+    CheckWithLibrary(folder + "/walk", p, [](const char* file) { delete GLWalkArea::Load(file); });
 }
 
 } // namespace
@@ -167,6 +186,7 @@ int CheckGameFolder(const std::string& folder, const std::string& script, bool s
         CheckGame(folder, p);
         CheckResources(folder, p);
         CheckTracks(folder, p);
+        CheckWalkAreas(folder, p);
     }
     std::vector<SoftInputEvent> events;
     std::string error;

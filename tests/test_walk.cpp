@@ -111,18 +111,7 @@ protected:
         delete area;
         DeleteWalkPoints(route);
     }
-    void Make(const WalkRoom& room, int clearance = 0)
-    {
-        GLListAsArray<GLPoint> points(4, 4);
-        WalkPoints(room.polygons[0], points);
-        area = new GLWalkArea(points, clearance);
-        DeleteWalkPoints(points);
-        for (std::size_t h = 1; h < room.polygons.size(); h++) {
-            WalkPoints(room.polygons[h], points);
-            area->AddHole(points);
-            DeleteWalkPoints(points);
-        }
-    }
+    void Make(const WalkRoom& room, int clearance = 0) { area = MakeWalkArea(room, clearance); }
     // The route from `from` to `to`, from included, as "(x,y)" pieces.
     std::string Walk(int fx, int fy, int tx, int ty)
     {
@@ -144,64 +133,53 @@ Ring Rect(int l, int t, int r, int b)
     return {ZOR_Point(l, t), ZOR_Point(r, t), ZOR_Point(r, b), ZOR_Point(l, b)};
 }
 
-TEST_F(WalkTest, RoutesAreAsShortAsTheReferenceAndNeverCrossAWall)
+// The distance from (x, y) to the segment a-b.
+double ToEdge(const ZOR_Point& a, const ZOR_Point& b, double x, double y)
 {
-    for (unsigned seed : {1u, 2u, 3u}) {
-        const WalkRoom room = MakeWalkRoom(seed, 20, 10, 6);
-        Make(room);
+    const double ex = b.x - a.x, ey = b.y - a.y;
+    const double u = std::clamp(((x - a.x) * ex + (y - a.y) * ey) / (ex * ex + ey * ey), 0.0, 1.0);
+    return std::hypot(a.x + u * ex - x, a.y + u * ey - y);
+}
+
+TEST_F(WalkTest, RoutesAreShortestKeepTheClearanceAndNeverCrossAWall)
+{
+    // Rooms by seed, corners, holes and clearance; with a clearance the
+    // reference (which has none) gives no length to compare with.
+    for (const auto& [seed, corners, holes, clearance] :
+         {std::tuple{1u, 20, 10, 0}, {2u, 20, 10, 0}, {3u, 20, 10, 0}, {7u, 40, 20, 3}}) {
+        const WalkRoom room = MakeWalkRoom(seed, corners, holes, 6 + 2 * (seed % 2));
+        Make(room, clearance);
         std::mt19937 random(seed);
         for (int q = 0; q < 40; q++) {
-            ZOR_Point s(int(random() % 640), int(random() % 480)), g(int(random() % 640), int(random() % 480));
-            if (!Free(room, s.x, s.y) || !Free(room, g.x, g.y)) {
+            GLPoint s(int(random() % 640), int(random() % 480)), g(int(random() % 640), int(random() % 480)), end;
+            if (!clearance && (!Free(room, s.GetX(), s.GetY()) || !Free(room, g.GetX(), g.GetY()))) {
                 q--;
                 continue;
             }
-            Walk(s.x, s.y, g.x, g.y);
+            area->Nearest(s, s);
+            area->Nearest(g, end);
+            Walk(s.GetX(), s.GetY(), g.GetX(), g.GetY());
             double length = 0;
-            ZOR_Point at = s;
+            ZOR_Point at = s.GetZORPoint();
             for (int i = 0; i < route.NumElements(); i++) {
                 const ZOR_Point& p = route.At(i)->GetZORPoint();
                 ASSERT_TRUE(p.x != at.x || p.y != at.y) << "a leg of zero length";
                 ASSERT_TRUE(Walkable(room, at.x, at.y, p.x, p.y)) << "seed " << seed << " query " << q;
+                for (const Ring& r : room.polygons) // the clearance, at 65 points of the leg
+                    for (std::size_t e = 0; clearance && e < r.size(); e++)
+                        for (double t = 0; t <= 1; t += 1.0 / 64)
+                            ASSERT_GE(ToEdge(r[e], r[(e + 1) % r.size()], at.x + t * (p.x - at.x), at.y + t * (p.y - at.y)),
+                                      clearance - 1e-6);
                 length += std::hypot(p.x - at.x, p.y - at.y);
                 at = p;
             }
-            ASSERT_TRUE(at.x == g.x && at.y == g.y);
-            ASSERT_NEAR(length, ReferenceLength(room, s, g), 1e-6) << "seed " << seed << " query " << q;
+            ASSERT_TRUE(at.x == end.GetX() && at.y == end.GetY()) << "seed " << seed << " query " << q;
+            if (clearance == 0) {
+                ASSERT_NEAR(length, ReferenceLength(room, s.GetZORPoint(), g.GetZORPoint()), 1e-6) << seed << " " << q;
+            }
         }
         delete area;
         area = nullptr;
-    }
-}
-
-TEST_F(WalkTest, WithAClearanceEveryLegKeepsItAndTheRouteArrives)
-{
-    const WalkRoom room = MakeWalkRoom(7, 40, 20, 8);
-    Make(room, 3);
-    std::mt19937 random(7);
-    for (int q = 0; q < 60; q++) {
-        GLPoint s(int(random() % 640), int(random() % 480)), g(int(random() % 640), int(random() % 480)), end;
-        area->Nearest(s, s);
-        area->Nearest(g, end);
-        Walk(s.GetX(), s.GetY(), g.GetX(), g.GetY());
-        ZOR_Point at = s.GetZORPoint();
-        for (int i = 0; i < route.NumElements(); i++) {
-            const ZOR_Point& p = route.At(i)->GetZORPoint();
-            ASSERT_TRUE(Walkable(room, at.x, at.y, p.x, p.y));
-            for (const Ring& r : room.polygons)
-                for (std::size_t e = 0; e < r.size(); e++)
-                    for (double t = 0; t <= 1; t += 1.0 / 64) { // the leg's distance to each edge
-                        const double x = at.x + t * (p.x - at.x), y = at.y + t * (p.y - at.y);
-                        const ZOR_Point &a = r[e], &b = r[(e + 1) % r.size()];
-                        const double ex = b.x - a.x, ey = b.y - a.y;
-                        const double u = std::clamp(((x - a.x) * ex + (y - a.y) * ey) / (ex * ex + ey * ey), 0.0, 1.0);
-                        ASSERT_GE(std::hypot(a.x + u * ex - x, a.y + u * ey - y), 3 - 1e-6);
-                    }
-            at = p;
-        }
-        if (route.NumElements() > 0) {
-            EXPECT_TRUE(*route.At(route.NumElements() - 1) == end) << "query " << q;
-        }
     }
 }
 
@@ -237,12 +215,19 @@ TEST_F(WalkTest, AwkwardPlaces)
     EXPECT_TRUE(area->Contains(GLPoint(100, 200)));
 }
 
-TEST_F(WalkTest, TheTextFormReadsAnAreaAndReportsTheLineOfAFault)
+std::string gNotices; // what the host notice was told: "<kind> <file>(<line>): <text>"
+
+void Notice(int kind, const char* file, int line, const char* text)
+{
+    gNotices += std::to_string(kind) + " " + file + "(" + std::to_string(line) + "): " + text;
+}
+
+TEST_F(WalkTest, TheTextFormReadsAnAreaAndTellsTheHostTheLineOfAFault)
 {
     const std::string file = ::testing::TempDir() + "walk.txt";
     const struct {
         const char* text;
-        const char* report; // null: read
+        const char* notice; // null: read
     } cases[] = {
         {"# a courtyard\nclearance 2\nboundary 0 0, 100 0, 100 100, 0 100\n\nhole 40 40 60 40 60 60\n", nullptr},
         {"boundary 0 0 100 0 100 100\nwall 1 2\n", "(2): unknown keyword"},
@@ -254,17 +239,19 @@ TEST_F(WalkTest, TheTextFormReadsAnAreaAndReportsTheLineOfAFault)
          "(3): a hole overlaps another hole"},
         {"boundary 0 0 100 100 100 0 0 100\n", "(1): a polygon crosses itself"},
         {"boundary 0 0 100 0 100 0\n", "(1): a polygon needs three distinct points"},
-        {"# nothing\n", ": no boundary"},
+        {"# nothing\n", "(0): no boundary"},
     };
-    char report[128];
+    GLSetHostNotice(&Notice);
     for (const auto& c : cases) {
         std::ofstream(file) << c.text;
-        GLWalkArea* read = GLWalkArea::Load(file.c_str(), report, sizeof(report));
-        if (c.report) {
+        gNotices.clear();
+        GLWalkArea* read = GLWalkArea::Load(file.c_str());
+        if (c.notice) {
             EXPECT_EQ(read, nullptr) << c.text;
-            EXPECT_EQ(report, file + c.report);
+            EXPECT_EQ(gNotices, "1 " + file + c.notice);
         } else {
-            ASSERT_NE(read, nullptr) << report;
+            ASSERT_NE(read, nullptr) << gNotices;
+            EXPECT_EQ(gNotices, "");
             EXPECT_EQ(read->GetClearance(), 2);
             EXPECT_EQ(read->GetPolygonCount(), 2);
             EXPECT_EQ(read->GetPointCount(1), 3);
@@ -273,8 +260,10 @@ TEST_F(WalkTest, TheTextFormReadsAnAreaAndReportsTheLineOfAFault)
         delete read;
     }
     std::remove(file.c_str());
-    EXPECT_EQ(GLWalkArea::Load(file.c_str(), report, sizeof(report)), nullptr);
-    EXPECT_EQ(report, file + ": cannot be opened");
+    gNotices.clear();
+    EXPECT_EQ(GLWalkArea::Load(file.c_str()), nullptr);
+    EXPECT_EQ(gNotices, "1 " + file + "(0): a walkable area that cannot be opened");
+    GLSetHostNotice(nullptr);
 }
 
 // A kernel that has no memory for walkable areas.

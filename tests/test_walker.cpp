@@ -3,6 +3,7 @@
 #include "GameTest.h"
 #include "WalkRooms.h"
 #include "glcel.h"
+#include "glpoly.h"
 #include "glwalk.h"
 #include "glwalker.h"
 
@@ -20,14 +21,13 @@ protected:
         actor->Show();
         actor->SetMoveSpeed(1);
         actor->SetStepSize(GLPoint(10, 10));
-        GLListAsArray<GLPoint> points(4, 4);
-        WalkPoints({ZOR_Point(0, 0), ZOR_Point(300, 0), ZOR_Point(300, 300), ZOR_Point(0, 300)}, points);
-        area = new GLWalkArea(points);
-        DeleteWalkPoints(points);
-        // a square hole from (50, 50) to (150, 150)
-        WalkPoints({ZOR_Point(50, 50), ZOR_Point(150, 50), ZOR_Point(150, 150), ZOR_Point(50, 150)}, points);
-        area->AddHole(points);
-        DeleteWalkPoints(points);
+        WalkRoom room;
+        room.polygons = {{ZOR_Point(0, 0), ZOR_Point(300, 0), ZOR_Point(300, 300), ZOR_Point(0, 300)}};
+        area = MakeWalkArea(room, 0);
+        // A square hole from (50, 50) to (150, 150), from a polygon of the room.
+        GLPoint corners[] = {GLPoint(50, 50), GLPoint(150, 50), GLPoint(150, 150), GLPoint(50, 150)};
+        GLPoly hole(plane, corners, 4);
+        area->AddHole(hole);
         walker = new GLWalker(actor, area);
     }
     ~WalkerTest() override
@@ -56,39 +56,25 @@ protected:
     GLWalker* walker;
 };
 
-TEST_F(WalkerTest, WalksRoundTheHoleTurningAtItsCornerAndCuesOnceOnArrival)
+TEST_F(WalkerTest, TurnsAtTheHolesCornerCuesOnlyTheLastCallerOnceAndStands)
 {
-    CueRecorder listener;
-    Frame(1);
-    walker->WalkTo(GLPoint(200, 100), &listener);
+    CueRecorder first, listener;
+    walker->WalkTo(GLPoint(20, 280), &first);
+    Frames({1, 2, 3});
+    walker->WalkTo(GLPoint(200, 100), &listener); // sent elsewhere mid-walk
     EXPECT_EQ(actor->GetLoop(), GLWalker::kRight);
-    // Right to the hole's corner (150, 50) in 13 steps; there he turns toward
-    // the viewer, since the last leg (50, 50) is as much in depth as across.
-    const auto turns = WalkFrames(2);
-    EXPECT_EQ(turns, (std::vector<std::tuple<int, int, int, int>>{{2, 0, 30, 22}, {14, 2, 150, 50}}));
+    // Right to the hole's corner (150, 50); there he turns toward the viewer,
+    // since the last leg (50, 50) is as much in depth as across.
+    EXPECT_EQ(WalkFrames(4), (std::vector<std::tuple<int, int, int, int>>{{4, 0, 30, 50}, {16, 2, 150, 50}}));
     EXPECT_EQ(actor->GetPos(), GLPoint(200, 100));
     EXPECT_EQ(actor->GetCel(), 0);
+    EXPECT_EQ(first.cues, 0);
     EXPECT_EQ(listener.cues, 1);
     EXPECT_EQ(listener.lastCuer, walker);
-    Frame(40);
-    EXPECT_EQ(listener.cues, 1);
-}
-
-TEST_F(WalkerTest, SentElsewhereMidWalkOnlyTheNewCallerIsCued)
-{
-    CueRecorder first, second;
-    walker->WalkTo(GLPoint(280, 20), &first);
-    Frames({1, 2, 3});
-    walker->WalkTo(GLPoint(20, 280), &second);
-    EXPECT_EQ(actor->GetLoop(), GLWalker::kToward);
-    WalkFrames(4);
-    EXPECT_EQ(actor->GetPos(), GLPoint(20, 280));
-    EXPECT_EQ(first.cues, 0);
-    EXPECT_EQ(second.cues, 1);
-    // Sent where he stands, he turns nothing and is done at once.
-    walker->WalkTo(GLPoint(20, 280), &second);
+    // Sent where he stands, he is done at once.
+    walker->WalkTo(GLPoint(200, 100), &listener);
     Frame(500);
-    EXPECT_EQ(second.cues, 2);
+    EXPECT_EQ(listener.cues, 2);
 }
 
 TEST_F(WalkerTest, DirectionsByAngleAndStandingLoops)

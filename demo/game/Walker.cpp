@@ -18,11 +18,11 @@ WalkerParts::WalkerParts(AbsGLPlane* pPlane, int view, const GLPoint& pos, int r
     mpCel->SetCycleSpeed(7);           // a new cel of the walk cycle every 7 ticks
     mpCel->Show();
 
-    char name[32], report[256];
+    // A floor that cannot be read is told to the host by the library; he then
+    // walks straight wherever he is sent.
+    char name[32];
     std::snprintf(name, sizeof name, "walk/%d.txt", room);
-    mpFloor = GLWalkArea::Load(Demo()->FolderFile(name), report, sizeof report);
-    if (!mpFloor)
-        std::fprintf(stderr, "%s\n", report); // a faulty floor is the game's to report
+    mpFloor = GLWalkArea::Load(Demo()->FolderFile(name));
 }
 
 WalkerParts::~WalkerParts()

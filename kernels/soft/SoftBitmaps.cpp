@@ -133,6 +133,7 @@ std::uint16_t SoftBitmaps::CreateMemBitmap(int width, int height, int fillColor,
     while (mNextMemId == 0 || mMemBitmaps.count(mNextMemId))
         mNextMemId++;
     const std::uint16_t id = mNextMemId++;
+    mEpoch++;
     MemBitmap& m = mMemBitmaps[id];
     m.bitmap.Resize(width, height, static_cast<std::uint8_t>(fillColor), fillColor == skipColor ? 0 : 1);
     m.skip = skipColor;
@@ -141,7 +142,8 @@ std::uint16_t SoftBitmaps::CreateMemBitmap(int width, int height, int fillColor,
 
 void SoftBitmaps::FreeMemBitmap(std::uint16_t memId)
 {
-    mMemBitmaps.erase(memId);
+    if (mMemBitmaps.erase(memId))
+        mEpoch++;
 }
 
 void SoftBitmaps::FillMemBitmap(std::uint16_t memId, int left, int top, int right, int bottom, int color)
@@ -159,6 +161,7 @@ void SoftBitmaps::FillMemBitmap(std::uint16_t memId, int left, int top, int righ
             m.bitmap.opaque[i] = color == m.skip ? 0 : 1;
         }
     }
+    m.bitmap.Changed();
 }
 
 const SoftBitmap* SoftBitmaps::Find(std::uint16_t memId) const
@@ -271,5 +274,6 @@ int SoftBitmaps::DrawText(std::uint16_t memId, int x, int y, const char* text, i
         }
         baseline += lineHeight;
     }
+    bmp.Changed();
     return static_cast<int>(lines.size()) * lineHeight;
 }

@@ -30,8 +30,10 @@ public:
 
     // Non-zero exactly when the id names a live bitmap (DLLCheckValid).
     int IsLive(int iMemId) const;
-    // The bitmap of that id, or null.
+    // The bitmap of that id, or null. Its address holds until it is freed;
+    // Epoch() changes whenever a bitmap is made or freed.
     const SoftBitmap* Find(std::uint16_t memId) const;
+    std::uint64_t Epoch() const { return mEpoch; }
 
     // The extra services under their names (SoftExtras.h).
     std::uint16_t CreateMemBitmap(int width, int height, int fillColor, int skipColor);
@@ -60,6 +62,7 @@ private:
     const int mMaxHeight;
     std::map<std::uint16_t, MemBitmap> mMemBitmaps;
     std::uint16_t mNextMemId = 1;
+    std::uint64_t mEpoch = 1;
     std::unique_ptr<Font> mFont;
     std::string mFontPath;
 };

@@ -19,6 +19,41 @@ int Scaled(int n, int s)
     return v < 1 ? 1 : static_cast<int>(v);
 }
 
+long long Area(const ZOR_Rect& r)
+{
+    return r.IsEmpty() ? 0 : static_cast<long long>(r.right - r.left + 1) * (r.bottom - r.top + 1);
+}
+
+bool Contains(const ZOR_Rect& outer, const ZOR_Rect& inner)
+{
+    return inner.left >= outer.left && inner.top >= outer.top && inner.right <= outer.right &&
+           inner.bottom <= outer.bottom;
+}
+
+// Copies a run of a row. Most runs of a cel are short, where a call of memcpy
+// with a variable length costs more than the copy: two overlapping moves of a
+// fixed width do it.
+inline void CopyRun(std::uint8_t* dst, const std::uint8_t* src, std::size_t n)
+{
+    if (n >= 64) {
+        std::memcpy(dst, src, n);
+    } else if (n >= 16) {
+        for (std::size_t i = 0; i + 16 < n; i += 16)
+            std::memcpy(dst + i, src + i, 16);
+        std::memcpy(dst + n - 16, src + n - 16, 16);
+    } else if (n >= 8) {
+        std::memcpy(dst, src, 8);
+        std::memcpy(dst + n - 8, src + n - 8, 8);
+    } else if (n >= 4) {
+        std::memcpy(dst, src, 4);
+        std::memcpy(dst + n - 4, src + n - 4, 4);
+    } else {
+        dst[0] = src[0];
+        dst[n / 2] = src[n / 2];
+        dst[n - 1] = src[n - 1];
+    }
+}
+
 } // namespace
 
 SoftCompositor::SoftCompositor(SoftKernel& kernel)
@@ -26,9 +61,130 @@ SoftCompositor::SoftCompositor(SoftKernel& kernel)
 {
 }
 
+// ----- the drawing order -----
+
+void SoftCompositor::Place(Item& item)
+{
+    if (!item.onScreen) {
+        Remove(item);
+        return;
+    }
+    const long long priority = mKernel.EffectivePriority(item);
+    if (item.filed == Item::kInOrder && item.filedPlane == item.planeId && item.filedPriority == priority &&
+        item.filedSerial == item.serial) {
+        // Same place in the order; what it shows or where may have changed.
+        if (Entry* e = FindEntry(mLayers[item.filedPlane], item))
+            e->epoch = 0;
+        return;
+    }
+    if (item.filed == Item::kWaiting && item.filedPlane == item.planeId)
+        return; // its place is found when the order is mended
+    Remove(item);
+    mLayers[item.planeId].waiting.push_back(&item);
+    item.filed = Item::kWaiting;
+    item.filedPlane = item.planeId;
+}
+
+void SoftCompositor::Remove(Item& item)
+{
+    if (item.filed == Item::kInOrder) {
+        Layer& layer = mLayers[item.filedPlane];
+        if (Entry* e = FindEntry(layer, item)) {
+            e->item = nullptr;
+            layer.holes++;
+        }
+    } else if (item.filed == Item::kWaiting) {
+        std::vector<Item*>& waiting = mLayers[item.filedPlane].waiting;
+        auto found = std::find(waiting.rbegin(), waiting.rend(), &item);
+        if (found != waiting.rend())
+            waiting.erase(std::next(found).base());
+    }
+    item.filed = Item::kNotFiled;
+}
+
+SoftCompositor::Entry* SoftCompositor::FindEntry(Layer& layer, const Item& item)
+{
+    auto found = std::lower_bound(layer.order.begin(), layer.order.end(), item,
+                                  [](const Entry& e, const Item& i) {
+                                      return e.priority != i.filedPriority ? e.priority < i.filedPriority
+                                                                           : e.serial < i.filedSerial;
+                                  });
+    if (found == layer.order.end() || found->item != &item)
+        return nullptr;
+    return &*found;
+}
+
+void SoftCompositor::MendOrder(Layer& layer)
+{
+    if (layer.holes) {
+        layer.order.erase(std::remove_if(layer.order.begin(), layer.order.end(),
+                                         [](const Entry& e) { return e.item == nullptr; }),
+                          layer.order.end());
+        layer.holes = 0;
+    }
+    if (layer.waiting.empty())
+        return;
+    const auto before = [](const Entry& a, const Entry& b) {
+        return a.priority != b.priority ? a.priority < b.priority : a.serial < b.serial;
+    };
+    const std::size_t kept = layer.order.size();
+    for (Item* item : layer.waiting) {
+        item->filed = Item::kInOrder;
+        item->filedPriority = mKernel.EffectivePriority(*item);
+        item->filedSerial = item->serial;
+        layer.order.push_back(Entry{item->filedPriority, item->serial, item, nullptr, 0, 0, 0, kScaleFull, kScaleFull, nullptr});
+    }
+    layer.waiting.clear();
+    std::sort(layer.order.begin() + static_cast<std::ptrdiff_t>(kept), layer.order.end(), before);
+    std::inplace_merge(layer.order.begin(), layer.order.begin() + static_cast<std::ptrdiff_t>(kept),
+                       layer.order.end(), before);
+}
+
+// Works out an entry's bitmap and corner again; false when it has none (the
+// fault is reported, and it is tried again next time).
+bool SoftCompositor::Refresh(Entry& e)
+{
+    Item& item = *e.item;
+    const SoftBitmap* bmp = mKernel.ItemBitmap(item);
+    e.bitmap = bmp;
+    e.epoch = item.bitmapEpoch;
+    if (!bmp)
+        return false;
+    e.scaleX = ClampScale(item.scale.scaleX);
+    e.scaleY = ClampScale(item.scale.scaleY);
+    e.left = item.pos.x - static_cast<int>(static_cast<long long>(bmp->originX) * e.scaleX / 128);
+    e.top = item.pos.y - static_cast<int>(static_cast<long long>(bmp->originY) * e.scaleY / 128);
+    e.inset = item.useInsetRect ? &item.insetRect : nullptr;
+    return true;
+}
+
+// ----- composing -----
+
+void SoftCompositor::Fill(const ZOR_Rect& r, std::uint8_t color)
+{
+    if (r.IsEmpty())
+        return;
+    for (int y = r.top; y <= r.bottom; y++)
+        std::memset(&mFrame[static_cast<std::size_t>(y) * kWidth + r.left], color,
+                    static_cast<std::size_t>(r.right - r.left + 1));
+}
+
+// Fills `area` except the part of it that `hole` covers.
+void SoftCompositor::FillAround(const ZOR_Rect& area, const ZOR_Rect& hole, std::uint8_t color)
+{
+    const ZOR_Rect h = Intersect(area, hole);
+    if (h.IsEmpty()) {
+        Fill(area, color);
+        return;
+    }
+    Fill(ZOR_Rect(area.left, area.top, area.right, h.top - 1), color);
+    Fill(ZOR_Rect(area.left, h.bottom + 1, area.right, area.bottom), color);
+    Fill(ZOR_Rect(area.left, h.top, h.left - 1, h.bottom), color);
+    Fill(ZOR_Rect(h.right + 1, h.top, area.right, h.bottom), color);
+}
+
 void SoftCompositor::ComposePlanes()
 {
-    std::fill(mFrame.begin(), mFrame.end(), 0);
     std::vector<Plane*> planes;
     for (auto& entry : mKernel.mPlanes)
         if (entry.second->added)
@@ -36,24 +192,49 @@ void SoftCompositor::ComposePlanes()
     std::sort(planes.begin(), planes.end(), [](const Plane* a, const Plane* b) {
         return a->priority != b->priority ? a->priority < b->priority : a->serial < b->serial;
     });
+    // Transitions first, so that it is known which planes are shown whole.
+    struct Pass {
+        Plane* plane;
+        int percent;
+        bool covers; // an opaque plane shown whole: every pixel of its clip is written
+        ZOR_Rect clip;
+    };
+    std::vector<Pass> passes;
     for (Plane* plane : planes) {
         if (plane->hidden)
             continue;
         const int percent = mKernel.ShowStylePercent(*plane);
-        if (!plane->styleActive || percent >= 100) {
-            if (plane->styleActive) {
-                plane->styleActive = false;
-                plane->hidden = plane->styleToFrom == 1;
-                if (plane->hidden)
-                    continue;
-            }
-            DrawPlane(*plane);
+        if (plane->styleActive && percent >= 100) {
+            plane->styleActive = false;
+            plane->hidden = plane->styleToFrom == 1;
+            if (plane->hidden)
+                continue;
+        }
+        const ZOR_Rect clip = Intersect(plane->rect, kScreen);
+        const bool opaque = plane->type == kPlaneColored || plane->type == kPlaneOpaque || plane->type == kPlanePicture;
+        passes.push_back(Pass{plane, percent, opaque && !plane->styleActive && !clip.IsEmpty(), clip});
+    }
+    // The frame starts black only where no opaque plane will be drawn.
+    ZOR_Rect widest(0, 0, -1, -1);
+    for (const Pass& p : passes)
+        if (p.covers && Area(p.clip) > Area(widest))
+            widest = p.clip;
+    FillAround(kScreen, widest, 0);
+
+    for (std::size_t n = 0; n < passes.size(); n++) {
+        Plane* plane = passes[n].plane;
+        bool hidden = false; // wholly under a later opaque plane
+        for (std::size_t j = n + 1; j < passes.size() && !hidden; j++)
+            hidden = passes[j].covers && Contains(passes[j].clip, passes[n].clip);
+        if (!plane->styleActive || hidden) {
+            DrawPlane(*plane, hidden);
             continue;
         }
         // A transition: draw the plane, then put back what lies below (or the
         // transition's colour) where the plane is not shown yet.
+        const int percent = passes[n].percent;
         mScratch = mFrame;
-        DrawPlane(*plane);
+        DrawPlane(*plane, false);
         const ZOR_Rect r = Intersect(plane->rect, kScreen);
         const int w = plane->rect.right - plane->rect.left + 1, h = plane->rect.bottom - plane->rect.top + 1;
         const int kind = (plane->style - 1) % 4;
@@ -81,8 +262,8 @@ void SoftCompositor::ComposePlanes()
     }
 }
 
-void SoftCompositor::DrawBitmap(const SoftBitmap& bmp, int left, int top, int scaleX, int scaleY, const ZOR_Rect* inset,
-                            const ZOR_Rect& clip, bool mirror)
+void SoftCompositor::DrawBitmap(const SoftBitmap& bmp, int left, int top, int scaleX, int scaleY,
+                                const ZOR_Rect* inset, const ZOR_Rect& clip, bool mirror)
 {
     const int sx = ClampScale(scaleX), sy = ClampScale(scaleY);
     int x0 = 0, y0 = 0, x1 = bmp.width - 1, y1 = bmp.height - 1;
@@ -98,28 +279,45 @@ void SoftCompositor::DrawBitmap(const SoftBitmap& bmp, int left, int top, int sc
         const ZOR_Rect area = Intersect(ZOR_Rect(left + x0, top + y0, left + x1, top + y1), clip);
         if (area.IsEmpty())
             return;
-        const int w = area.right - area.left + 1;
+        const std::size_t w = static_cast<std::size_t>(area.right - area.left + 1);
+        std::uint8_t* const frame = mFrame.data();
+        const std::uint8_t* const pixels = bmp.pixels.data();
+        if (!mirror && bmp.WhollyOpaque()) {
+            for (int y = area.top; y <= area.bottom; y++)
+                std::memcpy(frame + static_cast<std::size_t>(y) * kWidth + area.left,
+                            pixels + static_cast<std::size_t>(y - top) * bmp.width + (area.left - left), w);
+            return;
+        }
+        // The bitmap's columns that land in the area: screen x shows column
+        // x - left, or width - 1 - (x - left) when mirrored.
+        const int c0 = mirror ? bmp.width - 1 - (area.right - left) : area.left - left;
+        const int c1 = mirror ? bmp.width - 1 - (area.left - left) : area.right - left;
+        const SoftBitmap::RunTable table = bmp.Runs();
+        const bool whole = c0 == 0 && c1 == bmp.width - 1; // no run needs cutting
         for (int y = area.top; y <= area.bottom; y++) {
-            const int by = y - top;
-            std::uint8_t* dst = &mFrame[static_cast<std::size_t>(y) * kWidth + area.left];
-            const std::size_t row = static_cast<std::size_t>(by) * bmp.width;
-            if (!mirror) {
-                const std::uint8_t* src = &bmp.pixels[row + (area.left - left)];
-                const std::uint8_t* op = &bmp.opaque[row + (area.left - left)];
-                if (!std::memchr(op, 0, static_cast<std::size_t>(w))) {
-                    std::memcpy(dst, src, static_cast<std::size_t>(w));
-                } else {
-                    // A select written as masks, so the compiler turns it into vector code.
-                    for (int i = 0; i < w; i++) {
-                        const std::uint8_t m = static_cast<std::uint8_t>(-(op[i] != 0));
-                        dst[i] = static_cast<std::uint8_t>((src[i] & m) | (dst[i] & ~m));
-                    }
+            const SoftRun* run = table.runs + table.rowStart[y - top];
+            const SoftRun* const end = table.runs + table.rowStart[y - top + 1];
+            const std::uint8_t* src = pixels + static_cast<std::size_t>(y - top) * bmp.width;
+            std::uint8_t* dst = frame + static_cast<std::size_t>(y) * kWidth + left;
+            if (whole && !mirror) {
+                for (; run != end; ++run)
+                    CopyRun(dst + run->x, src + run->x, run->length);
+                continue;
+            }
+            for (; run != end; ++run) {
+                const int s = std::max(static_cast<int>(run->x), c0);
+                const int e = std::min(static_cast<int>(run->x + run->length) - 1, c1);
+                if (s > e) {
+                    if (static_cast<int>(run->x) > c1)
+                        break;
+                    continue;
                 }
-            } else {
-                for (int i = 0; i < w; i++) {
-                    const int bx = bmp.width - 1 - (area.left + i - left);
-                    if (bmp.opaque[row + bx])
-                        dst[i] = bmp.pixels[row + bx];
+                if (!mirror) {
+                    CopyRun(dst + s, src + s, static_cast<std::size_t>(e - s + 1));
+                } else {
+                    std::uint8_t* out = dst + (bmp.width - 1 - s);
+                    for (int c = s; c <= e; c++)
+                        *out-- = src[c];
                 }
             }
         }
@@ -131,9 +329,10 @@ void SoftCompositor::DrawBitmap(const SoftBitmap& bmp, int left, int top, int sc
     const int sr = left + Scaled(x1 + 1, sx) - 1;
     const int sb = top + Scaled(y1 + 1, sy) - 1;
     const ZOR_Rect area = Intersect(ZOR_Rect(sl, st, sr, sb), clip);
+    const SoftBitmap::RunTable table = bmp.Runs();
     for (int y = area.top; y <= area.bottom; y++) {
         const int by = std::min(y1, static_cast<int>(static_cast<long long>(y - top) * 128 / sy));
-        if (by < y0)
+        if (by < y0 || table.rowStart[by] == table.rowStart[by + 1]) // below the inset, or transparent
             continue;
         for (int x = area.left; x <= area.right; x++) {
             int bx = std::min(x1, static_cast<int>(static_cast<long long>(x - left) * 128 / sx));
@@ -191,19 +390,30 @@ void SoftCompositor::DrawPolygon(const Polygon& poly, const Plane& plane, const 
     }
 }
 
-void SoftCompositor::DrawPlane(Plane& plane)
+// Draws a plane; a hidden one (wholly under a later opaque plane) is only
+// brought up to date: its scroll advances and missing pictures and bitmaps are
+// reported as when drawn.
+void SoftCompositor::DrawPlane(Plane& plane, bool hidden)
 {
     const ZOR_Rect clip = Intersect(plane.rect, kScreen);
     if (clip.IsEmpty())
         return;
     const int ox = plane.rect.left, oy = plane.rect.top;
-    if (plane.type == -1 || plane.type == -3 || plane.type == -4) {
-        const std::uint8_t color = static_cast<std::uint8_t>(plane.color & 0xFF);
-        for (int y = clip.top; y <= clip.bottom; y++)
-            std::memset(&mFrame[static_cast<std::size_t>(y) * kWidth + clip.left], color,
-                        static_cast<std::size_t>(clip.right - clip.left + 1));
-    }
-    if (plane.type == -4) {
+    if (plane.type == kPlaneColored || plane.type == kPlaneOpaque) {
+        if (!hidden)
+            Fill(clip, static_cast<std::uint8_t>(plane.color & 0xFF));
+    } else if (plane.type == kPlanePicture) {
+        // The pictures to draw, in order: the one scrolling in, the current
+        // one, those added to it.
+        struct Shown {
+            const SoftBitmap* bmp;
+            int left, top;
+            bool mirror;
+        };
+        std::vector<Shown> shown;
+        const auto show = [&](const SoftBitmap* bmp, int left, int top, bool mirror) {
+            shown.push_back(Shown{bmp, left, top, mirror});
+        };
         std::string error;
         int shiftX = 0, shiftY = 0; // the current picture's shift by a scroll
         if (plane.scrolling) {
@@ -223,69 +433,88 @@ void SoftCompositor::DrawPlane(Plane& plane)
                 if (const SoftBitmap* next = mKernel.mResources.Picture(plane.scrollPicture, &error)) {
                     const int nx = shiftX + (plane.scrollStepX ? sign * w : 0);
                     const int ny = shiftY + (plane.scrollStepY ? sign * h : 0);
-                    DrawBitmap(*next, ox + plane.picOffsetX + nx, oy + plane.picOffsetY + ny, 128, 128, nullptr, clip,
-                               plane.scrollMirror != 0);
+                    show(next, ox + plane.picOffsetX + nx, oy + plane.picOffsetY + ny, plane.scrollMirror != 0);
                 }
             }
         }
         if (plane.picture >= 0) {
             if (const SoftBitmap* pic = mKernel.mResources.Picture(plane.picture, &error))
-                DrawBitmap(*pic, ox + plane.picOffsetX + shiftX, oy + plane.picOffsetY + shiftY, 128, 128, nullptr,
-                           clip, plane.mirror != 0);
+                show(pic, ox + plane.picOffsetX + shiftX, oy + plane.picOffsetY + shiftY, plane.mirror != 0);
             else
                 mKernel.Report(error);
         }
         for (const auto& pic : plane.extraPics)
             if (const SoftBitmap* b = mKernel.mResources.Picture(pic.picture, &error))
-                DrawBitmap(*b, ox + plane.picOffsetX + shiftX + pic.x, oy + plane.picOffsetY + shiftY + pic.y, 128, 128,
-                           nullptr, clip, pic.mirror != 0);
+                show(b, ox + plane.picOffsetX + shiftX + pic.x, oy + plane.picOffsetY + shiftY + pic.y,
+                     pic.mirror != 0);
+        if (!hidden) {
+            // The plane's colour shows only around the widest wholly opaque picture.
+            ZOR_Rect covered(0, 0, -1, -1);
+            for (const Shown& s : shown) {
+                const ZOR_Rect r = Intersect(
+                    ZOR_Rect(s.left, s.top, s.left + s.bmp->width - 1, s.top + s.bmp->height - 1), clip);
+                if (s.bmp->WhollyOpaque() && Area(r) > Area(covered))
+                    covered = r;
+            }
+            FillAround(clip, covered, static_cast<std::uint8_t>(plane.color & 0xFF));
+            for (const Shown& s : shown)
+                DrawBitmap(*s.bmp, s.left, s.top, kScaleFull, kScaleFull, nullptr, clip, s.mirror);
+        }
     }
 
-    // Items, polygons and the robot, lowest priority first.
-    struct Drawable {
+    // Items, polygons and the robot, lowest priority first: the items in the
+    // order the plane keeps, the few others sorted in beside them.
+    auto layerFound = mLayers.find(plane.id);
+    Layer* layer = layerFound == mLayers.end() ? nullptr : &layerFound->second;
+    if (layer)
+        MendOrder(*layer);
+    struct Other {
         long long priority;
         std::uint64_t serial;
-        int kind; // 0 item, 1 polygon, 2 robot
-        const void* what;
+        const Polygon* poly; // null: the robot
     };
-    std::vector<Drawable> list;
-    int topItem = -1;
-    for (auto& entry : mKernel.mItems) {
-        const Item& item = *entry.second;
-        if (item.onScreen && item.planeId == plane.id) {
-            const int p = mKernel.EffectivePriority(item);
-            topItem = std::max(topItem, p);
-            list.push_back(Drawable{p, item.serial, 0, &item});
-        }
+    std::vector<Other> others;
+    const SoftKernel::Robot* robot = mKernel.mRobot.get();
+    const bool robotShown =
+        robot && robot->data && robot->started && !robot->terminated && robot->planeId == plane.id;
+    if (!hidden) {
+        const long long topItem =
+            layer && !layer->order.empty() ? std::max(-1LL, layer->order.back().priority) : -1LL;
+        for (const auto& poly : plane.polygons)
+            others.push_back(Other{poly.priority == kPriorityOnTop ? topItem + 1 : poly.priority, poly.serial, &poly});
+        if (robotShown)
+            others.push_back(Other{robot->priority, robot->serial, nullptr});
+        std::sort(others.begin(), others.end(), [](const Other& a, const Other& b) {
+            return a.priority != b.priority ? a.priority < b.priority : a.serial < b.serial;
+        });
     }
-    for (const auto& poly : plane.polygons)
-        list.push_back(Drawable{poly.priority == -9999 ? static_cast<long long>(topItem) + 1 : poly.priority,
-                                poly.serial, 1, &poly});
-    if (mKernel.mRobot && mKernel.mRobot->data && mKernel.mRobot->started && !mKernel.mRobot->terminated && mKernel.mRobot->planeId == plane.id)
-        list.push_back(Drawable{mKernel.mRobot->priority, mKernel.mRobot->serial, 2, mKernel.mRobot.get()});
-    std::sort(list.begin(), list.end(), [](const Drawable& a, const Drawable& b) {
-        return a.priority != b.priority ? a.priority < b.priority : a.serial < b.serial;
-    });
-    for (const auto& d : list) {
-        if (d.kind == 0) {
-            Item& item = *const_cast<Item*>(static_cast<const Item*>(d.what));
-            const SoftBitmap* bmp = mKernel.ItemBitmap(item);
-            if (!bmp)
-                continue;
-            const int sx = ClampScale(item.scale.scaleX), sy = ClampScale(item.scale.scaleY);
-            const int left = ox + item.pos.x - static_cast<int>(static_cast<long long>(bmp->originX) * sx / 128);
-            const int top = oy + item.pos.y - static_cast<int>(static_cast<long long>(bmp->originY) * sy / 128);
-            DrawBitmap(*bmp, left, top, sx, sy, item.useInsetRect ? &item.insetRect : nullptr, clip, false);
-        } else if (d.kind == 1) {
-            DrawPolygon(*static_cast<const Polygon*>(d.what), plane, clip);
-        } else {
-            const std::uint32_t elapsed = mKernel.RobotElapsed();
-            const SoftRobot& r = *mKernel.mRobot->data;
-            const std::size_t frame =
-                std::min<std::size_t>(r.frames.size() - 1, elapsed / static_cast<std::uint32_t>(r.ticksPerFrame));
-            const SoftBitmap& bmp = r.frames[frame].bitmap;
-            DrawBitmap(bmp, ox + mKernel.mRobot->x - bmp.originX, oy + mKernel.mRobot->y - bmp.originY, 128, 128, nullptr, clip, false);
+    const std::uint64_t epoch = mKernel.BitmapEpoch();
+    const std::size_t items = layer ? layer->order.size() : 0;
+    std::size_t next = 0;
+    for (std::size_t i = 0; i <= items; i++) {
+        Entry* e = i < items ? &layer->order[i] : nullptr;
+        // The others that come before this item (all that are left after the last).
+        while (next < others.size() &&
+               (!e || others[next].priority < e->priority ||
+                (others[next].priority == e->priority && others[next].serial < e->serial))) {
+            const Other& o = others[next++];
+            if (o.poly) {
+                DrawPolygon(*o.poly, plane, clip);
+            } else {
+                const std::uint32_t elapsed = mKernel.RobotElapsed();
+                const SoftRobot& r = *robot->data;
+                const std::size_t frame = std::min<std::size_t>(
+                    r.frames.size() - 1, elapsed / static_cast<std::uint32_t>(r.ticksPerFrame));
+                const SoftBitmap& bmp = r.frames[frame].bitmap;
+                DrawBitmap(bmp, ox + robot->x - bmp.originX, oy + robot->y - bmp.originY, kScaleFull, kScaleFull, nullptr, clip,
+                           false);
+            }
         }
+        if (!e)
+            break;
+        if (e->epoch != epoch && !Refresh(*e))
+            continue;
+        if (!hidden)
+            DrawBitmap(*e->bitmap, ox + e->left, oy + e->top, e->scaleX, e->scaleY, e->inset, clip, false);
     }
 }
-

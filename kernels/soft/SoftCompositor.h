@@ -1,12 +1,24 @@
 // SoftCompositor.h - the soft kernel's compositor: it owns the 640x480 frame
 // of palette indices and draws the kernel's planes, their pictures, screen
 // items, polygons and robot into it, with transitions and scrolls.
+//
+// What a frame costs. Each plane keeps its items in drawing order: an add, an
+// update or a removal files only that item again, and the order is mended
+// before the plane is next drawn (the changed items sorted among themselves,
+// then merged in). An item's bitmap and its corner are worked out once after
+// each take-over, not every frame. Bitmaps are drawn by their runs of opaque
+// pixels (SoftBitmap::Runs), so transparent rows and gaps cost nothing and a
+// wholly opaque bitmap is a copy per row. The frame is cleared only where no
+// opaque plane will be drawn, a picture plane is filled with its colour only
+// around a wholly opaque picture, and a plane that a later opaque plane hides
+// entirely is brought up to date (scrolls, faults) but not drawn.
 #ifndef QUINDLE_SOFT_COMPOSITOR_H
 #define QUINDLE_SOFT_COMPOSITOR_H
 
 #include "SoftKernel.h"
 
 #include <cstdint>
+#include <map>
 #include <vector>
 
 class SoftCompositor {
@@ -24,7 +36,7 @@ public:
     std::uint8_t* Frame() { return mFrame.data(); }
 
     // Draws every added plane from the lowest priority up, each with its
-    // transition, over a cleared frame.
+    // transition, over a black frame.
     void ComposePlanes();
     // Draws a bitmap with its top-left corner at (left, top): scaled by
     // scaleX/128 and scaleY/128 (nearest pixel), limited to the inset (in the
@@ -33,17 +45,46 @@ public:
     void DrawBitmap(const SoftBitmap& bmp, int left, int top, int scaleX, int scaleY, const ZOR_Rect* inset,
                     const ZOR_Rect& clip, bool mirror);
 
+    // The kernel calls these when an item's values were taken over or it
+    // moved (Place), and when it leaves the screen or is freed (Remove).
+    void Place(SoftKernel::Item& item);
+    void Remove(SoftKernel::Item& item);
+
 private:
     using Plane = SoftKernel::Plane;
     using Polygon = SoftKernel::Polygon;
     using Item = SoftKernel::Item;
 
-    void DrawPlane(Plane& plane);
+    // An item in its plane's drawing order, with what drawing it needs.
+    struct Entry {
+        long long priority;
+        std::uint64_t serial;
+        Item* item;                // null: the item has left this place
+        const SoftBitmap* bitmap;  // valid while `epoch` is the kernel's bitmap epoch
+        std::uint64_t epoch;       // 0: work the bitmap and corner out again
+        int left, top;             // the bitmap's corner in plane coordinates
+        int scaleX, scaleY;
+        const ZOR_Rect* inset;     // the item's inset when in force
+    };
+    // The items of one plane id (whether or not such a plane exists).
+    struct Layer {
+        std::vector<Entry> order;   // by priority, then serial
+        std::vector<Item*> waiting; // filed since the order was last mended
+        std::size_t holes = 0;      // entries whose item has left
+    };
+
+    void MendOrder(Layer& layer);
+    Entry* FindEntry(Layer& layer, const Item& item);
+    bool Refresh(Entry& e);
+    void DrawPlane(Plane& plane, bool hidden);
     void DrawPolygon(const Polygon& poly, const Plane& plane, const ZOR_Rect& clip);
+    void Fill(const ZOR_Rect& r, std::uint8_t color);
+    void FillAround(const ZOR_Rect& area, const ZOR_Rect& hole, std::uint8_t color);
 
     SoftKernel& mKernel;
     std::vector<std::uint8_t> mFrame;
     std::vector<std::uint8_t> mScratch;
+    std::map<std::int32_t, Layer> mLayers;
 };
 
 #endif

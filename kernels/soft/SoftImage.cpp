@@ -55,6 +55,33 @@ void SoftBitmap::Resize(int w, int h, std::uint8_t fill, std::uint8_t opaqueFill
     height = h;
     pixels.assign(static_cast<std::size_t>(w) * h, fill);
     opaque.assign(static_cast<std::size_t>(w) * h, opaqueFill);
+    Changed();
+}
+
+void SoftBitmap::MakeRuns() const
+{
+    mRowStart.assign(1, 0);
+    mRuns.clear();
+    mWhollyOpaque = true;
+    const int w = width > 0 ? width : 0;
+    for (int y = 0; y < height; y++) {
+        const std::uint8_t* row = opaque.data() + static_cast<std::size_t>(y) * w;
+        int x = 0;
+        while (x < w) {
+            while (x < w && !row[x])
+                x++;
+            const int start = x;
+            while (x < w && row[x])
+                x++;
+            if (x > start)
+                mRuns.push_back(SoftRun{static_cast<std::uint32_t>(start), static_cast<std::uint32_t>(x - start)});
+        }
+        const std::uint32_t rowRuns = static_cast<std::uint32_t>(mRuns.size()) - mRowStart.back();
+        if (rowRuns != 1 || mRuns.back().length != static_cast<std::uint32_t>(w))
+            mWhollyOpaque = false;
+        mRowStart.push_back(static_cast<std::uint32_t>(mRuns.size()));
+    }
+    mRunsValid = true;
 }
 
 bool SoftReadPngMemory(const void* data, std::size_t size, const std::string& name, const SoftPalette& palette,
@@ -99,6 +126,7 @@ bool SoftReadPngMemory(const void* data, std::size_t size, const std::string& na
         out->pixels[i] = lastIndex;
         out->opaque[i] = 1;
     }
+    out->Changed();
     return true;
 }
 
@@ -110,19 +138,33 @@ bool SoftReadPng(const std::string& path, const SoftPalette& palette, SoftBitmap
     return SoftReadPngMemory(bytes.data(), bytes.size(), path, palette, out, error);
 }
 
-bool SoftWritePngRgb(const std::string& path, const std::uint8_t* rgb, int width, int height, std::string* error)
+namespace {
+
+// Writes rows of pixels of one of libpng's simple formats; a colour-mapped
+// format takes its colour map of `entries` RGB triples.
+bool WritePng(const std::string& path, const void* pixels, int width, int height, png_uint_32 format,
+              png_uint_32 flags, const std::uint8_t* colormap, int entries, std::string* error)
 {
     png_image image;
     std::memset(&image, 0, sizeof image);
     image.version = PNG_IMAGE_VERSION;
     image.width = static_cast<png_uint_32>(width);
     image.height = static_cast<png_uint_32>(height);
-    image.format = PNG_FORMAT_RGB;
-    if (!png_image_write_to_file(&image, path.c_str(), 0, rgb, 0, nullptr)) {
+    image.format = format;
+    image.flags = flags;
+    image.colormap_entries = static_cast<png_uint_32>(entries);
+    if (!png_image_write_to_file(&image, path.c_str(), 0, pixels, 0, colormap)) {
         *error = path + ": cannot write PNG (" + image.message + ")";
         return false;
     }
     return true;
+}
+
+} // namespace
+
+bool SoftWritePngRgb(const std::string& path, const std::uint8_t* rgb, int width, int height, std::string* error)
+{
+    return WritePng(path, rgb, width, height, PNG_FORMAT_RGB, 0, nullptr, 0, error);
 }
 
 bool SoftWriteBitmapPng(const std::string& path, const SoftBitmap& bitmap, const SoftPalette& palette,
@@ -139,30 +181,22 @@ bool SoftWriteBitmapPng(const std::string& path, const SoftBitmap& bitmap, const
         rgba[i * 4 + 2] = c.b;
         rgba[i * 4 + 3] = 255;
     }
-    png_image image;
-    std::memset(&image, 0, sizeof image);
-    image.version = PNG_IMAGE_VERSION;
-    image.width = static_cast<png_uint_32>(bitmap.width);
-    image.height = static_cast<png_uint_32>(bitmap.height);
-    image.format = PNG_FORMAT_RGBA;
-    if (!png_image_write_to_file(&image, path.c_str(), 0, rgba.data(), 0, nullptr)) {
-        *error = path + ": cannot write PNG (" + image.message + ")";
-        return false;
-    }
-    return true;
+    return WritePng(path, rgba.data(), bitmap.width, bitmap.height, PNG_FORMAT_RGBA, 0, nullptr, 0, error);
 }
 
 bool SoftWritePng(const std::string& path, const std::uint8_t* indices, int width, int height,
                   const SoftPalette& palette, std::string* error)
 {
-    std::vector<std::uint8_t> rgb(static_cast<std::size_t>(width) * height * 3);
-    for (std::size_t i = 0; i < static_cast<std::size_t>(width) * height; i++) {
-        const SoftColor& c = palette.colors[indices[i]];
-        rgb[i * 3] = c.r;
-        rgb[i * 3 + 1] = c.g;
-        rgb[i * 3 + 2] = c.b;
+    // The frame's own indices with the palette beside them: nothing is
+    // expanded, and the file is compressed for speed.
+    std::uint8_t colormap[256 * 3];
+    for (int i = 0; i < 256; i++) {
+        colormap[i * 3] = palette.colors[i].r;
+        colormap[i * 3 + 1] = palette.colors[i].g;
+        colormap[i * 3 + 2] = palette.colors[i].b;
     }
-    return SoftWritePngRgb(path, rgb.data(), width, height, error);
+    return WritePng(path, indices, width, height, PNG_FORMAT_RGB_COLORMAP, PNG_IMAGE_FLAG_FAST, colormap, 256,
+                    error);
 }
 
 // ----- animated GIF -----
@@ -207,6 +241,7 @@ bool SoftGifWriter::Open(const std::string& path, int width, int height, std::st
     mHeight = height;
     mFrames = 0;
     mHavePending = false;
+    mHaveShown = false;
     mPath = path;
     return true;
 }
@@ -233,9 +268,48 @@ bool SoftGifWriter::AddFrame(const std::uint8_t* indices, const SoftPalette& pal
     return true;
 }
 
+// The rectangle where two frames of the same size differ; false when they do not.
+bool SoftGifWriter::Changed(const std::uint8_t* a, const std::uint8_t* b, int* left, int* top, int* right,
+                            int* bottom) const
+{
+    const std::size_t w = static_cast<std::size_t>(mWidth);
+    *left = mWidth;
+    *right = -1;
+    *top = -1;
+    for (int y = 0; y < mHeight; y++) {
+        const std::uint8_t* p = a + y * w;
+        const std::uint8_t* q = b + y * w;
+        if (std::memcmp(p, q, w) == 0)
+            continue;
+        if (*top < 0)
+            *top = y;
+        *bottom = y;
+        int x = 0;
+        while (x < *left && p[x] == q[x])
+            x++;
+        *left = std::min(*left, x);
+        x = mWidth - 1;
+        while (x > *right && p[x] == q[x])
+            x--;
+        *right = std::max(*right, x);
+    }
+    return *top >= 0;
+}
+
 bool SoftGifWriter::Flush(std::string* error)
 {
     auto* gif = static_cast<GifFileType*>(mFile);
+    // Only what changed since the frame shown before is stored; it stays in
+    // place under the next one. The first frame, and one with a new palette,
+    // is stored whole.
+    int left = 0, top = 0, right = mWidth - 1, bottom = mHeight - 1;
+    const bool whole = !mHaveShown || std::memcmp(mShownPalette.colors, mPendingPalette.colors,
+                                                  sizeof mPendingPalette.colors) != 0;
+    if (!whole && !Changed(mShown.data(), mPending.data(), &left, &top, &right, &bottom)) {
+        // The same picture as shown: it only stays longer (a palette that
+        // changed back and forth between equal frames comes here too).
+        left = right = top = bottom = 0;
+    }
     GifColorType colors[256];
     for (int i = 0; i < 256; i++) {
         colors[i].Red = mPendingPalette.colors[i].r;
@@ -244,22 +318,26 @@ bool SoftGifWriter::Flush(std::string* error)
     }
     ColorMapObject* map = GifMakeMapObject(256, colors);
     GraphicsControlBlock gcb;
-    gcb.DisposalMode = DISPOSAL_UNSPECIFIED;
+    gcb.DisposalMode = DISPOSE_DO_NOT;
     gcb.UserInputFlag = false;
     gcb.DelayTime = mPendingDelay > 65535 ? 65535 : mPendingDelay;
     gcb.TransparentColor = NO_TRANSPARENT_COLOR;
     GifByteType ext[4];
     EGifGCBToExtension(&gcb, ext);
+    const int w = right - left + 1;
     bool ok = EGifPutExtension(gif, GRAPHICS_EXT_FUNC_CODE, 4, ext) != GIF_ERROR &&
-              EGifPutImageDesc(gif, 0, 0, mWidth, mHeight, false, map) != GIF_ERROR;
-    for (int y = 0; ok && y < mHeight; y++)
-        ok = EGifPutLine(gif, &mPending[static_cast<std::size_t>(y) * mWidth], mWidth) != GIF_ERROR;
+              EGifPutImageDesc(gif, left, top, w, bottom - top + 1, false, map) != GIF_ERROR;
+    for (int y = top; ok && y <= bottom; y++)
+        ok = EGifPutLine(gif, &mPending[static_cast<std::size_t>(y) * mWidth + left], w) != GIF_ERROR;
     GifFreeMapObject(map);
     mHavePending = false;
     if (!ok) {
         *error = mPath + ": cannot write GIF frame";
         return false;
     }
+    mShown.swap(mPending);
+    mShownPalette = mPendingPalette;
+    mHaveShown = true;
     mFrames++;
     return true;
 }

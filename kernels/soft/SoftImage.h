@@ -25,6 +25,12 @@ struct SoftPalette {
     static SoftPalette Default();
 };
 
+// A stretch of opaque pixels in one row of a bitmap: `length` pixels from `x`.
+struct SoftRun {
+    std::uint32_t x;
+    std::uint32_t length;
+};
+
 // A rectangle of palette indices. `opaque` holds 1 where a pixel is drawn and 0
 // where what lies below shows through; `originX`/`originY` is the point of the
 // bitmap that lands on an item's position.
@@ -39,6 +45,38 @@ struct SoftBitmap {
     void Resize(int w, int h, std::uint8_t fill, std::uint8_t opaqueFill);
     std::uint8_t At(int x, int y) const { return pixels[static_cast<std::size_t>(y) * width + x]; }
     bool OpaqueAt(int x, int y) const { return opaque[static_cast<std::size_t>(y) * width + x] != 0; }
+
+    // Whoever writes `opaque` of a bitmap that may have been drawn already
+    // (text, a fill) calls this, so that the runs below are made again.
+    void Changed() { mRunsValid = false; }
+    // The opaque pixels as runs, row by row, left to right: row y's runs are
+    // runs[rowStart[y]] up to (not including) runs[rowStart[y + 1]]; a wholly
+    // transparent row has none. Made from `opaque` on first use after a change.
+    struct RunTable {
+        const std::uint32_t* rowStart;
+        const SoftRun* runs;
+    };
+    RunTable Runs() const
+    {
+        if (!mRunsValid)
+            MakeRuns();
+        return RunTable{mRowStart.data(), mRuns.data()};
+    }
+    // Every pixel is opaque (the bitmap is drawn by plain copies).
+    bool WhollyOpaque() const
+    {
+        if (!mRunsValid)
+            MakeRuns();
+        return mWhollyOpaque;
+    }
+
+private:
+    void MakeRuns() const;
+
+    mutable bool mRunsValid = false;
+    mutable bool mWhollyOpaque = false;
+    mutable std::vector<std::uint32_t> mRowStart; // height + 1 entries into mRuns
+    mutable std::vector<SoftRun> mRuns;
 };
 
 // Largest picture the kernel reads; a PNG that claims more is refused before
@@ -64,7 +102,8 @@ bool SoftWriteBitmapPng(const std::string& path, const SoftBitmap& bitmap, const
 bool SoftWritePngRgb(const std::string& path, const std::uint8_t* rgb, int width, int height, std::string* error);
 
 // An animated GIF written frame by frame. A frame equal to the one before only
-// lengthens that one's delay, so a still scene costs nothing.
+// lengthens that one's delay, so a still scene costs nothing; any other frame
+// stores only the rectangle that changed, drawn over the frame before.
 class SoftGifWriter {
 public:
     SoftGifWriter() = default;
@@ -82,6 +121,7 @@ public:
 
 private:
     bool Flush(std::string* error);
+    bool Changed(const std::uint8_t* a, const std::uint8_t* b, int* left, int* top, int* right, int* bottom) const;
 
     void* mFile = nullptr; // GifFileType*
     int mWidth = 0;
@@ -91,6 +131,9 @@ private:
     SoftPalette mPendingPalette;
     int mPendingDelay = 0;
     bool mHavePending = false;
+    std::vector<std::uint8_t> mShown; // what a viewer shows after the last frame stored
+    SoftPalette mShownPalette;
+    bool mHaveShown = false;
     std::string mPath;
 };
 

@@ -250,9 +250,12 @@ void SoftKernel::DeletePlane(std::int32_t lPlaneId)
             continue;
         // Items still on the plane leave the screen with it; their records stay
         // the library's until it gives them back.
-        for (auto& item : mItems)
-            if (item.second->planeId == lPlaneId)
+        for (auto& item : mItems) {
+            if (item.second->planeId == lPlaneId) {
                 item.second->onScreen = false;
+                mCompositor->Remove(*item.second);
+            }
+        }
         if (mRobot && mRobot->planeId == lPlaneId)
             mRobot->terminated = true;
         delete it->first;
@@ -364,6 +367,7 @@ void SoftKernel::MovePlaneItems(std::int32_t lPlaneId, int iDeltaX, int iDeltaY,
         item.pos.y = Safe(static_cast<long long>(item.pos.y) + iDeltaY);
         item.record->pos.x = Safe(static_cast<long long>(item.record->pos.x) + iDeltaX);
         item.record->pos.y = Safe(static_cast<long long>(item.record->pos.y) + iDeltaY);
+        mCompositor->Place(item);
     }
     for (auto& poly : plane->polygons) {
         for (auto& p : poly.points)
@@ -437,6 +441,7 @@ void SoftKernel::TakeOver(Item& item)
     item.fixedPriority = r->fixedPriority;
     item.useInsetRect = r->useInsetRect;
     item.insetRect = Safe(r->insetRect);
+    item.bitmapEpoch = 0;
 }
 
 SoftKernel::Item* SoftKernel::FindItem(std::int32_t planeId, std::int32_t itemId)
@@ -463,6 +468,7 @@ void SoftKernel::AddScreenItem(KernelScreenItemRecord* pRecord)
     }
     item.onScreen = true;
     item.serial = ++mSerial; // the newest item on a plane is drawn over older ones of its priority
+    mCompositor->Place(item);
 }
 
 void SoftKernel::UpdateScreenItem(KernelScreenItemRecord* pRecord)
@@ -473,6 +479,7 @@ void SoftKernel::UpdateScreenItem(KernelScreenItemRecord* pRecord)
         return;
     }
     TakeOver(*found->second);
+    mCompositor->Place(*found->second);
 }
 
 void SoftKernel::DeleteScreenItem(KernelScreenItemRecord* pRecord)
@@ -494,12 +501,24 @@ void SoftKernel::ForgetItem(KernelScreenItemRecord* pRecord, const char* operati
         Report(std::string(operation) + ": a screen item record this kernel did not make");
         return;
     }
+    mCompositor->Remove(*found->second);
     mItemsById.erase(found->second->id);
     mItems.erase(found);
     delete pRecord;
 }
 
-const SoftBitmap* SoftKernel::ItemBitmap(const Item& item)
+const SoftBitmap* SoftKernel::ItemBitmap(Item& item)
+{
+    const std::uint64_t epoch = BitmapEpoch();
+    if (item.bitmapEpoch == epoch)
+        return item.bitmap;
+    // A failure is not kept: the item is looked up (and reported) again next time.
+    item.bitmap = ResolveBitmap(item);
+    item.bitmapEpoch = item.bitmap ? epoch : 0;
+    return item.bitmap;
+}
+
+const SoftBitmap* SoftKernel::ResolveBitmap(const Item& item)
 {
     std::string error;
     if (item.source.kind == 2) {

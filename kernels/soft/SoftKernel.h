@@ -399,8 +399,13 @@ private:
     Item* FindItem(std::int32_t planeId, std::int32_t itemId);
     void TakeOver(Item& item);
     void TakeOver(Plane& plane);
-    // The bitmap an item shows, or null (faults reported once).
-    const SoftBitmap* ItemBitmap(const Item& item);
+    // The bitmap an item shows, or null (the fault reported). Worked out once
+    // after each take-over and kept while the bitmap epoch holds.
+    const SoftBitmap* ItemBitmap(Item& item);
+    const SoftBitmap* ResolveBitmap(const Item& item);
+    // Changes whenever a bitmap an item points at may have gone: a memory
+    // bitmap made or freed, resources replaced.
+    std::uint64_t BitmapEpoch() const { return mResources.Generation() + mBitmaps.Epoch(); }
     bool ItemRect(Item& item, ZOR_Rect* rect);
     int EffectivePriority(const Item& item) const;
     void AdvanceClock();

@@ -43,6 +43,16 @@ struct SoftKernel::Item {
     std::int32_t useInsetRect = 0;
     ZOR_Rect insetRect{0, 0, 0, 0};
     std::string lastFault; // a bitmap fault is reported once per item
+    // The bitmap it shows, worked out after each take-over (ItemBitmap); good
+    // while `bitmapEpoch` is the kernel's bitmap epoch (0: not worked out).
+    const SoftBitmap* bitmap = nullptr;
+    std::uint64_t bitmapEpoch = 0;
+    // Where the compositor keeps it in its plane's drawing order.
+    enum { kNotFiled, kInOrder, kWaiting };
+    int filed = kNotFiled;
+    std::int32_t filedPlane = 0;
+    long long filedPriority = 0;
+    std::uint64_t filedSerial = 0;
 };
 
 struct SoftKernel::Polygon {

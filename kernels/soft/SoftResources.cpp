@@ -320,6 +320,7 @@ void SoftResources::SetFolder(const std::string& folder)
     mFolder = folder.empty() ? std::string(".") : folder;
     while (mFolder.size() > 1 && mFolder.back() == '/')
         mFolder.pop_back();
+    mGeneration++;
     mViews.clear();
     mPictures.clear();
     mRobots.clear();
@@ -402,6 +403,7 @@ const SoftView* SoftResources::View(int view, std::string* error)
 
 void SoftResources::PutView(int view, SoftView v)
 {
+    mGeneration++;
     Slot<SoftView>& slot = mViews[view];
     slot.value = std::make_unique<SoftView>(std::move(v));
     slot.error.clear();
@@ -409,6 +411,7 @@ void SoftResources::PutView(int view, SoftView v)
 
 void SoftResources::PutPicture(int picture, SoftBitmap b)
 {
+    mGeneration++;
     Slot<SoftBitmap>& slot = mPictures[picture];
     slot.value = std::make_unique<SoftBitmap>(std::move(b));
     slot.error.clear();

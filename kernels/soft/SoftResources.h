@@ -133,6 +133,9 @@ public:
     void PutView(int view, SoftView v);
     void PutPicture(int picture, SoftBitmap b);
     void SetPaletteForImages(const SoftPalette& palette) { mPalette = palette; }
+    // Grows whenever a view or picture handed out before may have been
+    // replaced or dropped (a new folder, PutView, PutPicture).
+    std::uint64_t Generation() const { return mGeneration; }
 
 private:
     template <class T> struct Slot {
@@ -151,6 +154,7 @@ private:
     bool mMessagesRead = false;
     std::vector<SoftMessage> mMessages;
     std::string mMessagesError;
+    std::uint64_t mGeneration = 1;
 };
 
 #endif

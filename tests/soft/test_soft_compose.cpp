@@ -2,6 +2,9 @@
 // now-seen rectangles and hits, coordinates, polygons, memory bitmaps.
 #include "SoftTestSupport.h"
 
+#include <algorithm>
+#include <tuple>
+
 using namespace soft_test;
 
 namespace {
@@ -371,6 +374,111 @@ TEST_F(SoftCompose, MemoryBitmapsLiveBehindTheirIdsAndShowTextAndBlocksComeFromT
     k.FreeMemory(nullptr);
     k.FreeMemory(a);
     EXPECT_EQ(k.Ledger().LiveCount(), 0u);
+}
+
+// The drawing order each plane keeps is mended item by item; here it is held
+// against the order worked out afresh: random adds, moves, priority changes,
+// removals and moves to the other plane, frame after frame, with 2x2 cels that
+// overlap, each item drawn in a colour of its own.
+TEST_F(SoftCompose, TheKeptDrawingOrderIsTheOrderWorkedOutAfresh)
+{
+    KernelPlaneRecord* planes[2] = {MakePlane(k, -1, 1, ZOR_Rect(0, 0, 319, 479), 0),
+                                    MakePlane(k, -2, 0, ZOR_Rect(0, 0, 319, 479), 1)};
+    SoftView view;
+    view.loops.resize(1);
+    for (int color = 0; color < 256; color++) {
+        view.loops[0].emplace_back();
+        view.loops[0].back().Resize(2, 2, static_cast<std::uint8_t>(color), 1);
+    }
+    k.Resources().PutView(20, view);
+    struct Shown {
+        KernelScreenItemRecord* r;
+        int plane;
+        std::uint64_t added; // the order of AddScreenItem, which breaks ties
+    };
+    std::vector<Shown> items;
+    std::uint64_t adds = 0;
+    unsigned seed = 7;
+    const auto random = [&seed](int n) {
+        seed = seed * 1103515245u + 12345u;
+        return static_cast<int>((seed >> 16) % static_cast<unsigned>(n));
+    };
+    for (int frame = 0; frame < 60; frame++) {
+        for (int step = 0; step < 8; step++) {
+            const int what = items.empty() ? 0 : random(5);
+            if (what == 0 && items.size() < 200) {
+                const int plane = random(2);
+                KernelScreenItemRecord* r = MakeItem(k, planes[plane], 20, 0, 10 + static_cast<int>(adds % 240),
+                                                     random(6), random(6), random(2) ? random(4) : kPriorityOnTop);
+                items.push_back(Shown{r, plane, adds++});
+                continue;
+            }
+            Shown& s = items[static_cast<std::size_t>(random(static_cast<int>(items.size())))];
+            if (what == 1) {
+                s.r->pos = ZOR_Point(random(6), random(6));
+            } else if (what == 2) {
+                s.r->fixedPriority = random(2);
+                s.r->priority = random(4);
+            } else if (what == 3) {
+                s.plane = 1 - s.plane;
+                s.r->planeId = planes[s.plane]->id;
+            } else {
+                k.DeleteScreenItem(s.r);
+                s = items.back();
+                items.pop_back();
+                continue;
+            }
+            k.UpdateScreenItem(s.r);
+        }
+        k.UpdateScreen(1);
+        std::vector<Shown> order = items;
+        std::stable_sort(order.begin(), order.end(), [](const Shown& a, const Shown& b) {
+            const auto key = [](const Shown& s) {
+                const long long p = s.r->fixedPriority ? s.r->priority : s.r->pos.y + s.r->z;
+                return std::make_tuple(s.plane, p, s.added);
+            };
+            return key(a) < key(b);
+        });
+        Expected e = Filled(0, 0, 319, 479, 1);
+        for (const Shown& s : order)
+            e.Fill(s.r->pos.x, s.r->pos.y, s.r->pos.x + 1, s.r->pos.y + 1, s.r->source.cel);
+        ASSERT_TRUE(FrameMatches(k, e, "kept_order_" + std::to_string(frame)));
+    }
+}
+
+// Cels are drawn by runs of opaque pixels made once per bitmap; a memory
+// bitmap that game code draws into after it was shown must be drawn as it is
+// now, in each direction: transparent pixels made opaque and opaque ones made
+// transparent, by a fill and by text.
+TEST_F(SoftCompose, AMemoryBitmapRedrawnAfterItWasShownIsDrawnAsItIsNow)
+{
+    KernelPlaneRecord* p = MakePlane(k, -1, 1, ZOR_Rect(0, 0, 639, 479), 0);
+    const std::uint16_t id = k.CreateMemBitmap(40, 20, 0, 0); // all skip colour: transparent
+    KernelScreenItemSource src{2, 0, 0, 0, id, {0, 0}};
+    KernelScreenItemRecord* r = k.NewScreenItem(p->id, &src, ZOR_Point(100, 100), kFullSizeScale);
+    k.AddScreenItem(r);
+    struct Step {
+        int left, top, right, bottom, color; // a fill; colour 0 is the skip colour
+    };
+    const Step steps[] = {{0, 0, 39, 19, 7}, {5, 2, 30, 9, 0}, {10, 5, 12, 15, 8}, {0, 0, 39, 19, 0}};
+    Expected e = Filled(0, 0, 639, 479, 1);
+    k.UpdateScreen(1);
+    ASSERT_TRUE(FrameMatches(k, e, "membitmap_empty"));
+    for (const Step& s : steps) {
+        k.FillMemBitmap(id, s.left, s.top, s.right, s.bottom, s.color);
+        e.Fill(100 + s.left, 100 + s.top, 100 + s.right, 100 + s.bottom, s.color ? s.color : 1);
+        k.UpdateScreen(1);
+        ASSERT_TRUE(FrameMatches(k, e, "membitmap_fill_" + std::to_string(s.color)));
+    }
+    k.DrawText(id, 0, 0, "Hi", 15, 16, 0);
+    k.UpdateScreen(1);
+    int white = 0;
+    for (int y = 100; y < 120; y++)
+        for (int x = 100; x < 140; x++)
+            white += Px(x, y) == 15;
+    EXPECT_GT(white, 10);
+    k.DeleteScreenItem(r);
+    k.FreeMemBitmap(id);
 }
 
 // Values far outside the screen, the unset marker among them, are drawn (or

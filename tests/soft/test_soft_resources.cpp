@@ -5,6 +5,8 @@
 
 #include <cstring>
 
+#include <gif_lib.h>
+
 using namespace soft_test;
 
 namespace {
@@ -94,6 +96,88 @@ TEST(SoftResources, PngsOfEveryShapeMapOntoThePalette)
         EXPECT_FALSE(SoftReadPngMemory(part.data(), part.size(), "cut.png", SoftPalette::Default(), &bmp, &error));
         EXPECT_EQ(error.rfind("cut.png: ", 0), 0u) << error;
     }
+}
+
+// Frames written out: a PNG holds the frame's indices with its palette and
+// reads back as the same frame; the GIF stores only what changed, over the
+// frame before, and an unchanged frame only lengthens the one before. Played
+// back, the GIF shows every frame it was given, for as long as it was given.
+TEST(SoftOutput, PngAndGifFramesReadBackAsTheFramesWritten)
+{
+    TempGame game;
+    constexpr int w = 64, h = 48;
+    SoftPalette palette; // distinct colours, so that reading back maps each to its own index
+    for (int i = 0; i < 256; i++)
+        palette.colors[i] = SoftColor{static_cast<std::uint8_t>(i), static_cast<std::uint8_t>(255 - i), 9};
+    std::vector<std::uint8_t> a(w * h);
+    for (int i = 0; i < w * h; i++)
+        a[i] = static_cast<std::uint8_t>(i * 7 % 253);
+    std::vector<std::uint8_t> b = a, c, d;
+    for (int y = 10; y < 12; y++)
+        for (int x = 20; x < 23; x++)
+            b[y * w + x] = 255;
+    c = b;
+    c[w * h - 1] = 254; // the last pixel only
+    SoftPalette other = palette;
+    other.colors[1] = SoftColor{1, 2, 3};
+    const auto place = [](int left, int top, int width, int height) {
+        return std::to_string(left) + "," + std::to_string(top) + " " + std::to_string(width) + "x" +
+               std::to_string(height);
+    };
+    struct Given {
+        const std::vector<std::uint8_t>* frame;
+        const SoftPalette* palette;
+    };
+    // a, a again, b, c, c with another palette, a.
+    const Given given[] = {{&a, &palette}, {&a, &palette}, {&b, &palette}, {&c, &palette}, {&c, &other}, {&a, &other}};
+    SoftGifWriter gif;
+    std::string error;
+    ASSERT_TRUE(gif.Open(game.Path("run.gif"), w, h, &error)) << error;
+    for (const Given& g : given)
+        ASSERT_TRUE(gif.AddFrame(g.frame->data(), *g.palette, 3, &error)) << error;
+    ASSERT_TRUE(gif.Close(&error)) << error;
+
+    int code = 0;
+    GifFileType* file = DGifOpenFileName(game.Path("run.gif").c_str(), &code);
+    ASSERT_NE(file, nullptr);
+    ASSERT_EQ(DGifSlurp(file), GIF_OK);
+    struct Stored {
+        int left, top, width, height, delay;
+        const std::vector<std::uint8_t>* shows;
+    };
+    // A new palette stores the whole frame; otherwise the box around what changed.
+    const Stored expected[] = {{0, 0, w, h, 6, &a},
+                               {20, 10, 3, 2, 3, &b},
+                               {63, 47, 1, 1, 3, &c},
+                               {0, 0, w, h, 3, &c},
+                               {20, 10, 44, 38, 3, &a}};
+    ASSERT_EQ(file->ImageCount, 5);
+    std::vector<std::uint8_t> shown(w * h, 0);
+    for (int i = 0; i < file->ImageCount; i++) {
+        const SavedImage& image = file->SavedImages[i];
+        const GifImageDesc& desc = image.ImageDesc;
+        const Stored& want = expected[i];
+        EXPECT_EQ(place(desc.Left, desc.Top, desc.Width, desc.Height),
+                  place(want.left, want.top, want.width, want.height))
+            << "frame " << i;
+        GraphicsControlBlock gcb;
+        ASSERT_EQ(DGifSavedExtensionToGCB(file, i, &gcb), GIF_OK);
+        EXPECT_EQ(gcb.DelayTime, want.delay) << "frame " << i;
+        EXPECT_EQ(gcb.DisposalMode, DISPOSE_DO_NOT);
+        for (int y = 0; y < desc.Height; y++)
+            for (int x = 0; x < desc.Width; x++)
+                shown[(desc.Top + y) * w + desc.Left + x] = image.RasterBits[y * desc.Width + x];
+        EXPECT_TRUE(shown == *want.shows) << "frame " << i;
+    }
+    DGifCloseFile(file, &code);
+
+    ASSERT_TRUE(SoftWritePng(game.Path("c.png"), c.data(), w, h, other, &error)) << error;
+    SoftBitmap back;
+    ASSERT_TRUE(SoftReadPng(game.Path("c.png"), other, &back, &error)) << error;
+    EXPECT_TRUE(back.pixels == c);
+    std::string bytes;
+    ASSERT_TRUE(SoftReadFile(game.Path("c.png"), &bytes));
+    EXPECT_EQ(static_cast<int>(bytes[25]), 3) << "an indexed-colour PNG";
 }
 
 class SoftMessages : public ::testing::Test {

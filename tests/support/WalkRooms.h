@@ -6,6 +6,7 @@
 
 #include "glpoint.h"
 #include "glset.h"
+#include "glwalk.h"
 
 #include <cmath>
 #include <random>
@@ -63,6 +64,21 @@ inline void DeleteWalkPoints(GLListAsArray<GLPoint>& list)
         list.RemoveAt(list.NumElements() - 1);
         delete p;
     }
+}
+
+// The area of a room: its boundary and its holes.
+inline GLWalkArea* MakeWalkArea(const WalkRoom& room, int clearance)
+{
+    GLListAsArray<GLPoint> points(8, 8);
+    WalkPoints(room.polygons[0], points);
+    GLWalkArea* area = new GLWalkArea(points, clearance);
+    DeleteWalkPoints(points);
+    for (std::size_t h = 1; h < room.polygons.size(); h++) {
+        WalkPoints(room.polygons[h], points);
+        area->AddHole(points);
+        DeleteWalkPoints(points);
+    }
+    return area;
 }
 
 #endif
