@@ -10,7 +10,7 @@
 
 WalkerParts::WalkerParts(AbsGLPlane* pPlane, int view, const GLPoint& pos, int room)
 {
-    // Priority -9999: the kernel orders the walker by his feet (y), so he
+    // On-top priority: the kernel orders the walker by his feet (y), so he
     // passes in front of the well's front and behind its back.
     mpCel = new GLCel(pPlane, view, GLWalker::kToward, 0, pos, kPriorityOnTop, kFullSizeScale);
     mpCel->SetMoveSpeed(2);            // a step every two ticks...

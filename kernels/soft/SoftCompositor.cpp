@@ -15,7 +15,7 @@ using soft::kScreen;
 // Scaled length of `n` pixels at scale s/128; never below one pixel.
 int Scaled(int n, int s)
 {
-    const long long v = static_cast<long long>(n) * s / 128;
+    const long long v = static_cast<long long>(n) * s / kScaleFull;
     return v < 1 ? 1 : static_cast<int>(v);
 }
 
@@ -152,8 +152,8 @@ bool SoftCompositor::Refresh(Entry& e)
         return false;
     e.scaleX = ClampScale(item.scale.scaleX);
     e.scaleY = ClampScale(item.scale.scaleY);
-    e.left = item.pos.x - static_cast<int>(static_cast<long long>(bmp->originX) * e.scaleX / 128);
-    e.top = item.pos.y - static_cast<int>(static_cast<long long>(bmp->originY) * e.scaleY / 128);
+    e.left = item.pos.x - static_cast<int>(static_cast<long long>(bmp->originX) * e.scaleX / kScaleFull);
+    e.top = item.pos.y - static_cast<int>(static_cast<long long>(bmp->originY) * e.scaleY / kScaleFull);
     e.inset = item.useInsetRect ? &item.insetRect : nullptr;
     return true;
 }
@@ -246,7 +246,7 @@ void SoftCompositor::ComposePlanes()
                     revealed = lx * 100 < w * percent;
                 else if (kind == 1)
                     revealed = ly * 100 < h * percent;
-                else if (kind == 2)
+                else if (kind == kSourceMemBitmap)
                     revealed = std::abs(2 * lx - w) * 100 < w * percent && std::abs(2 * ly - h) * 100 < h * percent;
                 else
                     revealed = static_cast<int>((static_cast<unsigned>(lx) * 37u + static_cast<unsigned>(ly) * 91u +
@@ -275,7 +275,7 @@ void SoftCompositor::DrawBitmap(const SoftBitmap& bmp, int left, int top, int sc
         if (x1 < x0 || y1 < y0)
             return;
     }
-    if (sx == 128 && sy == 128) {
+    if (sx == kScaleFull && sy == kScaleFull) {
         const ZOR_Rect area = Intersect(ZOR_Rect(left + x0, top + y0, left + x1, top + y1), clip);
         if (area.IsEmpty())
             return;
@@ -324,18 +324,18 @@ void SoftCompositor::DrawBitmap(const SoftBitmap& bmp, int left, int top, int sc
         return;
     }
     // Scaled: every screen pixel takes the cel pixel it falls on.
-    const int sl = left + static_cast<int>(static_cast<long long>(x0) * sx / 128);
-    const int st = top + static_cast<int>(static_cast<long long>(y0) * sy / 128);
+    const int sl = left + static_cast<int>(static_cast<long long>(x0) * sx / kScaleFull);
+    const int st = top + static_cast<int>(static_cast<long long>(y0) * sy / kScaleFull);
     const int sr = left + Scaled(x1 + 1, sx) - 1;
     const int sb = top + Scaled(y1 + 1, sy) - 1;
     const ZOR_Rect area = Intersect(ZOR_Rect(sl, st, sr, sb), clip);
     const SoftBitmap::RunTable table = bmp.Runs();
     for (int y = area.top; y <= area.bottom; y++) {
-        const int by = std::min(y1, static_cast<int>(static_cast<long long>(y - top) * 128 / sy));
+        const int by = std::min(y1, static_cast<int>(static_cast<long long>(y - top) * kScaleFull / sy));
         if (by < y0 || table.rowStart[by] == table.rowStart[by + 1]) // below the inset, or transparent
             continue;
         for (int x = area.left; x <= area.right; x++) {
-            int bx = std::min(x1, static_cast<int>(static_cast<long long>(x - left) * 128 / sx));
+            int bx = std::min(x1, static_cast<int>(static_cast<long long>(x - left) * kScaleFull / sx));
             if (bx < x0)
                 continue;
             if (mirror)

@@ -295,7 +295,7 @@ void SoftKernel::SetShowStyle(std::int32_t lPlaneId, int iStyle, int iSpeed, int
         return;
     plane->style = iStyle < 0 || iStyle > 15 ? 0 : iStyle;
     plane->styleSpeed = iSpeed > 0 ? iSpeed : 1;
-    plane->styleColor = iColor >= 0 && iColor <= 255 ? iColor : -1;
+    plane->styleColor = iColor >= 0 && iColor <= 255 ? iColor : kNoColor;
     plane->styleToFrom = iToFrom;
     plane->styleDivisions = iDivisions > 0 ? iDivisions : 10;
     plane->styleStart = Now();
@@ -521,7 +521,7 @@ const SoftBitmap* SoftKernel::ItemBitmap(Item& item)
 const SoftBitmap* SoftKernel::ResolveBitmap(const Item& item)
 {
     std::string error;
-    if (item.source.kind == 2) {
+    if (item.source.kind == kSourceMemBitmap) {
         const SoftBitmap* bitmap = mBitmaps.Find(item.source.memId);
         if (!bitmap) {
             error = "screen item " + std::to_string(item.id) + ": memory bitmap " +
@@ -531,7 +531,7 @@ const SoftBitmap* SoftKernel::ResolveBitmap(const Item& item)
         }
         return bitmap;
     }
-    if (item.source.kind != 0) {
+    if (item.source.kind != kSourceView) {
         Report("screen item " + std::to_string(item.id) + ": unknown source kind " +
                std::to_string(item.source.kind));
         return nullptr;
@@ -559,8 +559,8 @@ bool SoftKernel::ItemRect(Item& item, ZOR_Rect* rect)
     if (!bmp)
         return false;
     const int sx = ClampScale(item.scale.scaleX), sy = ClampScale(item.scale.scaleY);
-    const int left = item.pos.x - static_cast<int>(static_cast<long long>(bmp->originX) * sx / 128);
-    const int top = item.pos.y - static_cast<int>(static_cast<long long>(bmp->originY) * sy / 128);
+    const int left = item.pos.x - static_cast<int>(static_cast<long long>(bmp->originX) * sx / kScaleFull);
+    const int top = item.pos.y - static_cast<int>(static_cast<long long>(bmp->originY) * sy / kScaleFull);
     int x0 = 0, y0 = 0, x1 = bmp->width - 1, y1 = bmp->height - 1;
     if (item.useInsetRect) {
         x0 = std::max(x0, item.insetRect.left);
@@ -571,12 +571,12 @@ bool SoftKernel::ItemRect(Item& item, ZOR_Rect* rect)
             return false;
     }
     // Scaled cel pixel x covers [x*s/128, (x+1)*s/128).
-    rect->left = left + static_cast<int>(static_cast<long long>(x0) * sx / 128);
-    rect->top = top + static_cast<int>(static_cast<long long>(y0) * sy / 128);
-    rect->right = left + std::max(static_cast<int>(static_cast<long long>(x1 + 1) * sx / 128),
-                                  static_cast<int>(static_cast<long long>(x0) * sx / 128) + 1) - 1;
-    rect->bottom = top + std::max(static_cast<int>(static_cast<long long>(y1 + 1) * sy / 128),
-                                  static_cast<int>(static_cast<long long>(y0) * sy / 128) + 1) - 1;
+    rect->left = left + static_cast<int>(static_cast<long long>(x0) * sx / kScaleFull);
+    rect->top = top + static_cast<int>(static_cast<long long>(y0) * sy / kScaleFull);
+    rect->right = left + std::max(static_cast<int>(static_cast<long long>(x1 + 1) * sx / kScaleFull),
+                                  static_cast<int>(static_cast<long long>(x0) * sx / kScaleFull) + 1) - 1;
+    rect->bottom = top + std::max(static_cast<int>(static_cast<long long>(y1 + 1) * sy / kScaleFull),
+                                  static_cast<int>(static_cast<long long>(y0) * sy / kScaleFull) + 1) - 1;
     return true;
 }
 
@@ -613,10 +613,10 @@ int SoftKernel::ScreenItemOnPoint(ZOR_Point* pPoint, std::int32_t lPlaneId, std:
         return 1;
     const SoftBitmap* bmp = ItemBitmap(*item);
     const int sx = ClampScale(item->scale.scaleX), sy = ClampScale(item->scale.scaleY);
-    const int left = item->pos.x - static_cast<int>(static_cast<long long>(bmp->originX) * sx / 128);
-    const int top = item->pos.y - static_cast<int>(static_cast<long long>(bmp->originY) * sy / 128);
-    const int cx = std::min(bmp->width - 1, static_cast<int>(static_cast<long long>(x - left) * 128 / sx));
-    const int cy = std::min(bmp->height - 1, static_cast<int>(static_cast<long long>(y - top) * 128 / sy));
+    const int left = item->pos.x - static_cast<int>(static_cast<long long>(bmp->originX) * sx / kScaleFull);
+    const int top = item->pos.y - static_cast<int>(static_cast<long long>(bmp->originY) * sy / kScaleFull);
+    const int cx = std::min(bmp->width - 1, static_cast<int>(static_cast<long long>(x - left) * kScaleFull / sx));
+    const int cy = std::min(bmp->height - 1, static_cast<int>(static_cast<long long>(y - top) * kScaleFull / sy));
     if (cx < 0 || cy < 0)
         return 0;
     return bmp->OpaqueAt(cx, cy) ? 1 : 0;
@@ -765,7 +765,7 @@ void SoftKernel::Compose()
         } else if (mCursorLoop >= 0 && mCursorLoop < static_cast<int>(view->loops.size()) && mCursorCel >= 0 &&
                    mCursorCel < static_cast<int>(view->loops[mCursorLoop].size())) {
             const SoftBitmap& bmp = view->loops[mCursorLoop][mCursorCel];
-            mCompositor->DrawBitmap(bmp, mCursorX - bmp.originX, mCursorY - bmp.originY, 128, 128, nullptr, kScreen, false);
+            mCompositor->DrawBitmap(bmp, mCursorX - bmp.originX, mCursorY - bmp.originY, kScaleFull, kScaleFull, nullptr, kScreen, false);
         }
     }
     mFramesComposed++;
