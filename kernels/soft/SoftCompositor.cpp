@@ -474,7 +474,7 @@ void SoftCompositor::DrawPlane(Plane& plane, bool hidden)
         const Polygon* poly; // null: the robot
     };
     std::vector<Other> others;
-    const SoftKernel::Robot* robot = mKernel.mRobot.get();
+    const SoftRobots::Robot* robot = mKernel.mRobots.Current();
     const bool robotShown =
         robot && robot->data && robot->started && !robot->terminated && robot->planeId == plane.id;
     if (!hidden) {
@@ -501,7 +501,7 @@ void SoftCompositor::DrawPlane(Plane& plane, bool hidden)
             if (o.poly) {
                 DrawPolygon(*o.poly, plane, clip);
             } else {
-                const std::uint32_t elapsed = mKernel.RobotElapsed();
+                const std::uint32_t elapsed = mKernel.mRobots.Elapsed();
                 const SoftRobot& r = *robot->data;
                 const std::size_t frame = std::min<std::size_t>(
                     r.frames.size() - 1, elapsed / static_cast<std::uint32_t>(r.ticksPerFrame));

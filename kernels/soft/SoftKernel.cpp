@@ -1,13 +1,12 @@
-// SoftKernel.cpp - the soft kernel's planes, screen items, polygons, clock,
-// input, memory, messages and robots. The frame is composed in
-// SoftCompositor.cpp, sound lives in SoftSound.cpp, movies in SoftMovies.cpp,
-// text in SoftFont.cpp.
+// SoftKernel.cpp - the soft kernel's planes, screen items and polygons, and
+// the operations it hands on to its services: the clock and input
+// (SoftInput), robots (SoftRobots), audio, messages, memory bitmaps and
+// movies. The frame is composed in SoftCompositor.cpp.
 #include "SoftKernelParts.h"
 
 #include "SoftCompositor.h"
 
 #include <algorithm>
-#include <chrono>
 #include <cstdarg>
 #include <cstdio>
 #include <cstring>
@@ -32,12 +31,6 @@ ZOR_Point Safe(const ZOR_Point& p)
 ZOR_Rect Safe(const ZOR_Rect& r)
 {
     return ZOR_Rect(Safe(r.left), Safe(r.top), Safe(r.right), Safe(r.bottom));
-}
-
-std::uint64_t RealMillis()
-{
-    using namespace std::chrono;
-    return static_cast<std::uint64_t>(duration_cast<milliseconds>(steady_clock::now().time_since_epoch()).count());
 }
 
 } // namespace
@@ -96,50 +89,17 @@ void SoftKernel::SetPalette(const SoftPalette& palette)
 
 void SoftKernel::SetScript(const std::vector<SoftInputEvent>& events)
 {
-    mInput.assign(events.begin(), events.end());
+    mInput.SetScript(events);
 }
 
 void SoftKernel::PushInput(const SoftInputEvent& event)
 {
-    SoftInputEvent e = event;
-    e.tick = OwnClock();
-    mInput.push_back(e);
-}
-
-void SoftKernel::UseRealClock(bool real)
-{
-    if (real && !mRealClock)
-        mRealStart = RealMillis() - static_cast<std::uint64_t>(mTicks) * 1000 / 60;
-    if (!real && mRealClock)
-        mTicks = Now();
-    mRealClock = real;
+    mInput.Push(event);
 }
 
 std::uint32_t SoftKernel::Now() const
 {
-    if (!mSeam)
-        return OwnClock();
-    if (!mInFrameHook)
-        mLastNow = mSeam->Clock(OwnClock());
-    return mLastNow;
-}
-
-bool SoftKernel::TakeInput(bool found, SoftInputEvent* event)
-{
-    return mSeam ? mSeam->Input(found, event) : found;
-}
-
-std::uint32_t SoftKernel::OwnClock() const
-{
-    if (mRealClock)
-        return static_cast<std::uint32_t>((RealMillis() - mRealStart) * 60 / 1000);
-    return mTicks;
-}
-
-void SoftKernel::AdvanceClock()
-{
-    if (!mRealClock)
-        mTicks += mTicksPerFrame;
+    return mInput.Now();
 }
 
 // ----- memory -----
@@ -256,8 +216,8 @@ void SoftKernel::DeletePlane(std::int32_t lPlaneId)
                 mCompositor->Remove(*item.second);
             }
         }
-        if (mRobot && mRobot->planeId == lPlaneId)
-            mRobot->terminated = true;
+        if (mRobots.Current() && mRobots.Current()->planeId == lPlaneId)
+            mRobots.Terminate();
         delete it->first;
         mPlanes.erase(it);
         return;
@@ -373,9 +333,9 @@ void SoftKernel::MovePlaneItems(std::int32_t lPlaneId, int iDeltaX, int iDeltaY,
         for (auto& p : poly.points)
             p = Safe(ZOR_Point(Safe(static_cast<long long>(p.x) + iDeltaX), Safe(static_cast<long long>(p.y) + iDeltaY)));
     }
-    if (mRobot && mRobot->planeId == lPlaneId) {
-        mRobot->x = Safe(static_cast<long long>(mRobot->x) + iDeltaX);
-        mRobot->y = Safe(static_cast<long long>(mRobot->y) + iDeltaY);
+    if (SoftRobots::Robot* robot = mRobots.Current(); robot && robot->planeId == lPlaneId) {
+        robot->x = Safe(static_cast<long long>(robot->x) + iDeltaX);
+        robot->y = Safe(static_cast<long long>(robot->y) + iDeltaY);
     }
     if (fMovePictures) {
         plane->picOffsetX = Safe(static_cast<long long>(plane->picOffsetX) + iDeltaX);
@@ -765,7 +725,7 @@ void SoftKernel::Compose()
         } else if (mCursorLoop >= 0 && mCursorLoop < static_cast<int>(view->loops.size()) && mCursorCel >= 0 &&
                    mCursorCel < static_cast<int>(view->loops[mCursorLoop].size())) {
             const SoftBitmap& bmp = view->loops[mCursorLoop][mCursorCel];
-            mCompositor->DrawBitmap(bmp, mCursorX - bmp.originX, mCursorY - bmp.originY, kScaleFull, kScaleFull, nullptr, kScreen, false);
+            mCompositor->DrawBitmap(bmp, mInput.CursorX() - bmp.originX, mInput.CursorY() - bmp.originY, kScaleFull, kScaleFull, nullptr, kScreen, false);
         }
     }
     mFramesComposed++;
@@ -775,69 +735,21 @@ void SoftKernel::UpdateScreen(int /*fFlag*/)
 {
     Compose();
     if (mFrameHook) {
-        if (mSeam)
+        if (mInput.HasSeam())
             Now(); // the hook sees the clock as the frame was composed
-        mInFrameHook = true;
+        mInput.SetInFrameHook(true);
         mFrameHook(*this, mFrameHookData);
-        mInFrameHook = false;
+        mInput.SetInFrameHook(false);
     }
-    AdvanceClock();
+    mInput.AdvanceClock();
 }
 
 // ----- input and cursor -----
 
 void SoftKernel::GetEvent(std::uint32_t uMask, KernelEventRecord* pRecord)
 {
-    if (!pRecord)
-        return;
-    const std::uint32_t now = Now();
-    SoftInputEvent e;
-    bool found = false;
-    for (std::size_t i = 0; i < mInput.size() && mInput[i].tick <= now; i++) {
-        if ((mInput[i].type & uMask) == 0)
-            continue;
-        e = mInput[i];
-        mInput.erase(mInput.begin() + static_cast<std::ptrdiff_t>(i));
-        found = true;
-        break;
-    }
-    if (TakeInput(found, &e)) {
-        pRecord->type = e.type;
-        pRecord->message = e.message;
-        pRecord->modifiers = e.modifiers;
-        if (e.type == kEventKeyDown) {
-            pRecord->where = ZOR_Point(mCursorX, mCursorY);
-        } else {
-            mCursorX = e.x;
-            mCursorY = e.y;
-            pRecord->where = ZOR_Point(e.x, e.y);
-        }
-        pRecord->extra = 0;
-        if (e.type == kEventPointerDown || e.type == kEventKeyDown)
-            mMovies.InputArrived();
-        return;
-    }
-    pRecord->type = kEventNull;
-    pRecord->message = 0;
-    pRecord->modifiers = 0;
-    pRecord->where = ZOR_Point(mCursorX, mCursorY);
-    pRecord->extra = 0;
-}
-
-bool SoftKernel::TakeEndingInput()
-{
-    const std::uint32_t now = Now();
-    SoftInputEvent e;
-    bool found = false;
-    for (std::size_t i = 0; i < mInput.size() && mInput[i].tick <= now; i++) {
-        if (mInput[i].type == kEventPointerDown || mInput[i].type == kEventKeyDown) {
-            e = mInput[i];
-            mInput.erase(mInput.begin() + static_cast<std::ptrdiff_t>(i));
-            found = true;
-            break;
-        }
-    }
-    return TakeInput(found, &e);
+    if (pRecord && mInput.NextEvent(uMask, pRecord))
+        mMovies.InputArrived();
 }
 
 void SoftKernel::ShowCursor()
@@ -854,8 +766,8 @@ void SoftKernel::SetCursorPos(ZOR_Point* pPoint)
 {
     if (!pPoint)
         return;
-    mCursorX = std::max(0, std::min(kWidth - 1, static_cast<int>(pPoint->x)));
-    mCursorY = std::max(0, std::min(kHeight - 1, static_cast<int>(pPoint->y)));
+    mInput.SetCursor(std::max(0, std::min(kWidth - 1, static_cast<int>(pPoint->x))),
+                     std::max(0, std::min(kHeight - 1, static_cast<int>(pPoint->y))));
 }
 
 void SoftKernel::SetCursorView(std::uint32_t uView, int iLoop, int iCel)
@@ -914,119 +826,49 @@ int SoftKernel::PlayMessageAudio(int iKey1, int iKey2, int iKey3, int iKey4, int
 
 // ----- robots -----
 
-std::uint32_t SoftKernel::RobotElapsed() const
-{
-    if (!mRobot || !mRobot->started)
-        return 0;
-    const std::uint32_t until = mRobot->paused ? mRobot->pausedAt : Now();
-    return until - mRobot->start - mRobot->pausedTotal;
-}
-
 void SoftKernel::InitRobot(std::uint32_t uRobot, std::int32_t lPlaneId, int iPriority, int x, int y, int /*iValue*/)
 {
-    std::string error;
-    const SoftRobot* data = mResources.Robot(uRobot, &error);
-    if (!data)
-        Report(error);
-    if (!FindPlane(lPlaneId))
-        Report("InitRobot: robot " + std::to_string(uRobot) + " names plane " + std::to_string(lPlaneId) +
-               ", which does not exist");
-    mRobot = std::make_unique<Robot>();
-    mRobot->number = uRobot;
-    mRobot->data = data;
-    mRobot->planeId = lPlaneId;
-    mRobot->priority = iPriority;
-    mRobot->x = Safe(x);
-    mRobot->y = Safe(y);
-    mRobot->serial = ++mSerial;
+    mRobots.Init(uRobot, lPlaneId, FindPlane(lPlaneId) != nullptr, iPriority, Safe(x), Safe(y), ++mSerial);
 }
 
 void SoftKernel::PrepareRobot(int, int, int, int)
 {
-    // Frames are read whole at InitRobot; preparing resets play to the start.
-    if (!mRobot)
-        return;
-    mRobot->started = false;
-    mRobot->paused = false;
-    mRobot->terminated = false;
-    mRobot->lastSignalled = -1;
-    mRobot->endSignalled = false;
+    mRobots.Prepare();
 }
 
 void SoftKernel::PlayRobot()
 {
-    if (!mRobot || mRobot->terminated)
-        return;
-    if (!mRobot->started) {
-        Trace("robot %u starts", mRobot->number);
-        mRobot->started = true;
-        mRobot->start = Now();
-        mRobot->pausedTotal = 0;
-        mRobot->paused = false;
-    } else if (mRobot->paused) {
-        mRobot->pausedTotal += Now() - mRobot->pausedAt;
-        mRobot->paused = false;
-    }
+    mRobots.Play();
 }
 
 void SoftKernel::PauseRobot()
 {
-    if (!mRobot || !mRobot->started || mRobot->paused || mRobot->terminated)
-        return;
-    mRobot->paused = true;
-    mRobot->pausedAt = Now();
+    mRobots.Pause();
 }
 
 void SoftKernel::SetRobotPriority(int iPriority)
 {
-    if (mRobot)
-        mRobot->priority = iPriority;
+    mRobots.SetPriority(iPriority);
 }
 
 int SoftKernel::IsRobotDone()
 {
-    if (!mRobot)
-        return 1;
-    if (mRobot->terminated || !mRobot->data)
-        return 1;
-    if (!mRobot->started)
-        return 0;
-    const std::uint64_t total =
-        static_cast<std::uint64_t>(mRobot->data->frames.size()) * static_cast<std::uint32_t>(mRobot->data->ticksPerFrame);
-    return RobotElapsed() >= total ? 1 : 0;
+    return mRobots.IsDone();
 }
 
 int SoftKernel::IsRobotPlaying()
 {
-    if (!mRobot || !mRobot->started || mRobot->terminated)
-        return 0;
-    return IsRobotDone() ? 0 : 1;
+    return mRobots.IsPlaying();
 }
 
 void SoftKernel::TerminateRobot()
 {
-    if (mRobot)
-        mRobot->terminated = true;
+    mRobots.Terminate();
 }
 
 std::uint32_t SoftKernel::GetRobotSignal()
 {
-    if (!mRobot || !mRobot->started)
-        return 0;
-    if (!mRobot->data || mRobot->terminated)
-        return kRobotEnded;
-    const SoftRobot& r = *mRobot->data;
-    const std::uint32_t elapsed = RobotElapsed();
-    const std::size_t reached =
-        std::min<std::size_t>(r.frames.size() - 1, elapsed / static_cast<std::uint32_t>(r.ticksPerFrame));
-    for (std::size_t f = static_cast<std::size_t>(mRobot->lastSignalled + 1); f <= reached; f++) {
-        mRobot->lastSignalled = static_cast<int>(f);
-        if (r.frames[f].cue != 0)
-            return r.frames[f].cue;
-    }
-    if (IsRobotDone())
-        return kRobotEnded;
-    return 0;
+    return mRobots.Signal();
 }
 
 // ----- movies: the kernel drives what needs the screen, the input or the palette -----
@@ -1041,7 +883,7 @@ unsigned SoftKernel::PlayVmd(int iEventFlags, int, int)
     // of output, so a headless run records it as it would be seen.
     while (mMovies.VmdHasFrame()) {
         for (int t = 0; t < ticksPerFrame; t++) {
-            if ((iEventFlags & 2) && TakeEndingInput()) {
+            if ((iEventFlags & 2) && mInput.TakeEnding()) {
                 result = 1;
                 break;
             }

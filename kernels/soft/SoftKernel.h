@@ -34,17 +34,12 @@
 // every UpdateScreen advances it by a fixed step (1 tick by default), so a run
 // is the same every time. With a real clock (the player's window) it reads the
 // time since the kernel started. GetTime answers whole seconds of that clock.
-//
-// Input. Headless, events come from a script (SoftScript.h) as the clock
-// reaches their tick; the pointer position of a null event is the cursor's.
+// The clock and the input queue live in SoftInput.h; headless, events come
+// from a script (SoftScript.h) as the clock reaches their tick.
 //
 // Sound: SoftAudio.h.
 //
-// Robots (robots/<n>.txt): a robot shows frame n during ticks n*rate to
-// (n+1)*rate-1 after PlayRobot, at (x, y) of its plane with its priority.
-// GetRobotSignal hands out each cue point once, in frame order, then
-// 0xFFFFFFFF once the last frame's time is over. IsRobotPlaying is non-zero from
-// PlayRobot until it ends or is terminated (also while paused).
+// Robots: SoftRobots.h.
 //
 // Movies ("%d.VMD", "%d.AVI" in the game folder; form in SoftResources.h).
 // Status bits of both kinds: 1 open, 2 playing, 4 paused, 8 played to the end.
@@ -72,9 +67,11 @@
 #include "SoftBitmaps.h"
 #include "SoftExtras.h"
 #include "SoftImage.h"
+#include "SoftInput.h"
 #include "SoftMessages.h"
 #include "SoftMovies.h"
 #include "SoftResources.h"
+#include "SoftRobots.h"
 #include "SoftScript.h"
 
 #include <cstdint>
@@ -83,19 +80,6 @@
 #include <memory>
 #include <string>
 #include <vector>
-
-// Where the kernel's clock readings and input lookups pass, for a host that
-// records them or serves them back (a tape). Without one the kernel uses its
-// own clock and queue.
-class SoftClockInputSeam {
-public:
-    virtual ~SoftClockInputSeam() {}
-    // The kernel read its clock and got `reading`: returns the reading to use.
-    virtual std::uint32_t Clock(std::uint32_t reading) = 0;
-    // The kernel looked at its input queue and found `*event` (when `found`):
-    // returns whether it takes an event, and sets `*event` to it.
-    virtual bool Input(bool found, SoftInputEvent* event) = 0;
-};
 
 class SoftCompositor;
 
@@ -120,15 +104,15 @@ public:
     // Adds one event to hand out (a window's input); it is due at once.
     void PushInput(const SoftInputEvent& event);
     // Ticks the virtual clock advances with every UpdateScreen (1 by default).
-    void SetTicksPerFrame(std::uint32_t ticks) { mTicksPerFrame = ticks; }
+    void SetTicksPerFrame(std::uint32_t ticks) { mInput.SetTicksPerFrame(ticks); }
     // Uses the real clock from now on (the window); the virtual clock otherwise,
     // which goes on from where the real clock was (so a host can stop the
     // clock by leaving it for a while, and take it up again).
-    void UseRealClock(bool real);
+    void UseRealClock(bool real) { mInput.UseRealClock(real); }
     // Every clock reading and input lookup of the kernel passes through `seam`
     // (null: none). While the frame hook runs, the clock stands at the reading
     // the frame was composed at and nothing passes.
-    void SetClockInputSeam(SoftClockInputSeam* seam) { mSeam = seam; }
+    void SetClockInputSeam(SoftClockInputSeam* seam) { mInput.SetSeam(seam); }
     // Called after every composed frame (the player writes it out, the window
     // shows it and gathers input).
     void SetFrameHook(void (*hook)(SoftKernel&, void*), void* data)
@@ -158,7 +142,7 @@ public:
     // The ledger behind AllocMemory and FreeMemory.
     AllocationLedger& Ledger() { return mLedger; }
     // Where the cursor is and whether it is drawn.
-    ZOR_Point CursorPos() const { return ZOR_Point(mCursorX, mCursorY); }
+    ZOR_Point CursorPos() const { return ZOR_Point(mInput.CursorX(), mInput.CursorY()); }
     bool CursorVisible() const { return mCursorVisible; }
     // What the kernel shows, for a host that inspects it (the player's
     // overlay). Planes in the order they are drawn (lowest priority first),
@@ -390,7 +374,6 @@ private:
     struct Item;
     struct Plane;
     struct Polygon;
-    struct Robot;
 
     void Report(const std::string& fault) override;
     __attribute__((format(printf, 2, 3))) void Trace(const char* format, ...) override;
@@ -408,12 +391,7 @@ private:
     std::uint64_t BitmapEpoch() const { return mResources.Generation() + mBitmaps.Epoch(); }
     bool ItemRect(Item& item, ZOR_Rect* rect);
     int EffectivePriority(const Item& item) const;
-    void AdvanceClock();
     std::uint32_t Now() const override;
-    std::uint32_t OwnClock() const;
-    bool TakeInput(bool found, SoftInputEvent* event);
-    std::uint32_t RobotElapsed() const;
-    bool TakeEndingInput(); // a press or key is waiting: take it (movie ends)
     int ShowStylePercent(const Plane& plane) const;
     void FinishScroll(Plane& plane);
 
@@ -431,22 +409,13 @@ private:
     std::int32_t mNextPolygonId = 0;
     std::uint64_t mSerial = 0;
 
-    std::uint32_t mTicks = 0;
-    std::uint32_t mTicksPerFrame = 1;
-    bool mRealClock = false;
-    SoftClockInputSeam* mSeam = nullptr;
-    bool mInFrameHook = false;
-    mutable std::uint32_t mLastNow = 0;
-    std::uint64_t mRealStart = 0;
     std::uint32_t mFramesComposed = 0;
     void (*mFrameHook)(SoftKernel&, void*) = nullptr;
     void* mFrameHookData = nullptr;
     void (*mTraceHook)(const char*, void*) = nullptr;
     void* mTraceHookData = nullptr;
 
-    std::deque<SoftInputEvent> mInput;
-    std::int32_t mCursorX = 320;
-    std::int32_t mCursorY = 240;
+    SoftInput mInput;
     bool mCursorVisible = true;
     int mCursorView = -1, mCursorLoop = 0, mCursorCel = 0;
     std::uint64_t mRandom = 1;
@@ -455,7 +424,7 @@ private:
 
     SoftMessages mMessages{*this, mResources};
 
-    std::unique_ptr<Robot> mRobot;
+    SoftRobots mRobots{*this, mResources};
     SoftMovies mMovies{*this, mResources};
 
     SoftBitmaps mBitmaps{*this, kWidth, kHeight};

@@ -22,7 +22,7 @@ inline ZOR_Rect Intersect(const ZOR_Rect& a, const ZOR_Rect& b)
 // at 100 percent, and nothing grows beyond 16 times.
 inline int ClampScale(int s)
 {
-    return s <= 0 ? 128 : (s > 128 * 16 ? 128 * 16 : s);
+    return s <= 0 ? kScaleFull : (s > kScaleFull * 16 ? kScaleFull * 16 : s);
 }
 
 } // namespace soft
@@ -98,21 +98,6 @@ struct SoftKernel::Plane {
     bool scrolling = false;
     int scrollStepX = 0, scrollStepY = 0, scrollPicture = 0, scrollMirror = 0, scrollTicks = 1;
     std::uint32_t scrollStart = 0;
-};
-
-struct SoftKernel::Robot {
-    std::uint32_t number = 0;
-    const SoftRobot* data = nullptr;
-    std::int32_t planeId = 0;
-    int priority = 0;
-    int x = 0, y = 0;
-    bool started = false;
-    bool paused = false;
-    bool terminated = false;
-    std::uint32_t start = 0, pausedAt = 0, pausedTotal = 0;
-    int lastSignalled = -1; // the last frame whose cue was handed out
-    bool endSignalled = false;
-    std::uint64_t serial = 0;
 };
 
 #endif
