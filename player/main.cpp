@@ -71,13 +71,16 @@ void Usage(std::FILE* out)
                  "Keys in the window: F1 overlay on/off, F2 pause/go on, F3 one frame while\n"
                  "paused, F12 write the frame shown as DIR/shot-TICK-N.png (Ctrl+Q quits).\n"
                  "\n"
-                 "Always writes DIR/final.png, the last frame. Exits with 0 when the run ended\n"
-                 "normally, 1 on a usage error, 2 when a resource, the script or the game\n"
-                 "folder is faulty, 3 when the game library cannot be started. With --replay:\n"
-                 "0 when the replay matched to the end of the recorded run, 2 when the tape\n"
-                 "cannot be read or is of another game, 4 when the game went another way\n"
-                 "(the report names the frame and the call), 5 when the tape ends before its\n"
-                 "game did; a failed check of the library ends the replay as it ended the run.\n");
+                 "Always writes DIR/final.png, the last frame.\n"
+                 "\n"
+                 "Exit status:\n"
+                 "  0  a normal end (with --replay: the tape matched to its game's end)\n"
+                 "  1  a usage error\n"
+                 "  2  a faulty game folder, script, tape or resource (the file is named)\n"
+                 "  3  a game that cannot start (its library does not load or start)\n"
+                 "  4  a replay that diverged (the report names the frame and the call)\n"
+                 "  5  a tape that ended before its game did\n"
+                 "A failed check of the library ends a replay as it ended the recorded run.\n");
 }
 
 struct Options {
