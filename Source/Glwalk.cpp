@@ -449,6 +449,20 @@ struct GLWalkAreaData {
 
     // ----- queries -----
 
+    // The point of edge k nearest to p, moved in by the clearance, as a
+    // candidate with its distance from p.
+    void AddEdgeCandidate(int k, const Pt& p)
+    {
+        const Pt& a = corner[k];
+        const Pt& b = corner[next[k]];
+        const double dx = double(b.x) - a.x, dy = double(b.y) - a.y;
+        const double len = Length(dx, dy);
+        double t = ((p.x - a.x) * dx + (p.y - a.y) * dy) / (len * len);
+        t = t < 0 ? 0 : t > 1 ? 1 : t;
+        const double x = a.x + t * dx - clearance * dy / len, y = a.y + t * dy + clearance * dx / len;
+        candidates.push_back({Length(x - p.x, y - p.y), x, y});
+    }
+
     // The whole-pixel point nearest to p where an actor may stand: the
     // nearest points of the edges, moved in by the clearance, and the corners'
     // mitres are tried nearest first. FALSE when the area has no such point.
@@ -456,14 +470,7 @@ struct GLWalkAreaData {
     {
         candidates.clear();
         for (int k = 0; k < static_cast<int>(corner.size()); k++) {
-            const Pt& a = corner[k];
-            const Pt& b = corner[next[k]];
-            const double dx = double(b.x) - a.x, dy = double(b.y) - a.y;
-            const double len = Length(dx, dy);
-            double t = ((p.x - a.x) * dx + (p.y - a.y) * dy) / (len * len);
-            t = t < 0 ? 0 : t > 1 ? 1 : t;
-            const double x = a.x + t * dx - clearance * dy / len, y = a.y + t * dy + clearance * dx / len;
-            candidates.push_back({Length(x - p.x, y - p.y), x, y});
+            AddEdgeCandidate(k, p);
             double mx, my;
             if (clearance > 0 && Mitre(k, mx, my))
                 candidates.push_back({Length(mx - p.x, my - p.y), mx, my});
@@ -556,14 +563,7 @@ struct GLWalkAreaData {
     {
         candidates.clear();
         for (int k = 0; k < static_cast<int>(corner.size()); k++) {
-            const Pt& a = corner[k];
-            const Pt& b = corner[next[k]];
-            const double dx = double(b.x) - a.x, dy = double(b.y) - a.y;
-            const double len = Length(dx, dy);
-            double t = ((g.x - a.x) * dx + (g.y - a.y) * dy) / (len * len);
-            t = t < 0 ? 0 : t > 1 ? 1 : t;
-            const double x = a.x + t * dx - clearance * dy / len, y = a.y + t * dy + clearance * dx / len;
-            candidates.push_back({Length(x - g.x, y - g.y), x, y});
+            AddEdgeCandidate(k, g);
         }
         for (std::size_t i = 0; i < node.size(); i++)
             if (dist[i] < kInfinity)
