@@ -39,7 +39,7 @@ void OnActor(GLEvent*, GLObject*)
 {
     TapeGame* g = gGame;
     if (g->failCheck)
-        new GLCel(g->front, 100, 0, 0, GLPoint(0, 0), -5, ScaleInfo{128, 128, 100, 0});
+        new GLCel(g->front, 100, 0, 0, GLPoint(0, 0), -5, kFullSizeScale);
     int size = 0;
     char text[256] = "";
     if (kernel->GetMessageSize(1, 1, 1, 1, 1, &size) && size <= static_cast<int>(sizeof text))
@@ -109,7 +109,7 @@ extern "C" __attribute__((visibility("default"))) int QuindleGameStart(const Qui
     g->front = new GLTransparentPlane(screen, 1, 0, ZOR_Point(0, 0));
     g->game->mpPlaneManager->Add(g->back);
     g->game->mpPlaneManager->Add(g->front);
-    g->actor = new GLCel(g->front, 100, 0, 0, GLPoint(100, 100), 10, ScaleInfo{128, 128, 100, 0});
+    g->actor = new GLCel(g->front, 100, 0, 0, GLPoint(100, 100), 10, kFullSizeScale);
     g->actor->SetSelectFunction(&OnActor);
     g->actor->Show();
     g->actor->ForceUpdate();
