@@ -68,13 +68,14 @@ struct KernelEventRecord {
     std::uint32_t message;     // key or message code; the library reads the low 16 bits
     std::uint16_t modifiers;   // modifier bits as the kernel reports them
     std::uint8_t reserved10[6];
-    ZOR_Point where;           // pointer position in screen coordinates
+    ZOR_Point where;           // pointer position in screen coordinates, on every event
     std::uint32_t extra;       // passed through to the user object
     std::uint8_t reserved28[12];
 };
 
-// The kernel's plane record. The kernel makes it (NewPlane) and the library
-// writes the documented fields in place, then calls UpdatePlane.
+// The kernel's plane record. The kernel makes it (NewPlane), storing its
+// arguments in the documented fields and pictureChanged 0; the library reads
+// them back from here, writes them in place, then calls UpdatePlane.
 struct KernelPlaneRecord {
     std::int32_t id;            // kFirstPlaneId or more for a live plane
     std::int32_t type;          // kPlaneColored, kPlanePicture, kPlaneTransparent, kPlaneOpaque
@@ -85,7 +86,8 @@ struct KernelPlaneRecord {
     std::int32_t priority;      // higher is nearer the viewer; -1 or more
     ZOR_Point vanishingPoint;
     std::uint8_t kernelOwn48[4136 - 48];
-    std::int32_t pictureChanged; // set to 1 by the library when it writes a new picture
+    std::int32_t pictureChanged; // set to 1 by the library when it writes a new picture;
+                                 // the kernel clears it when it takes the picture over
 
     std::int32_t Id() const { return id; }
 };
@@ -103,8 +105,13 @@ struct KernelScreenItemSource {
 
 // The kernel's screen item record. The kernel makes it (NewScreenItem) and the
 // library writes the documented fields in place, then calls UpdateScreenItem.
+// NewScreenItem fills planeId, source, pos and scale from its arguments, an id
+// of its own, z and useInsetRect 0, and priority and fixedPriority as it
+// chooses: an item made with kPriorityOnTop keeps those, and an item moved to
+// another plane keeps the new record's fixedPriority. The library reads every
+// documented field back.
 struct KernelScreenItemRecord {
-    std::int32_t z;
+    std::int32_t z;             // height; the library has already taken it off pos.y
     KernelScreenItemSource source;
     std::uint8_t kernelOwn24[4];
     ZOR_Point pos;              // in the coordinates of the item's plane
@@ -172,7 +179,9 @@ static_assert(sizeof(KernelScreenItemRecord) == 976, "the screen item record is 
 // colours 0..255. The library checks few answers: it takes results as they
 // come, so answer within the ranges given here. A name that does not exist (an
 // unknown plane, view, sample, movie) is the kernel's to handle; the library
-// never relies on such a call failing. Values marked "pass-through" are the
+// never relies on such a call failing. Pointers the library passes (points,
+// rectangles, sources, arrays, buffers) are good only during the call: copy
+// what is kept. Values marked "pass-through" are the
 // kernel's to define: the library hands on what game code gave it, and the
 // names below say what the reference kernel makes of them.
 class KernelServices {
@@ -243,7 +252,10 @@ public:
                                       int* piIgnored) = 0;
     // Non-zero while the sample plays; writes its current volume. The sound
     // manager polls it (tag 0) to see a play or a fade end, so a sample must
-    // answer 0 once it has ended.
+    // answer 0 once it has ended. What it writes decides a fade, which is
+    // over when the volume written equals its target: the reference kernel
+    // writes the volume an ended sample ended with, and 0 for one it does not
+    // know, so that a fade to silence of a sample gone is over too.
     virtual int GetSampleVolume(int iSample, int* piVolume, int iTag) = 0;
     virtual void SetGlobalVolume(int iVolume) = 0;
     // Sets a sample's volume at once; the third value is pass-through.
@@ -266,7 +278,9 @@ public:
     // Sound resources are of type kResourceAudio or kResourceSoundEffect; the
     // library asks ResourceExists for the audio type first and uses the
     // effects type when it answers 0. LoadResource gets the number by pointer
-    // and 1 as its last value; the library unlocks once for every lock.
+    // and 1 as its last value. Unlocks need not match locks: a sound track node
+    // may unlock a sample it never locked, and game code's unlocks are passed
+    // on as asked, so an unlock without a lock must do no harm.
     virtual void LoadResource(int iType, int* piNumber, int iOne) = 0;
     virtual void LockResource(int iType, int iNumber) = 0;
     virtual void UnlockResource(int iType, int iNumber) = 0;
@@ -285,9 +299,11 @@ public:
     virtual int NumLoops(int iView) = 0;
     virtual int NumCels(std::uint32_t uView, int iLoop) = 0;
     // The highest priority of the planes held now; a plane made with
-    // kPriorityOnTop gets this + 1.
+    // kPriorityOnTop gets this + 1, so with no planes answer -2 or more (the
+    // reference kernel: kPriorityLowest).
     virtual int TopPlanePriority() = 0;
-    // The highest priority among a plane's screen items.
+    // The highest priority among a plane's screen items; a polygon added with
+    // kPriorityOnTop gets this + 1 (at least 0).
     virtual int TopScreenItemPriority(std::int32_t lPlaneId) = 0;
     // Non-zero when the point (plane coordinates) lies on the item; with
     // fCheckSkip set only where the cel's pixel there is drawn.
@@ -303,9 +319,12 @@ public:
     virtual void UpdateScreenItem(KernelScreenItemRecord* pRecord) = 0;
 
     // ----- Polygons -----
-    // Outlines drawn on a plane. Style is a ZOR_Line style, iPattern a 16-bit
-    // mask for tPattern, priority kPriorityOnTop or -1 or more, colour -1
-    // allowed in an update. AddPolygon's id must not be negative.
+    // Outlines drawn on a plane. Style is a ZOR_Line style; iPattern is
+    // non-zero with tPattern and 0 otherwise (the reference kernel: a 16-bit
+    // mask). AddPolygon gets at least 3 points and a priority of -1 or more;
+    // an update may pass kPriorityOnTop itself (above every item of the
+    // plane) and colour -1. Copy the points: the library may free them while
+    // the polygon lives. AddPolygon's id must not be negative.
     virtual std::int32_t AddPolygon(std::int32_t lPlaneId, ZOR_Point* pPoints, int iCount, int iPriority,
                                     int iColor, int iStyle, int iPattern, int iThickness, int fClosed) = 0;
     virtual void DeletePolygon(std::int32_t lPlaneId, std::int32_t lPolygonId) = 0;
@@ -329,7 +348,8 @@ public:
     // Removes the plane and frees its record; called by the plane's destructor.
     virtual void DeletePlane(std::int32_t lPlaneId) = 0;
     // Takes over the values the library wrote into the record (priority,
-    // colour, rectangle, vanishing point, picture, mirror).
+    // colour, rectangle, vanishing point, picture, mirror; pictureChanged says
+    // the picture is new).
     virtual void UpdatePlane(KernelPlaneRecord* pRecord) = 0;
     // Adds a further picture to a picture plane at (x, y) of the plane, x
     // 0..1200, y 0..800; fDeleteCopy is pass-through.
@@ -366,15 +386,19 @@ public:
     // Sets the robot playing; also resumes it after PauseRobot.
     virtual void PlayRobot() = 0;
     virtual void PauseRobot() = 0;
+    // May come at any time, with no robot initialised too.
     virtual void SetRobotPriority(int iPriority) = 0;
     // Non-zero once the robot has played to its end; a waiting start polls it.
     virtual int IsRobotDone() = 0;
-    // Non-zero while the robot plays; the library pauses and resumes only then.
+    // Non-zero from PlayRobot until the robot ends or is stopped, paused or
+    // not: the library pauses and resumes only a robot that answers non-zero.
     virtual int IsRobotPlaying() = 0;
-    // Stops the robot and takes it off the screen.
+    // Stops the robot and takes it off the screen; may come again after the
+    // robot has ended or been stopped.
     virtual void TerminateRobot() = 0;
     // Read once a frame by a playing robot: 0 when nothing happened,
     // kRobotEnded once it has ended, any other value a cue point it passed.
+    // Report each cue point once: every such value sends the game a cue.
     virtual std::uint32_t GetRobotSignal() = 0;
 
     // ----- Messages -----
@@ -383,11 +407,15 @@ public:
     // of exactly that size; "next" means the same conversation, next sequence.
 
     // Copies the text into the buffer; returns its talker, 0 when not found.
+    // A message that exists has a talker other than 0: 0 reads as "no
+    // message" and ends a conversation.
     virtual int GetMessage(int iKey1, int iKey2, int iKey3, int iKey4, int iSequence, char* pBuffer,
                            int iBufferSize) = 0;
     // Copies the text of the message after the one last got; returns its talker.
     virtual int GetNextMessage(char* pBuffer, int iBufferSize) = 0;
-    // Non-zero when the message exists; writes the buffer size its text needs.
+    // Non-zero when the message exists; writes the buffer size its text needs,
+    // the terminating NUL counted (so at least 1): the library puts a NUL in
+    // the last byte.
     virtual int GetMessageSize(int iKey1, int iKey2, int iKey3, int iKey4, int iSequence, int* piSize) = 0;
     // Non-zero when the message last got has a successor; writes its size.
     virtual int GetNextMessageSize(int* piSize) = 0;
@@ -397,13 +425,21 @@ public:
     // ----- Input, coordinates and the cursor -----
 
     // Fills the record with the next event whose type bit is in the mask (the
-    // library passes kEventMaskAll once a frame), or type kEventNull. Pointer
-    // events carry a position in screen coordinates; kEventKeyDown a key in
-    // `message`. kQuitKey with exactly kQuitModifiers ends the game.
+    // library passes kEventMaskAll), or type kEventNull. Fill every field
+    // every time: the library reuses one record and reads type, message,
+    // modifiers, where and extra after each call. `where` is the pointer's
+    // position in screen coordinates on every event, null and key events too
+    // (the library keeps it as the mouse position and hands the event to the
+    // plane under it); kEventKeyDown carries a key in `message`. kQuitKey with
+    // exactly kQuitModifiers ends the game. Called once a frame, and by modal
+    // hogs in a loop with no UpdateScreen between: GetEvent itself must take
+    // in new input from the host, or the game waits for ever.
     virtual void GetEvent(std::uint32_t uMask, KernelEventRecord* pRecord) = 0;
     // Converts a point in place between screen and plane coordinates.
     virtual void PlaneToLocal(std::int32_t lPlaneId, ZOR_Point* pPoint) = 0;
     virtual void PlaneToGlobal(std::int32_t lPlaneId, ZOR_Point* pPoint) = 0;
+    // Shows or hides the cursor. Not counted: the library may show it several
+    // times in a row, and one HideCursor hides it.
     virtual void ShowCursor() = 0;
     virtual void HideCursor() = 0;
     // Moves the cursor to a point in screen coordinates.
@@ -428,12 +464,16 @@ public:
 
     // ----- VMD movies -----
     // The operations act on the one open movie. Status bits: bit 0 open; a
-    // movie is paused when bits 0 and 1 are both set. Every answer goes back
-    // to game code unchanged.
+    // movie is paused when bits 0 and 1 are both set. The library reads bit 0
+    // to open a movie before playing it; every other answer goes back to game
+    // code unchanged.
 
-    // Opens "<number>.VMD"; the cache size is -1 unless game code set one.
+    // Opens "<number>.VMD"; the cache size is -1 unless game code set one, and
+    // the last value is game code's (pass-through), 0 when Play opens it.
     virtual unsigned OpenVmd(const char* pFileName, int iCacheSize, int iOpenArgument) = 0;
-    // Places the movie on screen; flags and colour are pass-through.
+    // Places the movie on screen; flags and colour are pass-through, except
+    // that the library adds flag 0x10 when game code gives a colour (each
+    // -1 until then).
     virtual void SetVmdPlacement(int x, int y, int iShowFlags, int iRed, int iGreen, int iBlue) = 0;
     // Plays until one of the events in the flags (default 3, values -1).
     virtual unsigned PlayVmd(int iEventFlags, int iEventValue1, int iEventValue2) = 0;
@@ -479,15 +519,18 @@ public:
 
     // Makes a plane record of a type (kPlaneColored, kPlanePicture,
     // kPlaneTransparent, kPlaneOpaque) with its colour, rectangle, window index
-    // 0..4, priority (-1 or more), vanishing point, picture and mirror; never
-    // null for valid arguments. AddPlane and PlaneCreated follow.
+    // 0..4, priority (-1 or more), vanishing point, picture and mirror, stored
+    // in the record (the library reads them back from it); never null for
+    // valid arguments. AddPlane and PlaneCreated follow.
     virtual KernelPlaneRecord* NewPlane(int iType, int iColor, ZOR_Rect* pRect, int iWindowIndex, int iPriority,
                                         ZOR_Point* pVanishingPoint, int iPicture, int fMirror) = 0;
     // The library wrote a new rectangle into the record.
     virtual void PlaneRectChanged(KernelPlaneRecord* pRecord) = 0;
     // Makes a screen item record on a plane showing the source at a position
-    // and scale, with an id the kernel chooses. AddScreenItem puts it on
-    // screen; DisposeScreenItem frees one that never was.
+    // and scale, with an id the kernel chooses, filled as the record's comment
+    // says. Ids must differ among live records: when an item is hidden the
+    // library makes its replacement before it deletes the old record.
+    // AddScreenItem puts it on screen; DisposeScreenItem frees one that never was.
     virtual KernelScreenItemRecord* NewScreenItem(std::int32_t lPlaneId, KernelScreenItemSource* pSource,
                                                   ZOR_Point pos, ScaleInfo scale) = 0;
     virtual void DisposeScreenItem(KernelScreenItemRecord* pRecord) = 0;

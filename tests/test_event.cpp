@@ -60,8 +60,8 @@ TEST_F(EventTest, ANewEventIsUnclaimedAtTheOriginWithTheLibrarysPartOfTheRecordS
 
 TEST_F(EventTest, RefreshReadsTheRecordAndCopiesHaveTheirOwnRecordAndPosition)
 {
-    k.PushEvent(1, 0x12345, 4, 150, 70, 99);
-    k.PushEvent(8, 27, 1, 5, 6, 7);
+    k.PushEvent(kEventPointerDown, 0x12345, 4, 150, 70, 99);
+    k.PushEvent(kEventKeyDown, 27, 1, 5, 6, 7);
     const std::size_t mark = k.Mark();
     event.Refresh();
     EXPECT_EQ(k.CallsSince(mark), std::vector<std::string>{"GetEvent(32767)"});
@@ -98,7 +98,7 @@ TEST_F(EventTest, RefreshReadsTheRecordAndCopiesHaveTheirOwnRecordAndPosition)
 TEST_F(EventTest, LocalisingGoesThroughTheScreenFromPlaneToPlane)
 {
     GLColoredPlane b(10, 20, 299, 199, 0, 2, 0, ZOR_Point(0, 0));
-    k.PushEvent(1, 0, 0, 150, 70);
+    k.PushEvent(kEventPointerDown, 0, 0, 150, 70);
     event.Refresh();
 
     // Globalising a global event changes nothing and asks the kernel nothing.
@@ -147,7 +147,7 @@ TEST_F(EventTest, HandlerSetGoesInSetOrderGlobalisesAfterEachDeclineStopsAtTheFi
     set.AddToEnd(&b);
     set.AddToFront(&a);
     set.AddToEnd(&c);
-    k.PushEvent(1, 0, 0, 150, 70);
+    k.PushEvent(kEventPointerDown, 0, 0, 150, 70);
     event.Refresh();
     EXPECT_EQ(set.HandleEvent(&event), FALSE);
     EXPECT_EQ(log, (std::vector<std::string>{"a(150,70)global", "b(150,70)global", "c(150,70)global"}));
@@ -163,7 +163,7 @@ TEST_F(EventTest, HandlerSetGoesInSetOrderGlobalisesAfterEachDeclineStopsAtTheFi
     EXPECT_EQ(At(event), "(50,20)");
 
     b.mClaims = TRUE;
-    k.PushEvent(1, 0, 0, 3, 4);
+    k.PushEvent(kEventPointerDown, 0, 0, 3, 4);
     event.Refresh();
     log.clear();
     EXPECT_EQ(set.HandleEvent(&event), TRUE);

@@ -346,11 +346,11 @@ TEST_F(GameTest, RemovalAtOrBeforeTheCurrentIndexSkipsTheNextMember)
 
 TEST_F(GameTest, QuitKeyEndsPlayAfterTheFrameThatFetchedIt)
 {
-    k.PushEvent(8, 0x4F00, 0); // the right message without the modifier
-    k.PushEvent(8, 0x4F00, 5); // the modifier must be exactly 4
-    k.PushEvent(8, 0x4F01, 4);
-    k.PushEvent(1, 0x4F00, 4, 3, 3); // any type will do
-    k.PushEvent(8);                  // never fetched
+    k.PushEvent(kEventKeyDown, 0x4F00, 0); // the right message without the modifier
+    k.PushEvent(kEventKeyDown, 0x4F00, 5); // the modifier must be exactly 4
+    k.PushEvent(kEventKeyDown, 0x4F01, 4);
+    k.PushEvent(kEventPointerDown, 0x4F00, 4, 3, 3); // any type will do
+    k.PushEvent(kEventKeyDown);                  // never fetched
     std::size_t ledgerBefore = k.Ledger().LiveCount();
     game->Play();
     EXPECT_EQ(k.Count("UpdateScreen"), 4); // one a frame
@@ -392,7 +392,7 @@ TEST_F(GameTest, QuitHandlerIsTheLastPrimaDonnaAndHogsKeepTheKeyFromIt)
     game->mpUser->mpPrimaDonnas->AddToEnd(&early);
     game->mpUser->mpOrphans->AddToEnd(&orphan);
     for (int i = 0; i < 4; i++)
-        k.PushEvent(8, 0x4F00, 4);
+        k.PushEvent(kEventKeyDown, 0x4F00, 4);
     trace.Restart();
     game->Play();
     Log notes;

@@ -186,7 +186,8 @@ TEST_F(NarratorTest, EnterEscapeAndTypeTwoPointerEventsEndItWithTheirValuesAndEv
     game->mpUser->DoesHandleNulls(TRUE);
     const std::size_t done = narrator.doneValues.size();
     const std::pair<std::uint16_t, std::uint32_t> others[] = {
-        {1, 0}, {4, 13}, {8, 65}, {8, 0x4F00}, {8, 1 + 13 * 0x10000u}, {0x800, 0}, {0, 0}};
+        {kEventPointerDown, 0}, {4, 13} /* a type no constant names */, {kEventKeyDown, 65}, {kEventKeyDown, kQuitKey},
+        {kEventKeyDown, 1 + 13 * 0x10000u}, {kEventPointerMove, 0}, {kEventNull, 0}};
     for (const auto& other : others) {
         k.PushEvent(other.first, other.second, 4);
         Frame(++tick);
@@ -199,7 +200,7 @@ TEST_F(NarratorTest, EnterEscapeAndTypeTwoPointerEventsEndItWithTheirValuesAndEv
     // Once the narrator is done, input goes where it went before.
     game->mpUser->DoesHandleNulls(FALSE);
     Frame(tick + 60);
-    k.PushEvent(8, 65);
+    k.PushEvent(kEventKeyDown, 65);
     Frame(tick + 61);
     EXPECT_EQ(listener.heard, 1);
 }
@@ -212,7 +213,7 @@ TEST_F(NarratorTest, ANarratorIsReusableWithoutACallerCuesNobodyAndCopiesAreIdle
     const std::size_t blocks = k.Ledger().LiveCount();
     plain.Say(&said, 0);
     EXPECT_EQ(plain.mpTextView, nullptr);
-    k.PushEvent(8, 13);
+    k.PushEvent(kEventKeyDown, 13);
     Frame(1001);
     EXPECT_EQ(plain.mIAmTalking, FALSE);
     EXPECT_EQ(k.Ledger().LiveCount(), blocks) << "no cue was made";
@@ -264,7 +265,7 @@ TEST_F(NarratorTest, TwoNarratorsTalkingAtOnceAreBothHogsTheLatestFirst)
     EXPECT_EQ(game->mpUser->mpHogs->First(), &second);
     EXPECT_EQ(game->mpUser->mpHogs->NumElements(), 2);
     // The first hog claims the event, so only the latest narrator ends.
-    k.PushEvent(8, 27);
+    k.PushEvent(kEventKeyDown, 27);
     Frame(1001);
     EXPECT_EQ(second.mIAmTalking, FALSE);
     EXPECT_EQ(first.mIAmTalking, TRUE);

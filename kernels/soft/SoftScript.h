@@ -2,11 +2,11 @@
 //
 // One event a line; '#' starts a comment; blank lines are skipped:
 //
-//   <tick> press   <x> <y> [mods <m>]   pointer pressed   (event type 1)
-//   <tick> release <x> <y> [mods <m>]   pointer released  (event type 2)
-//   <tick> key     <code>  [mods <m>]   key pressed       (event type 8)
-//   <tick> pointer <x> <y> [mods <m>]   pointer moved     (event type 0x800)
-//   <tick> quit                         the quit combination: key 0x4F00 with mods 4
+//   <tick> press   <x> <y> [mods <m>]   pointer pressed   (kEventPointerDown)
+//   <tick> release <x> <y> [mods <m>]   pointer released  (kEventPointerUp)
+//   <tick> key     <code>  [mods <m>]   key pressed       (kEventKeyDown)
+//   <tick> pointer <x> <y> [mods <m>]   pointer moved     (kEventPointerMove)
+//   <tick> quit                         kQuitKey with kQuitModifiers
 //
 // <tick> is the clock tick (60 a second) from which the event is handed out;
 // numbers are decimal or 0x-prefixed hexadecimal; a key code may also be one

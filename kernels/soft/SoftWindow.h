@@ -2,11 +2,12 @@
 // turns the mouse and keyboard into kernel events, and mixes the samples and
 // speech the kernel says are playing into SDL2's audio queue.
 //
-// Input mapping: a left button press / release is event 1 / 2 (modifiers
-// bit 0 with the right button or Shift), mouse motion is 0x800, a key is 8 with
-// its character code (Enter 13, Escape 27, Backspace 8, Tab 9, the arrows
-// 0x4800 up, 0x5000 down, 0x4B00 left, 0x4D00 right). Modifier bits: 1 Shift,
-// 4 Ctrl, 8 Alt. Ctrl+Q sends the quit key (0x4F00 with modifiers 4).
+// Input mapping: a left button press / release is kEventPointerDown /
+// kEventPointerUp (kModifierFirst with the right button or Shift), mouse
+// motion is kEventPointerMove, a key is kEventKeyDown with
+// its character code (kKeyEnter, kKeyEscape, kKeyBackspace, kKeyTab, the
+// kKeyArrow... codes). Modifiers: Shift kModifierFirst, Ctrl kModifierControl,
+// Alt kModifierAlt. Ctrl+Q sends kQuitKey with kQuitModifiers.
 // Positions are in the 640x480 screen, whatever the window's scale.
 #ifndef QUINDLE_SOFT_WINDOW_H
 #define QUINDLE_SOFT_WINDOW_H
