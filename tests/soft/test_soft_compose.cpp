@@ -481,6 +481,43 @@ TEST_F(SoftCompose, AMemoryBitmapRedrawnAfterItWasShownIsDrawnAsItIsNow)
     k.FreeMemBitmap(id);
 }
 
+// Cels up to 64 pixels wide are drawn by whole rows merged under their mask,
+// 16 pixels at a time (the last block overlapping when the width is not a
+// multiple of 16); others by runs. Each width, whole, against the right edge,
+// cut by the left edge and by the bottom, gives the pixels drawn by hand.
+TEST_F(SoftCompose, CelsOfEachWidthAreDrawnAsByHandWholeAndCut)
+{
+    const int widths[] = {15, 16, 17, 40, 64, 65};
+    const auto pixel = [](int x, int y) { return y == 0 || y == 5 || (x + 2 * y) % 5 == 0 ? -1 : 2 + (3 * x + y) % 11; };
+    SoftView view;
+    view.loops.resize(1);
+    for (int w : widths) {
+        SoftBitmap cel;
+        cel.Resize(w, 6, 0, 0);
+        for (int y = 0; y < 6; y++)
+            for (int x = 0; x < w; x++)
+                if (pixel(x, y) >= 0)
+                    cel.pixels[y * w + x] = static_cast<std::uint8_t>(pixel(x, y)), cel.opaque[y * w + x] = 1;
+        view.loops[0].push_back(cel);
+    }
+    k.Resources().PutView(20, view);
+    KernelPlaneRecord* p = MakePlane(k, -1, 1, ZOR_Rect(0, 0, 639, 479), 0);
+    Expected e = Filled(0, 0, 639, 479, 1);
+    for (int i = 0; i < 6; i++) {
+        const int w = widths[i];
+        for (const ZOR_Point at : {ZOR_Point(8, 10 + 8 * i), ZOR_Point(640 - w, 10 + 8 * i), ZOR_Point(-5, 100 + 8 * i),
+                                   ZOR_Point(100 + 70 * i, 476)}) {
+            MakeItem(k, p, 20, 0, i, at.x, at.y);
+            for (int y = 0; y < 6; y++)
+                for (int x = 0; x < w; x++)
+                    if (pixel(x, y) >= 0 && at.x + x >= 0 && at.y + y < 480)
+                        e.Set(at.x + x, at.y + y, pixel(x, y));
+        }
+    }
+    k.UpdateScreen(1);
+    EXPECT_TRUE(FrameMatches(k, e, "cel_widths"));
+}
+
 // Values far outside the screen, the unset marker among them, are drawn (or
 // not) without any arithmetic going wrong; the sanitizer build watches.
 TEST(SoftExtremes, FarCoordinatesAreSafe)
