@@ -17,7 +17,7 @@ protected:
     WalkerTest()
     {
         k.SetView(7, std::vector<int>(16, 4)); // 16 loops of 4 cels
-        actor = new GLCel(plane, 7, 0, 2, GLPoint(20, 20), 5, ScaleInfo{128, 128, 100, 0});
+        actor = new GLCel(plane, 7, 0, 2, GLPoint(20, 20), 5, kFullSizeScale);
         actor->Show();
         actor->SetMoveSpeed(1);
         actor->SetStepSize(GLPoint(10, 10));

@@ -1,8 +1,6 @@
 // SoftCompositor.cpp - composing the soft kernel's frame.
 #include "SoftCompositor.h"
 
-#include "SoftKernelParts.h"
-
 #include <algorithm>
 #include <cstring>
 
@@ -90,20 +88,21 @@ void BlendRows(std::uint8_t* dst, const std::uint8_t* src, const std::uint8_t* o
 
 } // namespace
 
-SoftCompositor::SoftCompositor(SoftKernel& kernel)
-    : mKernel(kernel), mFrame(static_cast<std::size_t>(kWidth) * kHeight, 0)
+SoftCompositor::SoftCompositor(SoftServiceHost& host, SoftScene& scene, SoftResources& resources,
+                               const SoftRobots& robots)
+    : mHost(host), mScene(scene), mResources(resources), mRobots(robots), mFrame(static_cast<std::size_t>(kWidth) * kHeight, 0)
 {
 }
 
 // ----- the drawing order -----
 
-void SoftCompositor::Place(Item& item)
+void SoftCompositor::Placed(Item& item)
 {
     if (!item.onScreen) {
-        Remove(item);
+        Removed(item);
         return;
     }
-    const long long priority = mKernel.EffectivePriority(item);
+    const long long priority = SoftScene::EffectivePriority(item);
     if (item.filed == Item::kInOrder && item.filedPlane == item.planeId && item.filedPriority == priority &&
         item.filedSerial == item.serial) {
         // Same place in the order; what it shows or where may have changed.
@@ -113,13 +112,13 @@ void SoftCompositor::Place(Item& item)
     }
     if (item.filed == Item::kWaiting && item.filedPlane == item.planeId)
         return; // its place is found when the order is mended
-    Remove(item);
+    Removed(item);
     mLayers[item.planeId].waiting.push_back(&item);
     item.filed = Item::kWaiting;
     item.filedPlane = item.planeId;
 }
 
-void SoftCompositor::Remove(Item& item)
+void SoftCompositor::Removed(Item& item)
 {
     if (item.filed == Item::kInOrder) {
         Layer& layer = mLayers[item.filedPlane];
@@ -164,7 +163,7 @@ void SoftCompositor::MendOrder(Layer& layer)
     const std::size_t kept = layer.order.size();
     for (Item* item : layer.waiting) {
         item->filed = Item::kInOrder;
-        item->filedPriority = mKernel.EffectivePriority(*item);
+        item->filedPriority = SoftScene::EffectivePriority(*item);
         item->filedSerial = item->serial;
         layer.order.push_back(Entry{item->filedPriority, item->serial, item, nullptr, 0, 0, 0, kScaleFull, kScaleFull, nullptr});
     }
@@ -179,7 +178,7 @@ void SoftCompositor::MendOrder(Layer& layer)
 bool SoftCompositor::Refresh(Entry& e)
 {
     Item& item = *e.item;
-    const SoftBitmap* bmp = mKernel.ItemBitmap(item);
+    const SoftBitmap* bmp = mScene.ItemBitmap(item);
     e.bitmap = bmp;
     e.epoch = item.bitmapEpoch;
     if (!bmp)
@@ -220,7 +219,7 @@ void SoftCompositor::FillAround(const ZOR_Rect& area, const ZOR_Rect& hole, std:
 void SoftCompositor::ComposePlanes()
 {
     std::vector<Plane*> planes;
-    for (auto& entry : mKernel.mPlanes)
+    for (auto& entry : mScene.Planes())
         if (entry.second->added)
             planes.push_back(entry.second.get());
     std::sort(planes.begin(), planes.end(), [](const Plane* a, const Plane* b) {
@@ -237,7 +236,7 @@ void SoftCompositor::ComposePlanes()
     for (Plane* plane : planes) {
         if (plane->hidden)
             continue;
-        const int percent = mKernel.ShowStylePercent(*plane);
+        const int percent = mScene.ShowStylePercent(*plane);
         if (plane->styleActive && percent >= 100) {
             plane->styleActive = false;
             plane->hidden = plane->styleToFrom == 1;
@@ -467,19 +466,19 @@ void SoftCompositor::DrawPlane(Plane& plane, bool hidden)
         int shiftX = 0, shiftY = 0; // the current picture's shift by a scroll
         if (plane.scrolling) {
             const int w = plane.rect.right - plane.rect.left + 1, h = plane.rect.bottom - plane.rect.top + 1;
-            const long long steps = (mKernel.Now() - plane.scrollStart) / static_cast<std::uint32_t>(plane.scrollTicks);
+            const long long steps = (mHost.Now() - plane.scrollStart) / static_cast<std::uint32_t>(plane.scrollTicks);
             const long long total = plane.scrollStepX ? w : h;
             const long long step = std::abs(plane.scrollStepX ? plane.scrollStepX : plane.scrollStepY);
             const long long moved = std::min(total, steps * step);
             if (moved >= total) {
-                mKernel.FinishScroll(plane);
+                mScene.FinishScroll(plane);
             } else {
                 const int sign = (plane.scrollStepX ? plane.scrollStepX : plane.scrollStepY) > 0 ? 1 : -1;
                 if (plane.scrollStepX)
                     shiftX = static_cast<int>(-sign * moved);
                 else
                     shiftY = static_cast<int>(-sign * moved);
-                if (const SoftBitmap* next = mKernel.mResources.Picture(plane.scrollPicture, &error)) {
+                if (const SoftBitmap* next = mResources.Picture(plane.scrollPicture, &error)) {
                     const int nx = shiftX + (plane.scrollStepX ? sign * w : 0);
                     const int ny = shiftY + (plane.scrollStepY ? sign * h : 0);
                     show(next, ox + plane.picOffsetX + nx, oy + plane.picOffsetY + ny, plane.scrollMirror != 0);
@@ -487,13 +486,13 @@ void SoftCompositor::DrawPlane(Plane& plane, bool hidden)
             }
         }
         if (plane.picture >= 0) {
-            if (const SoftBitmap* pic = mKernel.mResources.Picture(plane.picture, &error))
+            if (const SoftBitmap* pic = mResources.Picture(plane.picture, &error))
                 show(pic, ox + plane.picOffsetX + shiftX, oy + plane.picOffsetY + shiftY, plane.mirror != 0);
             else
-                mKernel.Report(error);
+                mHost.Report(error);
         }
         for (const auto& pic : plane.extraPics)
-            if (const SoftBitmap* b = mKernel.mResources.Picture(pic.picture, &error))
+            if (const SoftBitmap* b = mResources.Picture(pic.picture, &error))
                 show(b, ox + plane.picOffsetX + shiftX + pic.x, oy + plane.picOffsetY + shiftY + pic.y,
                      pic.mirror != 0);
         if (!hidden) {
@@ -523,7 +522,7 @@ void SoftCompositor::DrawPlane(Plane& plane, bool hidden)
         const Polygon* poly; // null: the robot
     };
     std::vector<Other> others;
-    const SoftRobots::Robot* robot = mKernel.mRobots.Current();
+    const SoftRobots::Robot* robot = mRobots.Current();
     const bool robotShown =
         robot && robot->data && robot->started && !robot->terminated && robot->planeId == plane.id;
     if (!hidden) {
@@ -537,7 +536,7 @@ void SoftCompositor::DrawPlane(Plane& plane, bool hidden)
             return a.priority != b.priority ? a.priority < b.priority : a.serial < b.serial;
         });
     }
-    const std::uint64_t epoch = mKernel.BitmapEpoch();
+    const std::uint64_t epoch = mScene.BitmapEpoch();
     const std::size_t items = layer ? layer->order.size() : 0;
     std::size_t next = 0;
     for (std::size_t i = 0; i <= items; i++) {
@@ -550,7 +549,7 @@ void SoftCompositor::DrawPlane(Plane& plane, bool hidden)
             if (o.poly) {
                 DrawPolygon(*o.poly, plane, clip);
             } else {
-                const std::uint32_t elapsed = mKernel.mRobots.Elapsed();
+                const std::uint32_t elapsed = mRobots.Elapsed();
                 const SoftRobot& r = *robot->data;
                 const std::size_t frame = std::min<std::size_t>(
                     r.frames.size() - 1, elapsed / static_cast<std::uint32_t>(r.ticksPerFrame));

@@ -15,19 +15,21 @@
 #ifndef QUINDLE_SOFT_COMPOSITOR_H
 #define QUINDLE_SOFT_COMPOSITOR_H
 
-#include "SoftKernel.h"
+#include "SoftRobots.h"
+#include "SoftScene.h"
 
 #include <cstdint>
 #include <map>
 #include <vector>
 
-class SoftCompositor {
+class SoftCompositor : public SoftScene::Watcher {
 public:
-    static constexpr int kWidth = SoftKernel::kWidth;
-    static constexpr int kHeight = SoftKernel::kHeight;
+    static constexpr int kWidth = soft::kScreenWidth;
+    static constexpr int kHeight = soft::kScreenHeight;
 
-    // The compositor reads the planes, items and robot of this kernel.
-    explicit SoftCompositor(SoftKernel& kernel);
+    // The compositor draws `scene` with the pictures of `resources` and the
+    // robot of `robots`; faults and the clock come from `host`.
+    SoftCompositor(SoftServiceHost& host, SoftScene& scene, SoftResources& resources, const SoftRobots& robots);
     SoftCompositor(const SoftCompositor&) = delete;
     SoftCompositor& operator=(const SoftCompositor&) = delete;
 
@@ -45,15 +47,15 @@ public:
     void DrawBitmap(const SoftBitmap& bmp, int left, int top, int scaleX, int scaleY, const ZOR_Rect* inset,
                     const ZOR_Rect& clip, bool mirror);
 
-    // The kernel calls these when an item's values were taken over or it
-    // moved (Place), and when it leaves the screen or is freed (Remove).
-    void Place(SoftKernel::Item& item);
-    void Remove(SoftKernel::Item& item);
-
 private:
-    using Plane = SoftKernel::Plane;
-    using Polygon = SoftKernel::Polygon;
-    using Item = SoftKernel::Item;
+    using Plane = SoftScene::Plane;
+    using Polygon = SoftScene::Polygon;
+    using Item = SoftScene::Item;
+
+    // The scene tells of an item whose values were taken over or that moved
+    // (Placed), and of one that leaves the screen or is freed (Removed).
+    void Placed(Item& item) override;
+    void Removed(Item& item) override;
 
     // An item in its plane's drawing order, with what drawing it needs.
     struct Entry {
@@ -81,7 +83,10 @@ private:
     void Fill(const ZOR_Rect& r, std::uint8_t color);
     void FillAround(const ZOR_Rect& area, const ZOR_Rect& hole, std::uint8_t color);
 
-    SoftKernel& mKernel;
+    SoftServiceHost& mHost;
+    SoftScene& mScene;
+    SoftResources& mResources;
+    const SoftRobots& mRobots;
     std::vector<std::uint8_t> mFrame;
     std::vector<std::uint8_t> mScratch;
     std::map<std::int32_t, Layer> mLayers;

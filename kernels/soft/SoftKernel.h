@@ -18,6 +18,8 @@
 // GetNowSeenRect answers with the rectangle the item covers in its plane's
 // coordinates (after origin, scale and inset), and ScreenItemOnPoint tests the
 // same rectangle and, with the check-skip flag, the cel pixel under the point.
+// Planes, items and polygons are kept in SoftScene.h, drawn by
+// SoftCompositor.h.
 //
 // Transitions (SetShowStyle): style 0 is a cut; styles 1..15 reveal the plane
 // by a left-to-right wipe (1, 5, 9, 13), a top-down wipe (2, 6, 10, 14), a box
@@ -72,6 +74,7 @@
 #include "SoftMovies.h"
 #include "SoftResources.h"
 #include "SoftRobots.h"
+#include "SoftScene.h"
 #include "SoftScript.h"
 
 #include <cstdint>
@@ -85,8 +88,8 @@ class SoftCompositor;
 
 class SoftKernel : public KernelServices, public SoftKernelExtras, private SoftServiceHost {
 public:
-    static constexpr int kWidth = 640;
-    static constexpr int kHeight = 480;
+    static constexpr int kWidth = soft::kScreenWidth;
+    static constexpr int kHeight = soft::kScreenHeight;
 
     SoftKernel();
     ~SoftKernel() override;
@@ -145,24 +148,9 @@ public:
     ZOR_Point CursorPos() const { return ZOR_Point(mInput.CursorX(), mInput.CursorY()); }
     bool CursorVisible() const { return mCursorVisible; }
     // What the kernel shows, for a host that inspects it (the player's
-    // overlay). Planes in the order they are drawn (lowest priority first),
-    // each with the screen items shown on it in their drawing order; an item's
-    // rectangle is the one GetNowSeenRect answers, moved to the screen.
-    struct InspectedItem {
-        std::int32_t id;
-        KernelScreenItemSource source;
-        int priority;  // the priority it is drawn with (floating: y + z)
-        bool hasRect;  // false when its cel cannot be drawn
-        ZOR_Rect rect; // on the screen
-    };
-    struct InspectedPlane {
-        std::int32_t id;
-        int type; // kPlaneColored, kPlaneTransparent, kPlaneOpaque or kPlanePicture
-        int priority;
-        ZOR_Rect rect;
-        bool hidden; // a disappearing transition has ended
-        std::vector<InspectedItem> items;
-    };
+    // overlay): planes in drawing order with their items (SoftScene.h).
+    using InspectedItem = SoftScene::InspectedItem;
+    using InspectedPlane = SoftScene::InspectedPlane;
     // Fills `planes` afresh. Changes nothing the game can observe: a cel that
     // cannot be drawn was reported when the frame was composed.
     void Inspect(std::vector<InspectedPlane>* planes);
@@ -231,34 +219,49 @@ public:
     void UnlockResource(int iType, int iNumber) override { mAudio.UnlockResource(iType, iNumber); }
     int ResourceExists(int iType, int iNumber) override { return mAudio.ResourceExists(iType, iNumber); }
 
-    int GetNowSeenRect(std::int32_t lPlaneId, std::int32_t lScreenItemId, ZOR_Rect* pRect) override;
+    int GetNowSeenRect(std::int32_t lPlaneId, std::int32_t lScreenItemId, ZOR_Rect* pRect) override
+    { return mScene.GetNowSeenRect(lPlaneId, lScreenItemId, pRect); }
     int NumLoops(int iView) override;
     int NumCels(std::uint32_t uView, int iLoop) override;
-    int TopPlanePriority() override;
-    int TopScreenItemPriority(std::int32_t lPlaneId) override;
+    int TopPlanePriority() override { return mScene.TopPlanePriority(); }
+    int TopScreenItemPriority(std::int32_t lPlaneId) override { return mScene.TopScreenItemPriority(lPlaneId); }
     int ScreenItemOnPoint(ZOR_Point* pPoint, std::int32_t lPlaneId, std::int32_t lScreenItemId,
-                          int fCheckSkip) override;
-    void AddScreenItem(KernelScreenItemRecord* pRecord) override;
-    void DeleteScreenItem(KernelScreenItemRecord* pRecord) override;
-    void UpdateScreenItem(KernelScreenItemRecord* pRecord) override;
+                          int fCheckSkip) override
+    { return mScene.ScreenItemOnPoint(pPoint, lPlaneId, lScreenItemId, fCheckSkip); }
+    void AddScreenItem(KernelScreenItemRecord* pRecord) override { mScene.AddScreenItem(pRecord); }
+    void DeleteScreenItem(KernelScreenItemRecord* pRecord) override
+    { mScene.ForgetItem(pRecord, "DeleteScreenItem"); }
+    void UpdateScreenItem(KernelScreenItemRecord* pRecord) override { mScene.UpdateScreenItem(pRecord); }
 
     std::int32_t AddPolygon(std::int32_t lPlaneId, ZOR_Point* pPoints, int iCount, int iPriority, int iColor,
-                            int iStyle, int iPattern, int iThickness, int fClosed) override;
-    void DeletePolygon(std::int32_t lPlaneId, std::int32_t lPolygonId) override;
+                            int iStyle, int iPattern, int iThickness, int fClosed) override
+    { return mScene.AddPolygon(lPlaneId, pPoints, iCount, iPriority, iColor, iStyle, iPattern, iThickness, fClosed); }
+    void DeletePolygon(std::int32_t lPlaneId, std::int32_t lPolygonId) override
+    { mScene.DeletePolygon(lPlaneId, lPolygonId); }
     void UpdatePolygon(std::int32_t lPlaneId, std::int32_t lPolygonId, ZOR_Point* pPoints, int iCount,
-                       int iPriority, int iColor, int iStyle, int iPattern, int iThickness, int fClosed) override;
+                       int iPriority, int iColor, int iStyle, int iPattern, int iThickness, int fClosed) override
+    {
+        mScene.UpdatePolygon(lPlaneId, lPolygonId, pPoints, iCount, iPriority, iColor, iStyle, iPattern, iThickness,
+                             fClosed);
+    }
 
     void UpdateScreen(int fFlag) override;
 
-    void AddPlane(KernelPlaneRecord* pRecord) override;
+    void AddPlane(KernelPlaneRecord* pRecord) override { mScene.AddPlane(pRecord); }
     void DeletePlane(std::int32_t lPlaneId) override;
-    void UpdatePlane(KernelPlaneRecord* pRecord) override;
-    void AddPicAt(std::int32_t lPlaneId, int iPicture, int x, int y, int fMirror, int fDeleteCopy) override;
-    void SetShowStyle(std::int32_t lPlaneId, int iStyle, int iSpeed, int iColor, int fAnimate,
-                      int fUseReferenceFrame, int iToFrom, int* piArray, int iArraySize, int iDivisions) override;
-    int ShowStylePercentComplete(std::int32_t lPlaneId) override;
-    void SetScroll(std::int32_t lPlaneId, int iStepX, int iStepY, int iPicture, int fAnimate, int iTicks,
-                   int fMirror) override;
+    void UpdatePlane(KernelPlaneRecord* pRecord) override { mScene.UpdatePlane(pRecord); }
+    // The copy flag is the library's: the kernel keeps no copy to delete.
+    void AddPicAt(std::int32_t lPlaneId, int iPicture, int x, int y, int fMirror, int /*fDeleteCopy*/) override
+    { mScene.AddPicAt(lPlaneId, iPicture, x, y, fMirror); }
+    // Animation, a reference frame and an array of steps are not drawn.
+    void SetShowStyle(std::int32_t lPlaneId, int iStyle, int iSpeed, int iColor, int /*fAnimate*/,
+                      int /*fUseReferenceFrame*/, int iToFrom, int* /*piArray*/, int /*iArraySize*/,
+                      int iDivisions) override
+    { mScene.SetShowStyle(lPlaneId, iStyle, iSpeed, iColor, iToFrom, iDivisions); }
+    int ShowStylePercentComplete(std::int32_t lPlaneId) override { return mScene.ShowStylePercentComplete(lPlaneId); }
+    void SetScroll(std::int32_t lPlaneId, int iStepX, int iStepY, int iPicture, int /*fAnimate*/, int iTicks,
+                   int fMirror) override
+    { mScene.SetScroll(lPlaneId, iStepX, iStepY, iPicture, iTicks, fMirror); }
     void MovePlaneItems(std::int32_t lPlaneId, int iDeltaX, int iDeltaY, int fMovePictures) override;
 
     void InitRobot(std::uint32_t uRobot, std::int32_t lPlaneId, int iPriority, int x, int y, int iValue) override;
@@ -282,8 +285,8 @@ public:
     void GetLastMessageKeys(int* piKeys) override { mMessages.GetLastMessageKeys(piKeys); }
 
     void GetEvent(std::uint32_t uMask, KernelEventRecord* pRecord) override;
-    void PlaneToLocal(std::int32_t lPlaneId, ZOR_Point* pPoint) override;
-    void PlaneToGlobal(std::int32_t lPlaneId, ZOR_Point* pPoint) override;
+    void PlaneToLocal(std::int32_t lPlaneId, ZOR_Point* pPoint) override { mScene.PlaneToLocal(lPlaneId, pPoint); }
+    void PlaneToGlobal(std::int32_t lPlaneId, ZOR_Point* pPoint) override { mScene.PlaneToGlobal(lPlaneId, pPoint); }
     void ShowCursor() override;
     void HideCursor() override;
     void SetCursorPos(ZOR_Point* pPoint) override;
@@ -318,19 +321,24 @@ public:
     unsigned GetVmdWidth() override { return mMovies.GetVmdWidth(); }
     unsigned GetVmdHeight() override { return mMovies.GetVmdHeight(); }
 
-    int PointInPolygon(int x, int y, ZOR_Point* pPoints, int iCount) override;
+    int PointInPolygon(int x, int y, ZOR_Point* pPoints, int iCount) override
+    { return SoftScene::PointInPolygon(x, y, pPoints, iCount); }
 
     void* AllocMemory(std::uint32_t uSize, const char* pFile, int iLine) override;
     void FreeMemory(void* pBlock) override;
 
-    KernelPlaneRecord* NewPlane(int iType, int iColor, ZOR_Rect* pRect, int iWindowIndex, int iPriority,
-                                ZOR_Point* pVanishingPoint, int iPicture, int fMirror) override;
-    void PlaneRectChanged(KernelPlaneRecord* pRecord) override;
+    // One window: the window index is not used.
+    KernelPlaneRecord* NewPlane(int iType, int iColor, ZOR_Rect* pRect, int /*iWindowIndex*/, int iPriority,
+                                ZOR_Point* pVanishingPoint, int iPicture, int fMirror) override
+    { return mScene.NewPlane(iType, iColor, pRect, iPriority, pVanishingPoint, iPicture, fMirror); }
+    void PlaneRectChanged(KernelPlaneRecord* pRecord) override { mScene.PlaneRectChanged(pRecord); }
     KernelScreenItemRecord* NewScreenItem(std::int32_t lPlaneId, KernelScreenItemSource* pSource, ZOR_Point pos,
-                                          ScaleInfo scale) override;
-    void DisposeScreenItem(KernelScreenItemRecord* pRecord) override;
+                                          ScaleInfo scale) override
+    { return mScene.NewScreenItem(lPlaneId, pSource, pos, scale); }
+    void DisposeScreenItem(KernelScreenItemRecord* pRecord) override
+    { mScene.ForgetItem(pRecord, "DisposeScreenItem"); }
     int DLLCheckValid(int iMemId) override { return mBitmaps.IsLive(iMemId); }
-    void PlaneCreated(KernelPlaneRecord* pRecord) override;
+    void PlaneCreated(KernelPlaneRecord* pRecord) override { mScene.PlaneCreated(pRecord); }
 
     unsigned OpenAvi(int iMovie, const char* pFileName) override { return mMovies.OpenAvi(iMovie, pFileName); }
     unsigned CloseAvi(int iMovie) override { return mMovies.CloseAvi(iMovie); }
@@ -370,44 +378,14 @@ public:
     };
 
 private:
-    friend class SoftCompositor;
-    struct Item;
-    struct Plane;
-    struct Polygon;
-
     void Report(const std::string& fault) override;
     __attribute__((format(printf, 2, 3))) void Trace(const char* format, ...) override;
-    void ForgetItem(KernelScreenItemRecord* pRecord, const char* operation);
-    Plane* FindPlane(std::int32_t id);
-    Item* FindItem(std::int32_t planeId, std::int32_t itemId);
-    void TakeOver(Item& item);
-    void TakeOver(Plane& plane);
-    // The bitmap an item shows, or null (the fault reported). Worked out once
-    // after each take-over and kept while the bitmap epoch holds.
-    const SoftBitmap* ItemBitmap(Item& item);
-    const SoftBitmap* ResolveBitmap(const Item& item);
-    // Changes whenever a bitmap an item points at may have gone: a memory
-    // bitmap made or freed, resources replaced.
-    std::uint64_t BitmapEpoch() const { return mResources.Generation() + mBitmaps.Epoch(); }
-    bool ItemRect(Item& item, ZOR_Rect* rect);
-    int EffectivePriority(const Item& item) const;
     std::uint32_t Now() const override;
-    int ShowStylePercent(const Plane& plane) const;
-    void FinishScroll(Plane& plane);
 
     AllocationLedger mLedger;
     SoftResources mResources;
     SoftPalette mPalette;
-    std::unique_ptr<SoftCompositor> mCompositor;
     std::string mFault;
-
-    std::map<KernelPlaneRecord*, std::unique_ptr<Plane>> mPlanes;
-    std::map<KernelScreenItemRecord*, std::unique_ptr<Item>> mItems;
-    std::map<std::int32_t, Item*> mItemsById; // by the id given at NewScreenItem
-    std::int32_t mNextPlaneId = kFirstPlaneId;
-    std::int32_t mNextItemId = 1;
-    std::int32_t mNextPolygonId = 0;
-    std::uint64_t mSerial = 0;
 
     std::uint32_t mFramesComposed = 0;
     void (*mFrameHook)(SoftKernel&, void*) = nullptr;
@@ -428,6 +406,11 @@ private:
     SoftMovies mMovies{*this, mResources};
 
     SoftBitmaps mBitmaps{*this, kWidth, kHeight};
+
+    // Planes, items and polygons, and the compositor that draws them (which
+    // reads the services above, so it comes after them).
+    SoftScene mScene{*this, mResources, mBitmaps};
+    std::unique_ptr<SoftCompositor> mCompositor;
 };
 
 #endif

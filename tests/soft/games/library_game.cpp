@@ -1,29 +1,19 @@
 // library_game.cpp - a test game built on the library, as a game author would
 // write one: a picture plane, a transparent plane with one cel, a click on the
 // cel moves it, the quit key ends the game. The player runs it headless.
-#include "quindle_game.h"
+#include "two_plane_game.h"
 
 #include "SoftExtras.h"
 
 #include "glcel.h"
-#include "gldll.h"
-#include "glgame.h"
-#include "glplane.h"
-#include "glplanes.h"
-#include "glquithd.h"
 #include "glrmmgr.h"
-#include "gluser.h"
 
 #include <cstring>
 
 namespace {
 
-struct LibraryGame {
-    GLGame* game = nullptr;
-    GLPicturePlane* back = nullptr;
-    GLTransparentPlane* front = nullptr;
+struct LibraryGame : TwoPlaneGame {
     GLCel* actor = nullptr;
-    GLQuitHandler* quit = nullptr;
     SoftKernelExtras* extras = nullptr;
     std::uint16_t captionId = 0; // the memory id of the caption's bitmap
     KernelMemBitmap* captionBitmap = nullptr;
@@ -39,12 +29,6 @@ void OnActor(GLEvent*, GLObject*)
     gGame->actor->SetPos(GLPoint(400, 300), TRUE);
 }
 
-int Step(void*)
-{
-    theGame->DoIt();
-    return theGame->mQuit ? 0 : 1;
-}
-
 void Finish(void* state)
 {
     LibraryGame* g = static_cast<LibraryGame*>(state);
@@ -57,13 +41,7 @@ void Finish(void* state)
     delete g->caption;
     delete g->captionBitmap;
     g->extras->FreeMemBitmap(g->captionId);
-    g->game->mpPlaneManager->Remove(g->front);
-    g->game->mpPlaneManager->Remove(g->back);
-    delete g->front;
-    delete g->back;
-    g->game->mpUser->mpPrimaDonnas->Remove(g->quit);
-    delete g->quit;
-    delete g->game;
+    EndGame(*g);
     delete g;
     gGame = nullptr;
 }
@@ -74,20 +52,12 @@ extern "C" __attribute__((visibility("default"))) int QuindleGameStart(const Qui
                                                                        QuindleGameLoop* loop)
 {
     DLLInit(host->kernel);
-    gGame = new LibraryGame;
-    LibraryGame* g = gGame;
-    g->game = new GLGame;
-    GLDLLInit(g->game);
-    // What Play would do: the quit handler is the last prima donna, hands on.
-    g->quit = new GLQuitHandler;
-    g->game->mpUser->mpPrimaDonnas->AddToEnd(g->quit);
-    g->game->mpUser->IsHandsOn(TRUE);
-
+    LibraryGame* g = gGame = new LibraryGame;
+    StartGame(*g);
     const ZOR_Rect screen(0, 0, 639, 479);
     g->back = new GLPicturePlane(screen, 1, 0, 0, FALSE, ZOR_Point(0, 0));
     g->front = new GLTransparentPlane(screen, 1, 0, ZOR_Point(0, 0));
-    g->game->mpPlaneManager->Add(g->back);
-    g->game->mpPlaneManager->Add(g->front);
+    AddPlanes(*g);
     g->actor = new GLCel(g->front, 100, 0, 0, GLPoint(100, 100), 10, kFullSizeScale);
     g->actor->SetSelectFunction(&OnActor);
     g->actor->Show();
@@ -113,7 +83,7 @@ extern "C" __attribute__((visibility("default"))) int QuindleGameStart(const Qui
     }
 
     loop->state = g;
-    loop->step = &Step;
+    loop->step = &StepGame;
     loop->finish = &Finish;
     return 0;
 }

@@ -3,43 +3,27 @@
 // the lower takes events, a polygon and an actor walking a path of three
 // points. Room 5 runs (its walkable area is in the game folder). The quit key
 // ends it.
-#include "quindle_game.h"
+#include "two_plane_game.h"
 
 #include "glcast.h"
 #include "glcel.h"
-#include "gldll.h"
-#include "glgame.h"
 #include "glmover.h"
-#include "glplane.h"
-#include "glplanes.h"
 #include "glpoly.h"
-#include "glquithd.h"
 #include "glrmmgr.h"
-#include "gluser.h"
 
 #include <initializer_list>
 
 namespace {
 
-struct OverlayGame {
-    GLGame* game = nullptr;
-    GLColoredPlane* back = nullptr;
-    GLTransparentPlane* front = nullptr;
+struct OverlayGame : TwoPlaneGame {
     GLCel* lower = nullptr;       // takes events
     GLCel* upper = nullptr;       // drawn over the lower, taken out of the event set
     GLPoly* pond = nullptr;
     GLCel* walker = nullptr;
     GLListAsArray<GLPoint> route{4, 4};
     GLPath* path = nullptr;
-    GLQuitHandler* quit = nullptr;
     GLRoomManager rooms;
 };
-
-int Step(void*)
-{
-    theGame->DoIt();
-    return theGame->mQuit ? 0 : 1;
-}
 
 void Finish(void* state)
 {
@@ -53,13 +37,7 @@ void Finish(void* state)
     delete g->pond;
     delete g->upper;
     delete g->lower;
-    g->game->mpPlaneManager->Remove(g->front);
-    g->game->mpPlaneManager->Remove(g->back);
-    delete g->front;
-    delete g->back;
-    g->game->mpUser->mpPrimaDonnas->Remove(g->quit);
-    delete g->quit;
-    delete g->game;
+    EndGame(*g);
     delete g;
 }
 
@@ -70,18 +48,12 @@ extern "C" __attribute__((visibility("default"))) int QuindleGameStart(const Qui
 {
     DLLInit(host->kernel);
     auto* g = new OverlayGame;
-    g->game = new GLGame;
-    GLDLLInit(g->game);
-    g->quit = new GLQuitHandler;
-    g->game->mpUser->mpPrimaDonnas->AddToEnd(g->quit);
-    g->game->mpUser->IsHandsOn(TRUE);
-
-    const ScaleInfo full{kScaleFull, kScaleFull, kScaleMaxDefault, kScaleModeDefault};
+    StartGame(*g);
+    const ScaleInfo full = kFullSizeScale;
     g->back = new GLColoredPlane(ZOR_Rect(0, 0, 639, 479), 3, 0, 0, ZOR_Point(0, 0));
     // Offset from the screen, so that plane and screen coordinates differ.
     g->front = new GLTransparentPlane(ZOR_Rect(40, 60, 599, 439), 1, 0, ZOR_Point(0, 0));
-    g->game->mpPlaneManager->Add(g->back);
-    g->game->mpPlaneManager->Add(g->front);
+    AddPlanes(*g);
 
     g->lower = new GLCel(g->front, 100, 0, 0, GLPoint(150, 150), 10, full);
     g->upper = new GLCel(g->front, 101, 0, 0, GLPoint(170, 165), 20, full);
@@ -105,7 +77,7 @@ extern "C" __attribute__((visibility("default"))) int QuindleGameStart(const Qui
     g->rooms.InitRoom();
 
     loop->state = g;
-    loop->step = &Step;
+    loop->step = &StepGame;
     loop->finish = &Finish;
     return 0;
 }

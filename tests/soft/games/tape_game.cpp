@@ -5,15 +5,9 @@
 // Game arguments: "check" makes a click fail a check of the library
 // (a cel of priority -5); "sdl" pushes a click on the actor into SDL's event
 // queue at the tenth frame, as a window's user would make it.
-#include "quindle_game.h"
+#include "two_plane_game.h"
 
 #include "glcel.h"
-#include "gldll.h"
-#include "glgame.h"
-#include "glplane.h"
-#include "glplanes.h"
-#include "glquithd.h"
-#include "gluser.h"
 #ifdef TAPE_GAME_SDL
 #include <SDL2/SDL.h>
 #endif
@@ -22,12 +16,8 @@
 
 namespace {
 
-struct TapeGame {
-    GLGame* game = nullptr;
-    GLPicturePlane* back = nullptr;
-    GLTransparentPlane* front = nullptr;
+struct TapeGame : TwoPlaneGame {
     GLCel* actor = nullptr;
-    GLQuitHandler* quit = nullptr;
     bool failCheck = false;
     bool pushClicks = false;
     int frames = 0;
@@ -39,7 +29,7 @@ void OnActor(GLEvent*, GLObject*)
 {
     TapeGame* g = gGame;
     if (g->failCheck)
-        new GLCel(g->front, 100, 0, 0, GLPoint(0, 0), -5, ScaleInfo{128, 128, 100, 0});
+        new GLCel(g->front, 100, 0, 0, GLPoint(0, 0), -5, kFullSizeScale);
     int size = 0;
     char text[256] = "";
     if (kernel->GetMessageSize(1, 1, 1, 1, 1, &size) && size <= static_cast<int>(sizeof text))
@@ -69,21 +59,14 @@ int Step(void*)
         PushButton(SDL_MOUSEBUTTONUP, 95, 80);
     }
 #endif
-    theGame->DoIt();
-    return theGame->mQuit ? 0 : 1;
+    return StepGame(nullptr);
 }
 
 void Finish(void* state)
 {
     TapeGame* g = static_cast<TapeGame*>(state);
     delete g->actor;
-    g->game->mpPlaneManager->Remove(g->front);
-    g->game->mpPlaneManager->Remove(g->back);
-    delete g->front;
-    delete g->back;
-    g->game->mpUser->mpPrimaDonnas->Remove(g->quit);
-    delete g->quit;
-    delete g->game;
+    EndGame(*g);
     delete g;
     gGame = nullptr;
 }
@@ -99,17 +82,12 @@ extern "C" __attribute__((visibility("default"))) int QuindleGameStart(const Qui
         g->failCheck = g->failCheck || std::strcmp(host->argv[i], "check") == 0;
         g->pushClicks = g->pushClicks || std::strcmp(host->argv[i], "sdl") == 0;
     }
-    g->game = new GLGame;
-    GLDLLInit(g->game);
-    g->quit = new GLQuitHandler;
-    g->game->mpUser->mpPrimaDonnas->AddToEnd(g->quit);
-    g->game->mpUser->IsHandsOn(TRUE);
+    StartGame(*g);
     const ZOR_Rect screen(0, 0, 639, 479);
     g->back = new GLPicturePlane(screen, 1, 0, 0, FALSE, ZOR_Point(0, 0));
     g->front = new GLTransparentPlane(screen, 1, 0, ZOR_Point(0, 0));
-    g->game->mpPlaneManager->Add(g->back);
-    g->game->mpPlaneManager->Add(g->front);
-    g->actor = new GLCel(g->front, 100, 0, 0, GLPoint(100, 100), 10, ScaleInfo{128, 128, 100, 0});
+    AddPlanes(*g);
+    g->actor = new GLCel(g->front, 100, 0, 0, GLPoint(100, 100), 10, kFullSizeScale);
     g->actor->SetSelectFunction(&OnActor);
     g->actor->Show();
     g->actor->ForceUpdate();
