@@ -481,41 +481,26 @@ TEST_F(SoftCompose, AMemoryBitmapRedrawnAfterItWasShownIsDrawnAsItIsNow)
     k.FreeMemBitmap(id);
 }
 
-// Cels up to 64 pixels wide are drawn by whole rows merged under their mask,
-// 16 pixels at a time (the last block overlapping when the width is not a
-// multiple of 16); others by runs. Each width, whole, against the right edge,
-// cut by the left edge and by the bottom, gives the pixels drawn by hand.
-TEST_F(SoftCompose, CelsOfEachWidthAreDrawnAsByHandWholeAndCut)
+// Narrow cels are merged with the frame 16 pixels at a time, the last block
+// overlapping: bitmaps of each width class with a hole, flush against the
+// right edge of the screen, are drawn as by hand.
+TEST_F(SoftCompose, BitmapsOfEachWidthAreDrawnAsByHand)
 {
-    const int widths[] = {15, 16, 17, 40, 64, 65};
-    const auto pixel = [](int x, int y) { return y == 0 || y == 5 || (x + 2 * y) % 5 == 0 ? -1 : 2 + (3 * x + y) % 11; };
-    SoftView view;
-    view.loops.resize(1);
-    for (int w : widths) {
-        SoftBitmap cel;
-        cel.Resize(w, 6, 0, 0);
-        for (int y = 0; y < 6; y++)
-            for (int x = 0; x < w; x++)
-                if (pixel(x, y) >= 0)
-                    cel.pixels[y * w + x] = static_cast<std::uint8_t>(pixel(x, y)), cel.opaque[y * w + x] = 1;
-        view.loops[0].push_back(cel);
-    }
-    k.Resources().PutView(20, view);
     KernelPlaneRecord* p = MakePlane(k, -1, 1, ZOR_Rect(0, 0, 639, 479), 0);
     Expected e = Filled(0, 0, 639, 479, 1);
-    for (int i = 0; i < 6; i++) {
-        const int w = widths[i];
-        for (const ZOR_Point at : {ZOR_Point(8, 10 + 8 * i), ZOR_Point(640 - w, 10 + 8 * i), ZOR_Point(-5, 100 + 8 * i),
-                                   ZOR_Point(100 + 70 * i, 476)}) {
-            MakeItem(k, p, 20, 0, i, at.x, at.y);
-            for (int y = 0; y < 6; y++)
-                for (int x = 0; x < w; x++)
-                    if (pixel(x, y) >= 0 && at.x + x >= 0 && at.y + y < 480)
-                        e.Set(at.x + x, at.y + y, pixel(x, y));
-        }
+    int top = 0;
+    for (const int w : {15, 16, 17, 40, 64, 65}) {
+        const std::uint16_t id = k.CreateMemBitmap(w, 6, 0, 0); // transparent but rows 1 to 4, with a hole
+        k.FillMemBitmap(id, 0, 1, w - 1, 4, w % 13 + 2);
+        k.FillMemBitmap(id, 3, 2, w - 4, 3, 0);
+        KernelScreenItemSource src{2, 0, 0, 0, id, {0, 0}};
+        k.AddScreenItem(k.NewScreenItem(p->id, &src, ZOR_Point(640 - w, top), kFullSizeScale));
+        e.Fill(640 - w, top + 1, 639, top + 4, w % 13 + 2);
+        e.Fill(643 - w, top + 2, 636, top + 3, 1);
+        top += 8;
     }
     k.UpdateScreen(1);
-    EXPECT_TRUE(FrameMatches(k, e, "cel_widths"));
+    EXPECT_TRUE(FrameMatches(k, e, "bitmap_widths"));
 }
 
 // Values far outside the screen, the unset marker among them, are drawn (or
