@@ -4,7 +4,11 @@
 // messages, memory bitmaps and text, ...) to a class of its own. A service
 // never calls another service, nor an operation of the kernel: it asks its
 // host only for the clock and for places to put faults and trace lines, so
-// that calls run one way, from the kernel into its services.
+// that calls run one way, from the kernel into its services. The picture is
+// the one place that reads services: the scene (SoftScene.h) looks cels up in
+// the resources and memory bitmaps, and the compositor (SoftCompositor.h)
+// draws the scene with the resources' pictures and the robot; neither calls
+// back into the kernel.
 #ifndef QUINDLE_SOFT_HOST_H
 #define QUINDLE_SOFT_HOST_H
 

@@ -336,29 +336,35 @@ unsigned SoftMovies::PauseAvi(int iMovie)
     return 0;
 }
 
-unsigned SoftMovies::CueAvi(int iMovie, int iFrame)
+// Puts an open movie at a frame (clamped to its frames) from now on; null
+// when it is not open.
+SoftMovies::Avi* SoftMovies::MoveAvi(int iMovie, int iFrame)
 {
     auto found = mAvis.find(iMovie);
     if (found == mAvis.end())
-        return 1;
+        return nullptr;
     Avi& a = *found->second;
     a.frame = std::max(0, std::min(iFrame, static_cast<int>(a.movie->frames.size()) - 1));
     a.startFrame = a.frame;
     a.start = mHost.Now();
-    a.status = kOpen | kPaused; // shown, waiting to play on
+    return &a;
+}
+
+unsigned SoftMovies::CueAvi(int iMovie, int iFrame)
+{
+    Avi* a = MoveAvi(iMovie, iFrame);
+    if (!a)
+        return 1;
+    a->status = kOpen | kPaused; // shown, waiting to play on
     return 0;
 }
 
 unsigned SoftMovies::SeekAvi(int iMovie, int iFrame)
 {
-    auto found = mAvis.find(iMovie);
-    if (found == mAvis.end())
+    Avi* a = MoveAvi(iMovie, iFrame);
+    if (!a)
         return 1;
-    Avi& a = *found->second;
-    a.frame = std::max(0, std::min(iFrame, static_cast<int>(a.movie->frames.size()) - 1));
-    a.startFrame = a.frame;
-    a.start = mHost.Now();
-    a.status &= ~kEnded;
+    a->status &= ~kEnded;
     return 0;
 }
 

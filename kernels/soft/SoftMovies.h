@@ -123,6 +123,7 @@ private:
         std::uint32_t start = 0;  // tick at which `startFrame` showed
         int startFrame = 0;
     };
+    Avi* MoveAvi(int iMovie, int iFrame);
 
     SoftServiceHost& mHost;
     SoftResources& mResources;

@@ -73,42 +73,38 @@ SoftScene::Plane* SoftScene::FindPlane(std::int32_t id)
     return nullptr;
 }
 
-void SoftScene::AddPlane(KernelPlaneRecord* pRecord)
+SoftScene::Plane* SoftScene::PlaneOf(KernelPlaneRecord* pRecord, const char* operation)
 {
     auto found = mPlanes.find(pRecord);
-    if (found == mPlanes.end()) {
-        mHost.Report("AddPlane: a plane record this kernel did not make");
-        return;
+    if (found != mPlanes.end())
+        return found->second.get();
+    mHost.Report(std::string(operation) + ": a plane record this kernel did not make");
+    return nullptr;
+}
+
+void SoftScene::AddPlane(KernelPlaneRecord* pRecord)
+{
+    if (Plane* plane = PlaneOf(pRecord, "AddPlane")) {
+        TakeOver(*plane);
+        plane->added = true;
     }
-    TakeOver(*found->second);
-    found->second->added = true;
 }
 
 void SoftScene::PlaneCreated(KernelPlaneRecord* pRecord)
 {
-    if (!mPlanes.count(pRecord))
-        mHost.Report("PlaneCreated: a plane record this kernel did not make");
+    PlaneOf(pRecord, "PlaneCreated");
 }
 
 void SoftScene::PlaneRectChanged(KernelPlaneRecord* pRecord)
 {
-    auto found = mPlanes.find(pRecord);
-    if (found == mPlanes.end()) {
-        mHost.Report("PlaneRectChanged: a plane record this kernel did not make");
-        return;
-    }
-    if (pRecord->rect.IsEmpty())
+    if (PlaneOf(pRecord, "PlaneRectChanged") && pRecord->rect.IsEmpty())
         mHost.Report("PlaneRectChanged: plane " + std::to_string(pRecord->id) + " was given an empty rectangle");
 }
 
 void SoftScene::UpdatePlane(KernelPlaneRecord* pRecord)
 {
-    auto found = mPlanes.find(pRecord);
-    if (found == mPlanes.end()) {
-        mHost.Report("UpdatePlane: a plane record this kernel did not make");
-        return;
-    }
-    TakeOver(*found->second);
+    if (Plane* plane = PlaneOf(pRecord, "UpdatePlane"))
+        TakeOver(*plane);
 }
 
 bool SoftScene::DeletePlane(std::int32_t lPlaneId)
@@ -315,14 +311,21 @@ SoftScene::Item* SoftScene::FindItem(std::int32_t planeId, std::int32_t itemId)
     return found->second;
 }
 
-void SoftScene::AddScreenItem(KernelScreenItemRecord* pRecord)
+SoftScene::Item* SoftScene::ItemOf(KernelScreenItemRecord* pRecord, const char* operation)
 {
     auto found = mItems.find(pRecord);
-    if (found == mItems.end()) {
-        mHost.Report("AddScreenItem: a screen item record this kernel did not make");
+    if (found != mItems.end())
+        return found->second.get();
+    mHost.Report(std::string(operation) + ": a screen item record this kernel did not make");
+    return nullptr;
+}
+
+void SoftScene::AddScreenItem(KernelScreenItemRecord* pRecord)
+{
+    Item* found = ItemOf(pRecord, "AddScreenItem");
+    if (!found)
         return;
-    }
-    Item& item = *found->second;
+    Item& item = *found;
     TakeOver(item);
     if (!FindPlane(item.planeId)) {
         mHost.Report("AddScreenItem: screen item " + std::to_string(item.id) + " names plane " +
@@ -336,27 +339,22 @@ void SoftScene::AddScreenItem(KernelScreenItemRecord* pRecord)
 
 void SoftScene::UpdateScreenItem(KernelScreenItemRecord* pRecord)
 {
-    auto found = mItems.find(pRecord);
-    if (found == mItems.end()) {
-        mHost.Report("UpdateScreenItem: a screen item record this kernel did not make");
-        return;
+    if (Item* item = ItemOf(pRecord, "UpdateScreenItem")) {
+        TakeOver(*item);
+        mWatcher->Placed(*item);
     }
-    TakeOver(*found->second);
-    mWatcher->Placed(*found->second);
 }
 
 // Taking an item off the screen and freeing a record that was never shown
 // come to the same here: the kernel keeps no list apart from its records.
 void SoftScene::ForgetItem(KernelScreenItemRecord* pRecord, const char* operation)
 {
-    auto found = mItems.find(pRecord);
-    if (found == mItems.end()) {
-        mHost.Report(std::string(operation) + ": a screen item record this kernel did not make");
+    Item* item = ItemOf(pRecord, operation);
+    if (!item)
         return;
-    }
-    mWatcher->Removed(*found->second);
-    mItemsById.erase(found->second->id);
-    mItems.erase(found);
+    mWatcher->Removed(*item);
+    mItemsById.erase(item->id);
+    mItems.erase(pRecord);
     delete pRecord;
 }
 

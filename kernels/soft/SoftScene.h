@@ -254,6 +254,10 @@ public:
     void Inspect(std::vector<InspectedPlane>* planes);
 
 private:
+    // The plane or item of a record this scene made, or null with a fault
+    // naming `operation`.
+    Plane* PlaneOf(KernelPlaneRecord* pRecord, const char* operation);
+    Item* ItemOf(KernelScreenItemRecord* pRecord, const char* operation);
     Item* FindItem(std::int32_t planeId, std::int32_t itemId);
     void TakeOver(Item& item);
     void TakeOver(Plane& plane);
