@@ -8,7 +8,9 @@
 // then merged in). An item's bitmap and its corner are worked out once after
 // each take-over, not every frame. Bitmaps are drawn by their runs of opaque
 // pixels (SoftBitmap::Runs), so transparent rows and gaps cost nothing and a
-// wholly opaque bitmap is a copy per row. The frame is cleared only where no
+// wholly opaque bitmap is a copy per row; a narrow cel (16 to 64 pixels) not
+// cut left or right is merged with the frame row by row under its mask, 16
+// pixels at a time, which costs less than a branch on each run's length. The frame is cleared only where no
 // opaque plane will be drawn, a picture plane is filled with its colour only
 // around a wholly opaque picture, and a plane that a later opaque plane hides
 // entirely is brought up to date (scrolls, faults) but not drawn.

@@ -6,6 +6,7 @@
 #include <gif_lib.h>
 #include <png.h>
 
+#include <algorithm>
 #include <cstring>
 #include <fcntl.h>
 #include <unistd.h>
@@ -63,6 +64,8 @@ void SoftBitmap::MakeRuns() const
     mRowStart.assign(1, 0);
     mRuns.clear();
     mWhollyOpaque = true;
+    mFirstRow = height;
+    mLastRow = -1;
     const int w = width > 0 ? width : 0;
     for (int y = 0; y < height; y++) {
         const std::uint8_t* row = opaque.data() + static_cast<std::size_t>(y) * w;
@@ -79,6 +82,10 @@ void SoftBitmap::MakeRuns() const
         const std::uint32_t rowRuns = static_cast<std::uint32_t>(mRuns.size()) - mRowStart.back();
         if (rowRuns != 1 || mRuns.back().length != static_cast<std::uint32_t>(w))
             mWhollyOpaque = false;
+        if (rowRuns) {
+            mFirstRow = std::min(mFirstRow, y);
+            mLastRow = y;
+        }
         mRowStart.push_back(static_cast<std::uint32_t>(mRuns.size()));
     }
     mRunsValid = true;

@@ -52,15 +52,18 @@ struct SoftBitmap {
     // The opaque pixels as runs, row by row, left to right: row y's runs are
     // runs[rowStart[y]] up to (not including) runs[rowStart[y + 1]]; a wholly
     // transparent row has none. Made from `opaque` on first use after a change.
+    // `firstRow` and `lastRow` are the first and last rows with an opaque
+    // pixel (lastRow < firstRow when there is none).
     struct RunTable {
         const std::uint32_t* rowStart;
         const SoftRun* runs;
+        int firstRow, lastRow;
     };
     RunTable Runs() const
     {
         if (!mRunsValid)
             MakeRuns();
-        return RunTable{mRowStart.data(), mRuns.data()};
+        return RunTable{mRowStart.data(), mRuns.data(), mFirstRow, mLastRow};
     }
     // Every pixel is opaque (the bitmap is drawn by plain copies).
     bool WhollyOpaque() const
@@ -75,6 +78,7 @@ private:
 
     mutable bool mRunsValid = false;
     mutable bool mWhollyOpaque = false;
+    mutable int mFirstRow = 0, mLastRow = -1;
     mutable std::vector<std::uint32_t> mRowStart; // height + 1 entries into mRuns
     mutable std::vector<SoftRun> mRuns;
 };

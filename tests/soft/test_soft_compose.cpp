@@ -481,6 +481,28 @@ TEST_F(SoftCompose, AMemoryBitmapRedrawnAfterItWasShownIsDrawnAsItIsNow)
     k.FreeMemBitmap(id);
 }
 
+// Narrow cels are merged with the frame 16 pixels at a time, the last block
+// overlapping: bitmaps of each width class with a hole, flush against the
+// right edge of the screen, are drawn as by hand.
+TEST_F(SoftCompose, BitmapsOfEachWidthAreDrawnAsByHand)
+{
+    KernelPlaneRecord* p = MakePlane(k, -1, 1, ZOR_Rect(0, 0, 639, 479), 0);
+    Expected e = Filled(0, 0, 639, 479, 1);
+    int top = 0;
+    for (const int w : {15, 16, 17, 40, 64, 65}) {
+        const std::uint16_t id = k.CreateMemBitmap(w, 6, 0, 0); // transparent but rows 1 to 4, with a hole
+        k.FillMemBitmap(id, 0, 1, w - 1, 4, w % 13 + 2);
+        k.FillMemBitmap(id, 3, 2, w - 4, 3, 0);
+        KernelScreenItemSource src{2, 0, 0, 0, id, {0, 0}};
+        k.AddScreenItem(k.NewScreenItem(p->id, &src, ZOR_Point(640 - w, top), kFullSizeScale));
+        e.Fill(640 - w, top + 1, 639, top + 4, w % 13 + 2);
+        e.Fill(643 - w, top + 2, 636, top + 3, 1);
+        top += 8;
+    }
+    k.UpdateScreen(1);
+    EXPECT_TRUE(FrameMatches(k, e, "bitmap_widths"));
+}
+
 // Values far outside the screen, the unset marker among them, are drawn (or
 // not) without any arithmetic going wrong; the sanitizer build watches.
 TEST(SoftExtremes, FarCoordinatesAreSafe)
