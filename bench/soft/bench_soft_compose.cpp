@@ -71,15 +71,15 @@ void Scene(SoftKernel& k, int cels)
 
     ZOR_Point vanish(0, 0);
     ZOR_Rect screen(0, 0, kW - 1, kH - 1);
-    KernelPlaneRecord* back = k.NewPlane(-4, 0, &screen, 0, 0, &vanish, 1, 0);
+    KernelPlaneRecord* back = k.NewPlane(kPlanePicture, 0, &screen, 0, 0, &vanish, 1, 0);
     k.AddPlane(back);
     k.PlaneCreated(back);
-    KernelPlaneRecord* front = k.NewPlane(-2, 0, &screen, 0, 1, &vanish, 0, 0);
+    KernelPlaneRecord* front = k.NewPlane(kPlaneTransparent, 0, &screen, 0, 1, &vanish, 0, 0);
     k.AddPlane(front);
     k.PlaneCreated(front);
     for (int i = 0; i < cels; i++) {
         KernelScreenItemSource src{0, 50, 0, 0, 0, {0, 0}};
-        KernelScreenItemRecord* r = k.NewScreenItem(front->id, &src, CelPosition(i), ScaleInfo{128, 128, 100, 0});
+        KernelScreenItemRecord* r = k.NewScreenItem(front->id, &src, CelPosition(i), kFullSizeScale);
         k.AddScreenItem(r);
     }
 }
