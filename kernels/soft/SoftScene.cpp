@@ -73,13 +73,22 @@ SoftScene::Plane* SoftScene::FindPlane(std::int32_t id)
     return nullptr;
 }
 
+// What the scene keeps of a record it made, or null with a fault naming the
+// operation and the kind of record.
+template <class Record, class Kept>
+Kept* SoftScene::Own(std::map<Record*, std::unique_ptr<Kept>>& kept, Record* pRecord, const char* operation,
+                     const char* kind)
+{
+    auto found = kept.find(pRecord);
+    if (found != kept.end())
+        return found->second.get();
+    mHost.Report(std::string(operation) + ": a " + kind + " record this kernel did not make");
+    return nullptr;
+}
+
 SoftScene::Plane* SoftScene::PlaneOf(KernelPlaneRecord* pRecord, const char* operation)
 {
-    auto found = mPlanes.find(pRecord);
-    if (found != mPlanes.end())
-        return found->second.get();
-    mHost.Report(std::string(operation) + ": a plane record this kernel did not make");
-    return nullptr;
+    return Own(mPlanes, pRecord, operation, "plane");
 }
 
 void SoftScene::AddPlane(KernelPlaneRecord* pRecord)
@@ -313,11 +322,7 @@ SoftScene::Item* SoftScene::FindItem(std::int32_t planeId, std::int32_t itemId)
 
 SoftScene::Item* SoftScene::ItemOf(KernelScreenItemRecord* pRecord, const char* operation)
 {
-    auto found = mItems.find(pRecord);
-    if (found != mItems.end())
-        return found->second.get();
-    mHost.Report(std::string(operation) + ": a screen item record this kernel did not make");
-    return nullptr;
+    return Own(mItems, pRecord, operation, "screen item");
 }
 
 void SoftScene::AddScreenItem(KernelScreenItemRecord* pRecord)

@@ -257,6 +257,9 @@ private:
     // The plane or item of a record this scene made, or null with a fault
     // naming `operation`.
     Plane* PlaneOf(KernelPlaneRecord* pRecord, const char* operation);
+    template <class Record, class Kept>
+    Kept* Own(std::map<Record*, std::unique_ptr<Kept>>& kept, Record* pRecord, const char* operation,
+              const char* kind);
     Item* ItemOf(KernelScreenItemRecord* pRecord, const char* operation);
     Item* FindItem(std::int32_t planeId, std::int32_t itemId);
     void TakeOver(Item& item);
