@@ -145,16 +145,26 @@ int SoftScene::TopPlanePriority() const
     return top;
 }
 
-void SoftScene::AddPicAt(std::int32_t lPlaneId, int iPicture, int x, int y, int fMirror)
+// The plane of that id, when it exists and the picture can be read (null
+// otherwise, with the picture's fault reported).
+SoftScene::Plane* SoftScene::PlaneForPicture(std::int32_t lPlaneId, int iPicture)
 {
     Plane* plane = FindPlane(lPlaneId);
     if (!plane)
-        return;
+        return nullptr;
     std::string error;
     if (!mResources.Picture(iPicture, &error)) {
         mHost.Report(error);
-        return;
+        return nullptr;
     }
+    return plane;
+}
+
+void SoftScene::AddPicAt(std::int32_t lPlaneId, int iPicture, int x, int y, int fMirror)
+{
+    Plane* plane = PlaneForPicture(lPlaneId, iPicture);
+    if (!plane)
+        return;
     plane->extraPics.push_back(Plane::Pic{iPicture, Safe(x), Safe(y), fMirror});
 }
 
@@ -194,14 +204,9 @@ int SoftScene::ShowStylePercentComplete(std::int32_t lPlaneId)
 void SoftScene::SetScroll(std::int32_t lPlaneId, int iStepX, int iStepY, int iPicture, int iTicks,
                           int fMirror)
 {
-    Plane* plane = FindPlane(lPlaneId);
+    Plane* plane = PlaneForPicture(lPlaneId, iPicture);
     if (!plane)
         return;
-    std::string error;
-    if (!mResources.Picture(iPicture, &error)) {
-        mHost.Report(error);
-        return;
-    }
     if (iStepX == 0 && iStepY == 0)
         return;
     plane->scrolling = true;

@@ -262,6 +262,7 @@ private:
               const char* kind);
     Item* ItemOf(KernelScreenItemRecord* pRecord, const char* operation);
     Item* FindItem(std::int32_t planeId, std::int32_t itemId);
+    Plane* PlaneForPicture(std::int32_t lPlaneId, int iPicture);
     void TakeOver(Item& item);
     void TakeOver(Plane& plane);
     const SoftBitmap* ResolveBitmap(const Item& item);
