@@ -29,14 +29,21 @@
 #       failed check.
 include_guard(GLOBAL)
 
+# A configure error for arguments no function takes, or for a required
+# argument (`value`) left empty: `missing` says what is wrong then.
+function(_quindle_check_arguments where unparsed value missing)
+  if(unparsed)
+    message(FATAL_ERROR "${where}: unknown arguments: ${unparsed}")
+  endif()
+  if(NOT value)
+    message(FATAL_ERROR "${where}: ${missing}")
+  endif()
+endfunction()
+
 function(quindle_add_game target)
   cmake_parse_arguments(PARSE_ARGV 1 arg "" "FOLDER;TITLE" "SOURCES;ASSETS;DEPENDS")
-  if(arg_UNPARSED_ARGUMENTS)
-    message(FATAL_ERROR "quindle_add_game(${target}): unknown arguments: ${arg_UNPARSED_ARGUMENTS}")
-  endif()
-  if(NOT arg_SOURCES)
-    message(FATAL_ERROR "quindle_add_game(${target}): SOURCES names no file")
-  endif()
+  _quindle_check_arguments("quindle_add_game(${target})" "${arg_UNPARSED_ARGUMENTS}" "${arg_SOURCES}"
+                           "SOURCES names no file")
   if(NOT arg_FOLDER)
     set(arg_FOLDER ${CMAKE_CURRENT_BINARY_DIR}/${target})
   endif()
@@ -103,12 +110,8 @@ function(quindle_add_room game number)
   if(NOT number MATCHES "^[0-9]+$" OR number LESS 1 OR number GREATER 9999999)
     message(FATAL_ERROR "quindle_add_room(${game} ${number}): the room number must be 1..9999999, not '${number}'")
   endif()
-  if(arg_UNPARSED_ARGUMENTS)
-    message(FATAL_ERROR "quindle_add_room(${game} ${number}): unknown arguments: ${arg_UNPARSED_ARGUMENTS}")
-  endif()
-  if(NOT arg_SOURCES)
-    message(FATAL_ERROR "quindle_add_room(${game} ${number}): SOURCES names no file")
-  endif()
+  _quindle_check_arguments("quindle_add_room(${game} ${number})" "${arg_UNPARSED_ARGUMENTS}" "${arg_SOURCES}"
+                           "SOURCES names no file")
   # One module per room, named by its number: the room manager loads <number>.so
   # from the game folder.
   set(room ${game}_room_${number})
@@ -124,12 +127,7 @@ endfunction()
 # folder and `file_var` to the file's absolute path.
 function(_quindle_player_test where game unparsed file missing folder_var file_var)
   _quindle_game_folder("${where}" "${game}" folder)
-  if(unparsed)
-    message(FATAL_ERROR "${where}: unknown arguments: ${unparsed}")
-  endif()
-  if(NOT file)
-    message(FATAL_ERROR "${where}: ${missing}")
-  endif()
+  _quindle_check_arguments("${where}" "${unparsed}" "${file}" "${missing}")
   if(NOT TARGET quindle::player)
     message(FATAL_ERROR "${where}: quindle-player was not built or installed")
   endif()

@@ -185,8 +185,9 @@ bool SoftCompositor::Refresh(Entry& e)
         return false;
     e.scaleX = ClampScale(item.scale.scaleX);
     e.scaleY = ClampScale(item.scale.scaleY);
-    e.left = item.pos.x - static_cast<int>(static_cast<long long>(bmp->originX) * e.scaleX / kScaleFull);
-    e.top = item.pos.y - static_cast<int>(static_cast<long long>(bmp->originY) * e.scaleY / kScaleFull);
+    const ZOR_Point corner = SoftScene::Corner(item, *bmp);
+    e.left = corner.x;
+    e.top = corner.y;
     e.inset = item.useInsetRect ? &item.insetRect : nullptr;
     return true;
 }
@@ -404,37 +405,24 @@ void SoftCompositor::DrawPolygon(const Polygon& poly, const Plane& plane, const 
     int stepCount = 0; // dashes and patterns run on along the whole outline
     const int half = (poly.thickness - 1) / 2;
     for (std::size_t e = 0; e < edges; e++) {
-        int x = poly.points[e].x + plane.rect.left, y = poly.points[e].y + plane.rect.top;
-        const int x2 = poly.points[(e + 1) % n].x + plane.rect.left, y2 = poly.points[(e + 1) % n].y + plane.rect.top;
-        const int dx = std::abs(x2 - x), dy = -std::abs(y2 - y);
-        const int sxs = x < x2 ? 1 : -1, sys = y < y2 ? 1 : -1;
-        int err = dx + dy;
-        // A line longer than the plane can show is cut short rather than walked.
-        for (int guard = 0; guard < 8192; guard++) {
-            bool on = true;
-            if (poly.style == ZOR_Line::tDashed)
-                on = (stepCount / 4) % 2 == 0;
-            else if (poly.style == ZOR_Line::tPattern)
-                on = ((poly.pattern >> (stepCount % 16)) & 1) != 0;
-            stepCount++;
-            if (on) {
-                for (int py = y - half; py < y - half + poly.thickness; py++)
-                    for (int px = x - half; px < x - half + poly.thickness; px++)
-                        if (px >= clip.left && px <= clip.right && py >= clip.top && py <= clip.bottom)
-                            mFrame[static_cast<std::size_t>(py) * kWidth + px] = static_cast<std::uint8_t>(poly.color);
-            }
-            if (x == x2 && y == y2)
-                break;
-            const int e2 = 2 * err;
-            if (e2 >= dy) {
-                err += dy;
-                x += sxs;
-            }
-            if (e2 <= dx) {
-                err += dx;
-                y += sys;
-            }
-        }
+        const ZOR_Point& a = poly.points[e];
+        const ZOR_Point& b = poly.points[(e + 1) % n];
+        soft::WalkLine(a.x + plane.rect.left, a.y + plane.rect.top, b.x + plane.rect.left, b.y + plane.rect.top,
+                       [&](int x, int y) {
+                           bool on = true;
+                           if (poly.style == ZOR_Line::tDashed)
+                               on = (stepCount / 4) % 2 == 0;
+                           else if (poly.style == ZOR_Line::tPattern)
+                               on = ((poly.pattern >> (stepCount % 16)) & 1) != 0;
+                           stepCount++;
+                           if (!on)
+                               return;
+                           for (int py = y - half; py < y - half + poly.thickness; py++)
+                               for (int px = x - half; px < x - half + poly.thickness; px++)
+                                   if (px >= clip.left && px <= clip.right && py >= clip.top && py <= clip.bottom)
+                                       mFrame[static_cast<std::size_t>(py) * kWidth + px] =
+                                           static_cast<std::uint8_t>(poly.color);
+                       });
     }
 }
 

@@ -420,8 +420,8 @@ bool SoftScene::ItemRect(Item& item, ZOR_Rect* rect)
     if (!bmp)
         return false;
     const int sx = ClampScale(item.scale.scaleX), sy = ClampScale(item.scale.scaleY);
-    const int left = item.pos.x - static_cast<int>(static_cast<long long>(bmp->originX) * sx / kScaleFull);
-    const int top = item.pos.y - static_cast<int>(static_cast<long long>(bmp->originY) * sy / kScaleFull);
+    const ZOR_Point corner = Corner(item, *bmp);
+    const int left = corner.x, top = corner.y;
     int x0 = 0, y0 = 0, x1 = bmp->width - 1, y1 = bmp->height - 1;
     if (item.useInsetRect) {
         x0 = std::max(x0, item.insetRect.left);
@@ -441,13 +441,16 @@ bool SoftScene::ItemRect(Item& item, ZOR_Rect* rect)
     return true;
 }
 
-int SoftScene::GetNowSeenRect(std::int32_t lPlaneId, std::int32_t lScreenItemId, ZOR_Rect* pRect)
+SoftScene::Item* SoftScene::SeenItem(std::int32_t lPlaneId, std::int32_t lScreenItemId, ZOR_Rect* rect)
 {
     Item* item = FindItem(lPlaneId, lScreenItemId);
-    if (!item || !item->onScreen || !pRect)
-        return 0;
+    return item && item->onScreen && ItemRect(*item, rect) ? item : nullptr;
+}
+
+int SoftScene::GetNowSeenRect(std::int32_t lPlaneId, std::int32_t lScreenItemId, ZOR_Rect* pRect)
+{
     ZOR_Rect r;
-    if (!ItemRect(*item, &r))
+    if (!pRect || !SeenItem(lPlaneId, lScreenItemId, &r))
         return 0;
     *pRect = r;
     return 1;
@@ -456,11 +459,9 @@ int SoftScene::GetNowSeenRect(std::int32_t lPlaneId, std::int32_t lScreenItemId,
 int SoftScene::ScreenItemOnPoint(const ZOR_Point* pPoint, std::int32_t lPlaneId, std::int32_t lScreenItemId,
                                  int fCheckSkip)
 {
-    Item* item = FindItem(lPlaneId, lScreenItemId);
-    if (!item || !item->onScreen || !pPoint)
-        return 0;
     ZOR_Rect r;
-    if (!ItemRect(*item, &r))
+    Item* item = pPoint ? SeenItem(lPlaneId, lScreenItemId, &r) : nullptr;
+    if (!item)
         return 0;
     const int x = pPoint->x, y = pPoint->y;
     if (x < r.left || x > r.right || y < r.top || y > r.bottom)
@@ -469,10 +470,9 @@ int SoftScene::ScreenItemOnPoint(const ZOR_Point* pPoint, std::int32_t lPlaneId,
         return 1;
     const SoftBitmap* bmp = ItemBitmap(*item);
     const int sx = ClampScale(item->scale.scaleX), sy = ClampScale(item->scale.scaleY);
-    const int left = item->pos.x - static_cast<int>(static_cast<long long>(bmp->originX) * sx / kScaleFull);
-    const int top = item->pos.y - static_cast<int>(static_cast<long long>(bmp->originY) * sy / kScaleFull);
-    const int cx = std::min(bmp->width - 1, static_cast<int>(static_cast<long long>(x - left) * kScaleFull / sx));
-    const int cy = std::min(bmp->height - 1, static_cast<int>(static_cast<long long>(y - top) * kScaleFull / sy));
+    const ZOR_Point corner = Corner(*item, *bmp);
+    const int cx = std::min(bmp->width - 1, static_cast<int>(static_cast<long long>(x - corner.x) * kScaleFull / sx));
+    const int cy = std::min(bmp->height - 1, static_cast<int>(static_cast<long long>(y - corner.y) * kScaleFull / sy));
     if (cx < 0 || cy < 0)
         return 0;
     return bmp->OpaqueAt(cx, cy) ? 1 : 0;

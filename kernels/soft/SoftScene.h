@@ -27,6 +27,7 @@
 #include "SoftResources.h"
 
 #include <algorithm>
+#include <cstdlib>
 #include <cstdint>
 #include <map>
 #include <memory>
@@ -51,6 +52,31 @@ inline ZOR_Rect Intersect(const ZOR_Rect& a, const ZOR_Rect& b)
 inline int ClampScale(int s)
 {
     return s <= 0 ? kScaleFull : (s > kScaleFull * 16 ? kScaleFull * 16 : s);
+}
+
+// Calls plot(x, y) for each point of the line from (x0, y0) to (x1, y1), both
+// ends included, one step at a time (Bresenham). A line longer than anything
+// drawn is cut short after 8192 points rather than walked.
+template <class Plot>
+void WalkLine(int x0, int y0, int x1, int y1, Plot plot)
+{
+    const int dx = std::abs(x1 - x0), dy = -std::abs(y1 - y0);
+    const int sx = x0 < x1 ? 1 : -1, sy = y0 < y1 ? 1 : -1;
+    int err = dx + dy;
+    for (int guard = 0; guard < 8192; guard++) {
+        plot(x0, y0);
+        if (x0 == x1 && y0 == y1)
+            break;
+        const int e2 = 2 * err;
+        if (e2 >= dy) {
+            err += dy;
+            x0 += sx;
+        }
+        if (e2 <= dx) {
+            err += dx;
+            y0 += sy;
+        }
+    }
 }
 
 // Coordinates the kernel computes with are kept within +-2^24, far outside
@@ -239,6 +265,14 @@ public:
     {
         return item.fixedPriority ? item.priority : item.pos.y + item.z;
     }
+    // Where the top-left corner of `bmp` lands when the item shows it (plane
+    // coordinates): its origin on the item's position, at the item's scale.
+    static ZOR_Point Corner(const Item& item, const SoftBitmap& bmp)
+    {
+        const int sx = soft::ClampScale(item.scale.scaleX), sy = soft::ClampScale(item.scale.scaleY);
+        return ZOR_Point(item.pos.x - static_cast<int>(static_cast<long long>(bmp.originX) * sx / kScaleFull),
+                         item.pos.y - static_cast<int>(static_cast<long long>(bmp.originY) * sy / kScaleFull));
+    }
     // The bitmap an item shows, or null (the fault reported). Worked out once
     // after each take-over and kept while the bitmap epoch holds.
     const SoftBitmap* ItemBitmap(Item& item);
@@ -267,6 +301,9 @@ private:
     void TakeOver(Plane& plane);
     const SoftBitmap* ResolveBitmap(const Item& item);
     bool ItemRect(Item& item, ZOR_Rect* rect);
+    // The item of that id on that plane when it is on screen and its cel can
+    // be drawn, with the rectangle it covers; null otherwise.
+    Item* SeenItem(std::int32_t lPlaneId, std::int32_t lScreenItemId, ZOR_Rect* rect);
 
     SoftServiceHost& mHost;
     SoftResources& mResources;
