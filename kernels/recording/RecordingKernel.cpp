@@ -849,23 +849,9 @@ void RecordingKernel::SetVmdPlacement(int x, int y, int iFlags, int r, int g, in
     Log("SetVmdPlacement", x, y, iFlags, r, g, b);
 }
 
-unsigned RecordingKernel::PlayVmd(int iEventFlags, int a, int b)
-{
-    Log("PlayVmd", iEventFlags, a, b);
-    return movieResult;
-}
-
-unsigned RecordingKernel::StopVmd()
-{
-    Log("StopVmd");
-    return movieResult;
-}
-
-unsigned RecordingKernel::ResumeVmd()
-{
-    Log("ResumeVmd");
-    return movieResult;
-}
+unsigned RecordingKernel::PlayVmd(int iEventFlags, int a, int b) { return MovieCall("PlayVmd", iEventFlags, a, b); }
+unsigned RecordingKernel::StopVmd() { return MovieCall("StopVmd"); }
+unsigned RecordingKernel::ResumeVmd() { return MovieCall("ResumeVmd"); }
 
 unsigned RecordingKernel::CloseVmd()
 {
@@ -940,39 +926,13 @@ void RecordingKernel::SetAviPos(int iMovie, int x, int y) { Log("SetAviPos", iMo
 
 unsigned RecordingKernel::PlayAvi(int iMovie, int a, int b, int iPlayType, int d)
 {
-    Log("PlayAvi", iMovie, a, b, iPlayType, d);
-    return movieResult;
+    return MovieCall("PlayAvi", iMovie, a, b, iPlayType, d);
 }
-
-unsigned RecordingKernel::StopAvi(int iMovie)
-{
-    Log("StopAvi", iMovie);
-    return movieResult;
-}
-
-unsigned RecordingKernel::PauseAvi(int iMovie)
-{
-    Log("PauseAvi", iMovie);
-    return movieResult;
-}
-
-unsigned RecordingKernel::CueAvi(int iMovie, int iFrame)
-{
-    Log("CueAvi", iMovie, iFrame);
-    return movieResult;
-}
-
-unsigned RecordingKernel::SeekAvi(int iMovie, int iFrame)
-{
-    Log("SeekAvi", iMovie, iFrame);
-    return movieResult;
-}
-
-unsigned RecordingKernel::ResumeAvi(int iMovie)
-{
-    Log("ResumeAvi", iMovie);
-    return movieResult;
-}
+unsigned RecordingKernel::StopAvi(int iMovie) { return MovieCall("StopAvi", iMovie); }
+unsigned RecordingKernel::PauseAvi(int iMovie) { return MovieCall("PauseAvi", iMovie); }
+unsigned RecordingKernel::CueAvi(int iMovie, int iFrame) { return MovieCall("CueAvi", iMovie, iFrame); }
+unsigned RecordingKernel::SeekAvi(int iMovie, int iFrame) { return MovieCall("SeekAvi", iMovie, iFrame); }
+unsigned RecordingKernel::ResumeAvi(int iMovie) { return MovieCall("ResumeAvi", iMovie); }
 
 void RecordingKernel::SetAviPalette(int iMovie) { Log("SetAviPalette", iMovie); }
 
@@ -997,8 +957,4 @@ unsigned RecordingKernel::GetAviStatus(int iMovie)
     return found == aviStatus.end() ? 0u : found->second;
 }
 
-unsigned RecordingKernel::SetAviEvent(int iEventFlags)
-{
-    Log("SetAviEvent", iEventFlags);
-    return movieResult;
-}
+unsigned RecordingKernel::SetAviEvent(int iEventFlags) { return MovieCall("SetAviEvent", iEventFlags); }

@@ -168,6 +168,12 @@ private:
         if (recording)
             mCalls.push_back(std::string(name) + "()");
     }
+    // Logs a movie operation that answers what every transport operation answers.
+    template <typename... Args> unsigned MovieCall(const char* name, const Args&... args)
+    {
+        Log(name, args...);
+        return movieResult;
+    }
     const Message* FindMessage(int k1, int k2, int k3, int k4, int sequence) const;
 
     std::vector<std::string> mCalls;
