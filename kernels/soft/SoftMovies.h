@@ -39,8 +39,11 @@ public:
     SoftMovies(const SoftMovies&) = delete;
     SoftMovies& operator=(const SoftMovies&) = delete;
 
+    // Moves every playing AVI to the frame the clock has reached (one that
+    // does not loop ends at its last frame); done before a frame is drawn.
+    void Advance();
     // Draws the playing VMD and the showing AVIs over the composed planes.
-    void Draw(SoftCompositor& compositor, const SoftPalette& palette);
+    void Draw(SoftCompositor& compositor, const SoftPalette& palette) const;
     // A press or a key arrived: with AVI event flag 2, it ends every playing AVI.
     void InputArrived();
     // True while a playing VMD hides the cursor.
@@ -124,6 +127,8 @@ private:
         int startFrame = 0;
     };
     Avi* MoveAvi(int iMovie, int iFrame);
+    int FrameAtClock(const Avi& a, bool* ended) const;
+    void CatchUp(Avi& a);
 
     SoftServiceHost& mHost;
     SoftResources& mResources;

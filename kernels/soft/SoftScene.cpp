@@ -216,6 +216,35 @@ void SoftScene::SetScroll(std::int32_t lPlaneId, int iStepX, int iStepY, int iPi
     plane->scrollMirror = fMirror;
     plane->scrollTicks = iTicks > 0 ? iTicks : 1;
     plane->scrollStart = mHost.Now();
+    plane->scrollMoved = 0;
+}
+
+void SoftScene::Advance()
+{
+    for (auto& entry : mPlanes) {
+        Plane& plane = *entry.second;
+        if (!plane.added || plane.hidden)
+            continue;
+        plane.stylePercent = ShowStylePercent(plane);
+        if (plane.styleActive && plane.stylePercent >= 100) {
+            plane.styleActive = false;
+            plane.hidden = plane.styleToFrom == 1;
+            if (plane.hidden)
+                continue;
+        }
+        if (plane.type != kPlanePicture || !plane.scrolling || soft::Intersect(plane.rect, kScreen).IsEmpty())
+            continue;
+        // The scroll moves by its step every scrollTicks ticks, across the
+        // plane's width (a step in x) or height (a step in y).
+        const long long total = plane.scrollStepX ? plane.rect.right - plane.rect.left + 1
+                                                  : plane.rect.bottom - plane.rect.top + 1;
+        const long long step = std::abs(plane.scrollStepX ? plane.scrollStepX : plane.scrollStepY);
+        const long long steps = (mHost.Now() - plane.scrollStart) / static_cast<std::uint32_t>(plane.scrollTicks);
+        if (steps * step >= total)
+            FinishScroll(plane);
+        else
+            plane.scrollMoved = static_cast<int>(steps * step);
+    }
 }
 
 void SoftScene::FinishScroll(Plane& plane)

@@ -118,13 +118,6 @@ public:
         // while `bitmapEpoch` is the scene's bitmap epoch (0: not worked out).
         const SoftBitmap* bitmap = nullptr;
         std::uint64_t bitmapEpoch = 0;
-        // Where the compositor keeps it in its plane's drawing order (the
-        // compositor's to write).
-        enum { kNotFiled, kInOrder, kWaiting };
-        int filed = kNotFiled;
-        std::int32_t filedPlane = 0;
-        long long filedPriority = 0;
-        std::uint64_t filedSerial = 0;
     };
 
     struct Polygon {
@@ -166,10 +159,12 @@ public:
         bool hidden = false; // a disappearing transition has ended
         int style = 0, styleSpeed = 1, styleColor = -1, styleToFrom = 0, styleDivisions = 10;
         std::uint32_t styleStart = 0;
+        int stylePercent = 100; // how far it had come when the frame was advanced
         // A scroll.
         bool scrolling = false;
         int scrollStepX = 0, scrollStepY = 0, scrollPicture = 0, scrollMirror = 0, scrollTicks = 1;
         std::uint32_t scrollStart = 0;
+        int scrollMoved = 0; // pixels the new picture had come in when the frame was advanced
     };
 
     // Told of every change to what an item shows or where it is filed.
@@ -281,8 +276,14 @@ public:
     std::uint64_t BitmapEpoch() const { return mResources.Generation() + mBitmaps.Epoch(); }
     // How far a plane's transition has come, 0..100 (100: none running).
     int ShowStylePercent(const Plane& plane) const;
-    // The scroll has brought its picture in whole: the plane shows it now.
-    void FinishScroll(Plane& plane);
+    // Moves what time moves, before a frame is composed: a transition that has
+    // run its course ends (a disappearing plane is hidden from then on), and a
+    // scroll that has brought its picture in whole leaves the plane showing
+    // that picture, written back into the plane's record. Each plane shown
+    // keeps how far its transition and scroll had come (stylePercent,
+    // scrollMoved), which is what the frame draws. Planes not added, hidden,
+    // or wholly off the screen stand still.
+    void Advance();
     // Fills `planes` afresh (see InspectedPlane). A cel that cannot be drawn
     // is reported as when drawn.
     void Inspect(std::vector<InspectedPlane>* planes);
@@ -297,6 +298,8 @@ private:
     Item* ItemOf(KernelScreenItemRecord* pRecord, const char* operation);
     Item* FindItem(std::int32_t planeId, std::int32_t itemId);
     Plane* PlaneForPicture(std::int32_t lPlaneId, int iPicture);
+    // The scroll has brought its picture in whole: the plane shows it now.
+    void FinishScroll(Plane& plane);
     void TakeOver(Item& item);
     void TakeOver(Plane& plane);
     const SoftBitmap* ResolveBitmap(const Item& item);
