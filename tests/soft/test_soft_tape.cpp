@@ -106,32 +106,27 @@ TEST_F(SoftTape, ARunThatFailedACheckReplaysToTheSameReport)
     EXPECT_EQ(replayed.output.find("diverged"), std::string::npos) << replayed.output;
 }
 
+// How the tape reader refuses a tape is tested on its own; here the player's
+// exit statuses: 2 for a damaged tape or one of another game, 5 for one that stops short.
 TEST_F(SoftTape, BrokenTapesAreRefusedNamingTheFileAndThePlace)
 {
     ASSERT_EQ(Record("--no-gif --out " + game.Path("a")).status, 0);
     const std::string good = Bytes(tape);
-    struct Case {
-        const char* what;
+    std::string damaged = good;
+    damaged[good.size() / 2] ^= 0x40;
+    const struct {
         std::string bytes;
         int status;
         std::string message;
+    } cases[] = {
+        {damaged, 2, game.Path("bad.tape") + ": damaged record (its check does not match) (frame "},
+        {good.substr(0, good.size() * 2 / 3), 5, ", before its game did"},
     };
-    std::string damaged = good, otherVersion = good;
-    damaged[good.size() / 2] ^= 0x40;
-    otherVersion[8] = 9;
-    const Case cases[] = {
-        {"empty", "", 2, ": empty: not a tape at byte 0"},
-        {"not a tape", "hello, world", 2, ": not a tape (no tape mark) at byte 0"},
-        {"damaged", damaged, 2, "damaged record (its check does not match) (frame "},
-        {"other version", otherVersion, 2, ": a tape of version 9, this player reads version 1 at byte 8"},
-        {"cut short", good.substr(0, good.size() * 2 / 3), 5, ", before its game did"},
-    };
-    for (const Case& c : cases) {
+    for (const auto& c : cases) {
         std::ofstream(game.Path("bad.tape"), std::ios::binary) << c.bytes;
         const Result r = Play("--replay " + game.Path("bad.tape") + " --no-gif --out " + game.Path("b"));
-        EXPECT_EQ(r.status, c.status) << c.what << ": " << r.output;
-        EXPECT_NE(r.output.find(game.Path("bad.tape") + ": "), std::string::npos) << c.what << ": " << r.output;
-        EXPECT_NE(r.output.find(c.message), std::string::npos) << c.what << ": " << r.output;
+        EXPECT_EQ(r.status, c.status) << r.output;
+        EXPECT_NE(r.output.find(c.message), std::string::npos) << r.output;
     }
     game.Write("game.txt", std::string("library ") + TAPE_GAME + "\ntitle \"another game\"\n");
     const Result other = Play("--replay " + tape + " --no-gif --out " + game.Path("b"));
