@@ -1,6 +1,8 @@
 // RecordingKernel.cpp - see RecordingKernel.h.
 #include "RecordingKernel.h"
 
+#include "SoftGeometry.h"
+
 #include <algorithm>
 #include <cstring>
 
@@ -445,24 +447,7 @@ void RecordingKernel::UpdatePolygon(std::int32_t lPlaneId, std::int32_t lPolygon
 int RecordingKernel::PointInPolygon(int x, int y, ZOR_Point* pPoints, int iCount)
 {
     Log("PointInPolygon", x, y, iCount);
-    if (iCount < 1)
-        return 0;
-    bool inside = false;
-    for (int i = 0, j = iCount - 1; i < iCount; j = i++) {
-        const long long xi = pPoints[i].x, yi = pPoints[i].y, xj = pPoints[j].x, yj = pPoints[j].y;
-        const long long cross = (xj - xi) * (y - yi) - (yj - yi) * (x - xi);
-        if (cross == 0 && x >= std::min(xi, xj) && x <= std::max(xi, xj) && y >= std::min(yi, yj) &&
-            y <= std::max(yi, yj))
-            return 1;
-        if ((yi > y) != (yj > y)) {
-            // x of the edge at height y, compared without division.
-            const long long lhs = (x - xi) * (yj - yi);
-            const long long rhs = (xj - xi) * (y - yi);
-            if ((yj > yi) ? lhs < rhs : lhs > rhs)
-                inside = !inside;
-        }
-    }
-    return inside ? 1 : 0;
+    return soft::PointInPolygon(x, y, pPoints, iCount);
 }
 
 // ----- cursor -----

@@ -324,7 +324,7 @@ public:
     unsigned GetVmdHeight() override { return mMovies.GetVmdHeight(); }
 
     int PointInPolygon(int x, int y, ZOR_Point* pPoints, int iCount) override
-    { return SoftScene::PointInPolygon(x, y, pPoints, iCount); }
+    { return soft::PointInPolygon(x, y, pPoints, iCount); }
 
     void* AllocMemory(std::uint32_t uSize, const char* pFile, int iLine) override;
     void FreeMemory(void* pBlock) override;

@@ -572,35 +572,6 @@ void SoftScene::DeletePolygon(std::int32_t lPlaneId, std::int32_t lPolygonId)
     }
 }
 
-int SoftScene::PointInPolygon(int x, int y, const ZOR_Point* pPoints, int iCount)
-{
-    if (!pPoints || iCount < 1)
-        return 0;
-    // On an edge (or a vertex) counts as inside.
-    for (int i = 0; i < iCount; i++) {
-        const ZOR_Point& a = pPoints[i];
-        const ZOR_Point& b = pPoints[(i + 1) % iCount];
-        const long long cross = (static_cast<long long>(b.x) - a.x) * (static_cast<long long>(y) - a.y) -
-                                (static_cast<long long>(b.y) - a.y) * (static_cast<long long>(x) - a.x);
-        if (cross == 0 && x >= std::min(a.x, b.x) && x <= std::max(a.x, b.x) && y >= std::min(a.y, b.y) &&
-            y <= std::max(a.y, b.y))
-            return 1;
-    }
-    bool inside = false;
-    for (int i = 0, j = iCount - 1; i < iCount; j = i++) {
-        const ZOR_Point& a = pPoints[i];
-        const ZOR_Point& b = pPoints[j];
-        if ((a.y > y) != (b.y > y)) {
-            // x of the edge at height y, compared without division.
-            const long long lhs = (static_cast<long long>(x) - a.x) * (static_cast<long long>(b.y) - a.y);
-            const long long rhs = (static_cast<long long>(b.x) - a.x) * (static_cast<long long>(y) - a.y);
-            if ((static_cast<long long>(b.y) - a.y > 0) ? lhs < rhs : lhs > rhs)
-                inside = !inside;
-        }
-    }
-    return inside ? 1 : 0;
-}
-
 // ----- for a host that inspects the scene -----
 
 void SoftScene::Inspect(std::vector<InspectedPlane>* planes)

@@ -23,6 +23,7 @@
 #include "kernel.h"
 
 #include "SoftBitmaps.h"
+#include "SoftGeometry.h"
 #include "SoftHost.h"
 #include "SoftResources.h"
 
@@ -34,68 +35,6 @@
 #include <string>
 #include <vector>
 
-// Geometry the kernel and its compositor share.
-namespace soft {
-
-constexpr int kScreenWidth = 640;
-constexpr int kScreenHeight = 480;
-inline const ZOR_Rect kScreen(0, 0, kScreenWidth - 1, kScreenHeight - 1);
-
-inline ZOR_Rect Intersect(const ZOR_Rect& a, const ZOR_Rect& b)
-{
-    return ZOR_Rect(std::max(a.left, b.left), std::max(a.top, b.top), std::min(a.right, b.right),
-                    std::min(a.bottom, b.bottom));
-}
-
-// An item's scale as drawn: 128 is 100 percent; none or a negative one draws
-// at 100 percent, and nothing grows beyond 16 times.
-inline int ClampScale(int s)
-{
-    return s <= 0 ? kScaleFull : (s > kScaleFull * 16 ? kScaleFull * 16 : s);
-}
-
-// Calls plot(x, y) for each point of the line from (x0, y0) to (x1, y1), both
-// ends included, one step at a time (Bresenham). A line longer than anything
-// drawn is cut short after 8192 points rather than walked.
-template <class Plot>
-void WalkLine(int x0, int y0, int x1, int y1, Plot plot)
-{
-    const int dx = std::abs(x1 - x0), dy = -std::abs(y1 - y0);
-    const int sx = x0 < x1 ? 1 : -1, sy = y0 < y1 ? 1 : -1;
-    int err = dx + dy;
-    for (int guard = 0; guard < 8192; guard++) {
-        plot(x0, y0);
-        if (x0 == x1 && y0 == y1)
-            break;
-        const int e2 = 2 * err;
-        if (e2 >= dy) {
-            err += dy;
-            x0 += sx;
-        }
-        if (e2 <= dx) {
-            err += dx;
-            y0 += sy;
-        }
-    }
-}
-
-// Coordinates the kernel computes with are kept within +-2^24, far outside
-// anything drawn, so that no sum of them can overflow.
-constexpr std::int32_t kFar = 1 << 24;
-inline std::int32_t Safe(long long v)
-{
-    return static_cast<std::int32_t>(v < -kFar ? -kFar : v > kFar ? kFar : v);
-}
-inline ZOR_Point Safe(const ZOR_Point& p)
-{
-    return ZOR_Point(Safe(p.x), Safe(p.y));
-}
-inline ZOR_Rect Safe(const ZOR_Rect& r)
-{
-    return ZOR_Rect(Safe(r.left), Safe(r.top), Safe(r.right), Safe(r.bottom));
-}
-
-} // namespace soft
 
 class SoftScene {
 public:
@@ -249,8 +188,6 @@ public:
     void UpdatePolygon(std::int32_t lPlaneId, std::int32_t lPolygonId, const ZOR_Point* pPoints, int iCount,
                        int iPriority, int iColor, int iStyle, int iPattern, int iThickness, int fClosed);
     void DeletePolygon(std::int32_t lPlaneId, std::int32_t lPolygonId);
-    // Whether (x, y) is in the polygon of `iCount` points (on an edge counts).
-    static int PointInPolygon(int x, int y, const ZOR_Point* pPoints, int iCount);
 
     // ----- for the compositor and the host -----
     const std::map<KernelPlaneRecord*, std::unique_ptr<Plane>>& Planes() const { return mPlanes; }
