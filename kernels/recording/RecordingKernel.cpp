@@ -540,20 +540,23 @@ const RecordingKernel::Message* RecordingKernel::FindMessage(int k1, int k2, int
     return nullptr;
 }
 
-int RecordingKernel::GetMessageSize(int k1, int k2, int k3, int k4, int iSequence, int* piSize)
+const RecordingKernel::Message* RecordingKernel::NextMessage() const
 {
-    Log("GetMessageSize", k1, k2, k3, k4, iSequence);
-    const Message* message = FindMessage(k1, k2, k3, k4, iSequence);
+    return mLastMessage ? FindMessage(mLastMessage->keys[0], mLastMessage->keys[1], mLastMessage->keys[2],
+                                      mLastMessage->keys[3], mLastMessage->sequence + 1)
+                        : nullptr;
+}
+
+int RecordingKernel::SizeOf(const Message* message, int* piSize)
+{
     if (!message)
         return 0;
     *piSize = static_cast<int>(message->text.size()) + 1;
     return 1;
 }
 
-int RecordingKernel::GetMessage(int k1, int k2, int k3, int k4, int iSequence, char* pBuffer, int iBufferSize)
+int RecordingKernel::HandOut(const Message* message, char* pBuffer, int iBufferSize)
 {
-    Log("GetMessage", k1, k2, k3, k4, iSequence, iBufferSize);
-    const Message* message = FindMessage(k1, k2, k3, k4, iSequence);
     if (!message)
         return 0;
     if (iBufferSize > 0) {
@@ -564,34 +567,28 @@ int RecordingKernel::GetMessage(int k1, int k2, int k3, int k4, int iSequence, c
     return message->talker;
 }
 
+int RecordingKernel::GetMessageSize(int k1, int k2, int k3, int k4, int iSequence, int* piSize)
+{
+    Log("GetMessageSize", k1, k2, k3, k4, iSequence);
+    return SizeOf(FindMessage(k1, k2, k3, k4, iSequence), piSize);
+}
+
+int RecordingKernel::GetMessage(int k1, int k2, int k3, int k4, int iSequence, char* pBuffer, int iBufferSize)
+{
+    Log("GetMessage", k1, k2, k3, k4, iSequence, iBufferSize);
+    return HandOut(FindMessage(k1, k2, k3, k4, iSequence), pBuffer, iBufferSize);
+}
+
 int RecordingKernel::GetNextMessageSize(int* piSize)
 {
     Log("GetNextMessageSize");
-    if (!mLastMessage)
-        return 0;
-    const Message* next = FindMessage(mLastMessage->keys[0], mLastMessage->keys[1], mLastMessage->keys[2],
-                                      mLastMessage->keys[3], mLastMessage->sequence + 1);
-    if (!next)
-        return 0;
-    *piSize = static_cast<int>(next->text.size()) + 1;
-    return 1;
+    return SizeOf(NextMessage(), piSize);
 }
 
 int RecordingKernel::GetNextMessage(char* pBuffer, int iBufferSize)
 {
     Log("GetNextMessage", iBufferSize);
-    if (!mLastMessage)
-        return 0;
-    const Message* next = FindMessage(mLastMessage->keys[0], mLastMessage->keys[1], mLastMessage->keys[2],
-                                      mLastMessage->keys[3], mLastMessage->sequence + 1);
-    if (!next)
-        return 0;
-    if (iBufferSize > 0) {
-        std::strncpy(pBuffer, next->text.c_str(), static_cast<std::size_t>(iBufferSize));
-        pBuffer[iBufferSize - 1] = '\0';
-    }
-    mLastMessage = next;
-    return next->talker;
+    return HandOut(NextMessage(), pBuffer, iBufferSize);
 }
 
 void RecordingKernel::GetLastMessageKeys(int* piKeys)

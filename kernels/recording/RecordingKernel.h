@@ -175,6 +175,13 @@ private:
         return movieResult;
     }
     const Message* FindMessage(int k1, int k2, int k3, int k4, int sequence) const;
+    // The message after the one last got, or null.
+    const Message* NextMessage() const;
+    // Writes the buffer size a message's text needs; 0 when there is none.
+    static int SizeOf(const Message* message, int* piSize);
+    // Copies a message's text (cut to the buffer) and makes it the one last
+    // got; returns its talker, 0 when there is none.
+    int HandOut(const Message* message, char* pBuffer, int iBufferSize);
 
     std::vector<std::string> mCalls;
     AllocationLedger mLedger;
