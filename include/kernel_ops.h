@@ -36,7 +36,7 @@
 // Answers: what a tape keeps of what the wrapped kernel answered, because it
 // moves with time, input or chance; a replay serves it back. Every other
 // answer comes from the wrapped kernel, in a replay too.
-//   Result          the return value
+//   Result          the return value (of an operation that answers a number)
 //   Out(p)          the int written through the pointer (after Result)
 //   Event(p)        the event record's type, message, modifiers, x, y and extra
 //   Tick            the return value is the frame's tick (reports name frames by it)
