@@ -13,7 +13,9 @@
 // pixels at a time, which costs less than a branch on each run's length. The frame is cleared only where no
 // opaque plane will be drawn, a picture plane is filled with its colour only
 // around a wholly opaque picture, and a plane that a later opaque plane hides
-// entirely is brought up to date (scrolls, faults) but not drawn.
+// entirely is not drawn (what it cannot draw is still reported). Composing
+// reads the scene and writes only the frame: what time moves (transitions,
+// scrolls) the scene has advanced before.
 #ifndef QUINDLE_SOFT_COMPOSITOR_H
 #define QUINDLE_SOFT_COMPOSITOR_H
 

@@ -11,7 +11,9 @@
 // movies play alongside the game, above every plane, at their rectangle
 // (scaled to it when SetAviRect gave a size); PlayAvi's first two values are
 // the first and last frame (0: to the end), play type 1 loops. With SetAviEvent
-// flag 2, a press or key ends every playing AVI movie.
+// flag 2, a press or key ends every playing AVI movie. An AVI's frame follows
+// the clock: Advance moves it there before a frame is drawn, and PauseAvi
+// stops it at the clock's frame whether or not that frame was drawn.
 //
 // The kernel drives a VMD's play: it asks BeginVmd, then composes and hands
 // out frames while VmdHasFrame, NextVmdFrame after each, and EndVmd. The

@@ -6,8 +6,8 @@
 // UpdateScreenItem: what the library writes in between is not seen until
 // then. It answers the questions the library asks of what is shown (an item's
 // rectangle, whether a point is on it, the top priorities, coordinates local
-// to a plane), and keeps each plane's transition and scroll. It draws
-// nothing: the compositor (SoftCompositor.h) reads the scene, and the scene
+// to a plane), and keeps each plane's transition and scroll, which Advance
+// moves on before each frame. It draws nothing: the compositor (SoftCompositor.h) reads the scene, and the scene
 // tells it, through a Watcher, when an item was taken over, moved or left
 // the screen, so that the compositor files only what changed.
 //
