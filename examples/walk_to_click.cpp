@@ -117,18 +117,17 @@ void Finish(void* state)
     delete static_cast<WalkToClick*>(state);
 }
 
-} // namespace
-
 // The player calls this once with the kernel; the game hands the kernel to the
 // library, then itself, and says how to run a frame and how to end.
-extern "C" __attribute__((visibility("default"))) int QuindleGameStart(const QuindleHost* host, QuindleGameLoop* loop)
+void* Start(const QuindleHost* host)
 {
     DLLInit(host->kernel);
     WalkToClick* game = new WalkToClick;
     GLDLLInit(game);
     game->Start();
-    loop->state = game;
-    loop->step = &Step;
-    loop->finish = &Finish;
-    return 0;
+    return game;
 }
+
+} // namespace
+
+QUINDLE_GAME_ENTRY("walk to click", &Start, &Step, &Finish)

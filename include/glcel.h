@@ -95,6 +95,9 @@ protected:
     GLPoint mStepSize;
 
 private:
+    // The feature's own SetPlane moves only the feature part: a cel always
+    // moves both (SetPlane above).
+    using GLFeature::SetPlane;
     // What both constructors do once the two parts are built.
     virtual void CommonMemberInit();
 };

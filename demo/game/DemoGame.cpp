@@ -13,7 +13,6 @@
 #include "quindle_game.h"
 
 #include <cstdarg>
-#include <cstdio>
 #include <cstring>
 
 DemoGame::DemoGame(SoftKernelExtras* pExtras, const char* gameFolder)
@@ -191,20 +190,15 @@ void Finish(void* state)
     delete static_cast<DemoGame*>(state);
 }
 
-} // namespace
-
-extern "C" __attribute__((visibility("default"))) int QuindleGameStart(const QuindleHost* host, QuindleGameLoop* loop)
+void* Start(const QuindleHost* host)
 {
-    if (host->version != QUINDLE_HOST_VERSION || !host->extras) {
-        std::fprintf(stderr, "demo: this player speaks another version\n");
-        return 1;
-    }
     DLLInit(host->kernel);
     DemoGame* game = new DemoGame(host->extras, host->gameFolder);
     GLDLLInit(game);
     game->Start();
-    loop->state = game;
-    loop->step = &Step;
-    loop->finish = &Finish;
-    return 0;
+    return game;
 }
+
+} // namespace
+
+QUINDLE_GAME_ENTRY("demo", &Start, &Step, &Finish)

@@ -1,6 +1,8 @@
 // RecordingKernel.cpp - see RecordingKernel.h.
 #include "RecordingKernel.h"
 
+#include "SoftGeometry.h"
+
 #include <algorithm>
 #include <cstring>
 
@@ -445,24 +447,7 @@ void RecordingKernel::UpdatePolygon(std::int32_t lPlaneId, std::int32_t lPolygon
 int RecordingKernel::PointInPolygon(int x, int y, ZOR_Point* pPoints, int iCount)
 {
     Log("PointInPolygon", x, y, iCount);
-    if (iCount < 1)
-        return 0;
-    bool inside = false;
-    for (int i = 0, j = iCount - 1; i < iCount; j = i++) {
-        const long long xi = pPoints[i].x, yi = pPoints[i].y, xj = pPoints[j].x, yj = pPoints[j].y;
-        const long long cross = (xj - xi) * (y - yi) - (yj - yi) * (x - xi);
-        if (cross == 0 && x >= std::min(xi, xj) && x <= std::max(xi, xj) && y >= std::min(yi, yj) &&
-            y <= std::max(yi, yj))
-            return 1;
-        if ((yi > y) != (yj > y)) {
-            // x of the edge at height y, compared without division.
-            const long long lhs = (x - xi) * (yj - yi);
-            const long long rhs = (xj - xi) * (y - yi);
-            if ((yj > yi) ? lhs < rhs : lhs > rhs)
-                inside = !inside;
-        }
-    }
-    return inside ? 1 : 0;
+    return soft::PointInPolygon(x, y, pPoints, iCount);
 }
 
 // ----- cursor -----
@@ -555,20 +540,23 @@ const RecordingKernel::Message* RecordingKernel::FindMessage(int k1, int k2, int
     return nullptr;
 }
 
-int RecordingKernel::GetMessageSize(int k1, int k2, int k3, int k4, int iSequence, int* piSize)
+const RecordingKernel::Message* RecordingKernel::NextMessage() const
 {
-    Log("GetMessageSize", k1, k2, k3, k4, iSequence);
-    const Message* message = FindMessage(k1, k2, k3, k4, iSequence);
+    return mLastMessage ? FindMessage(mLastMessage->keys[0], mLastMessage->keys[1], mLastMessage->keys[2],
+                                      mLastMessage->keys[3], mLastMessage->sequence + 1)
+                        : nullptr;
+}
+
+int RecordingKernel::SizeOf(const Message* message, int* piSize)
+{
     if (!message)
         return 0;
     *piSize = static_cast<int>(message->text.size()) + 1;
     return 1;
 }
 
-int RecordingKernel::GetMessage(int k1, int k2, int k3, int k4, int iSequence, char* pBuffer, int iBufferSize)
+int RecordingKernel::HandOut(const Message* message, char* pBuffer, int iBufferSize)
 {
-    Log("GetMessage", k1, k2, k3, k4, iSequence, iBufferSize);
-    const Message* message = FindMessage(k1, k2, k3, k4, iSequence);
     if (!message)
         return 0;
     if (iBufferSize > 0) {
@@ -579,34 +567,28 @@ int RecordingKernel::GetMessage(int k1, int k2, int k3, int k4, int iSequence, c
     return message->talker;
 }
 
+int RecordingKernel::GetMessageSize(int k1, int k2, int k3, int k4, int iSequence, int* piSize)
+{
+    Log("GetMessageSize", k1, k2, k3, k4, iSequence);
+    return SizeOf(FindMessage(k1, k2, k3, k4, iSequence), piSize);
+}
+
+int RecordingKernel::GetMessage(int k1, int k2, int k3, int k4, int iSequence, char* pBuffer, int iBufferSize)
+{
+    Log("GetMessage", k1, k2, k3, k4, iSequence, iBufferSize);
+    return HandOut(FindMessage(k1, k2, k3, k4, iSequence), pBuffer, iBufferSize);
+}
+
 int RecordingKernel::GetNextMessageSize(int* piSize)
 {
     Log("GetNextMessageSize");
-    if (!mLastMessage)
-        return 0;
-    const Message* next = FindMessage(mLastMessage->keys[0], mLastMessage->keys[1], mLastMessage->keys[2],
-                                      mLastMessage->keys[3], mLastMessage->sequence + 1);
-    if (!next)
-        return 0;
-    *piSize = static_cast<int>(next->text.size()) + 1;
-    return 1;
+    return SizeOf(NextMessage(), piSize);
 }
 
 int RecordingKernel::GetNextMessage(char* pBuffer, int iBufferSize)
 {
     Log("GetNextMessage", iBufferSize);
-    if (!mLastMessage)
-        return 0;
-    const Message* next = FindMessage(mLastMessage->keys[0], mLastMessage->keys[1], mLastMessage->keys[2],
-                                      mLastMessage->keys[3], mLastMessage->sequence + 1);
-    if (!next)
-        return 0;
-    if (iBufferSize > 0) {
-        std::strncpy(pBuffer, next->text.c_str(), static_cast<std::size_t>(iBufferSize));
-        pBuffer[iBufferSize - 1] = '\0';
-    }
-    mLastMessage = next;
-    return next->talker;
+    return HandOut(NextMessage(), pBuffer, iBufferSize);
 }
 
 void RecordingKernel::GetLastMessageKeys(int* piKeys)
@@ -849,23 +831,9 @@ void RecordingKernel::SetVmdPlacement(int x, int y, int iFlags, int r, int g, in
     Log("SetVmdPlacement", x, y, iFlags, r, g, b);
 }
 
-unsigned RecordingKernel::PlayVmd(int iEventFlags, int a, int b)
-{
-    Log("PlayVmd", iEventFlags, a, b);
-    return movieResult;
-}
-
-unsigned RecordingKernel::StopVmd()
-{
-    Log("StopVmd");
-    return movieResult;
-}
-
-unsigned RecordingKernel::ResumeVmd()
-{
-    Log("ResumeVmd");
-    return movieResult;
-}
+unsigned RecordingKernel::PlayVmd(int iEventFlags, int a, int b) { return MovieCall("PlayVmd", iEventFlags, a, b); }
+unsigned RecordingKernel::StopVmd() { return MovieCall("StopVmd"); }
+unsigned RecordingKernel::ResumeVmd() { return MovieCall("ResumeVmd"); }
 
 unsigned RecordingKernel::CloseVmd()
 {
@@ -940,39 +908,13 @@ void RecordingKernel::SetAviPos(int iMovie, int x, int y) { Log("SetAviPos", iMo
 
 unsigned RecordingKernel::PlayAvi(int iMovie, int a, int b, int iPlayType, int d)
 {
-    Log("PlayAvi", iMovie, a, b, iPlayType, d);
-    return movieResult;
+    return MovieCall("PlayAvi", iMovie, a, b, iPlayType, d);
 }
-
-unsigned RecordingKernel::StopAvi(int iMovie)
-{
-    Log("StopAvi", iMovie);
-    return movieResult;
-}
-
-unsigned RecordingKernel::PauseAvi(int iMovie)
-{
-    Log("PauseAvi", iMovie);
-    return movieResult;
-}
-
-unsigned RecordingKernel::CueAvi(int iMovie, int iFrame)
-{
-    Log("CueAvi", iMovie, iFrame);
-    return movieResult;
-}
-
-unsigned RecordingKernel::SeekAvi(int iMovie, int iFrame)
-{
-    Log("SeekAvi", iMovie, iFrame);
-    return movieResult;
-}
-
-unsigned RecordingKernel::ResumeAvi(int iMovie)
-{
-    Log("ResumeAvi", iMovie);
-    return movieResult;
-}
+unsigned RecordingKernel::StopAvi(int iMovie) { return MovieCall("StopAvi", iMovie); }
+unsigned RecordingKernel::PauseAvi(int iMovie) { return MovieCall("PauseAvi", iMovie); }
+unsigned RecordingKernel::CueAvi(int iMovie, int iFrame) { return MovieCall("CueAvi", iMovie, iFrame); }
+unsigned RecordingKernel::SeekAvi(int iMovie, int iFrame) { return MovieCall("SeekAvi", iMovie, iFrame); }
+unsigned RecordingKernel::ResumeAvi(int iMovie) { return MovieCall("ResumeAvi", iMovie); }
 
 void RecordingKernel::SetAviPalette(int iMovie) { Log("SetAviPalette", iMovie); }
 
@@ -997,8 +939,4 @@ unsigned RecordingKernel::GetAviStatus(int iMovie)
     return found == aviStatus.end() ? 0u : found->second;
 }
 
-unsigned RecordingKernel::SetAviEvent(int iEventFlags)
-{
-    Log("SetAviEvent", iEventFlags);
-    return movieResult;
-}
+unsigned RecordingKernel::SetAviEvent(int iEventFlags) { return MovieCall("SetAviEvent", iEventFlags); }

@@ -22,6 +22,7 @@
 #define QUINDLE_RECORDING_KERNEL_H
 
 #include "kernel.h"
+#include "kernel_ops.h"
 
 #include "AllocationLedger.h"
 
@@ -135,143 +136,7 @@ public:
     const AllocationLedger& Ledger() const { return mLedger; }
 
     // ----- KernelServices -----
-    int GetActiveSampleCount() override;
-    int IsAudioInstalled() override;
-    int PreloadSample(int iSample) override;
-    void PlaySampleAlternate(int iSample, int iQualifier, int iVolume, int iTag) override;
-    int PlayMessageAudio(int k1, int k2, int k3, int k4, int iSequence, int a, int iVolume, int b) override;
-    void PlaySample(int iSample, int iQualifier, int iVolume, int iTag, int iUnused) override;
-    void StopAllSamples() override;
-    void StopMessageAudio(int k1, int k2, int k3, int k4, int iSequence) override;
-    void StopSample(int iSample, int iQualifier) override;
-    int PauseAllSamples() override;
-    int PauseSample(int iSample, int iQualifier) override;
-    int ResumeAllSamples() override;
-    int ResumeSample(int iSample, int iQualifier) override;
-    int GetGlobalDuration(int* piValue) override;
-    void GetSampleDuration(int iSample, int* piDuration, int iTag) override;
-    void SetSampleRate(int iRate) override;
-    void DefaultSampleRate() override;
-    int GetSampleRate() override;
-    void SetSampleBits(int iBits) override;
-    int GetSampleBits() override;
-    void SetChannelCount(int iChannels) override;
-    void DefaultChannelCount() override;
-    int GetChannelCount() override;
-    int GetAutoVolAdjust() override;
-    void SetAutoVolAdjust(int iValue) override;
-    void DistortAllSamples(int iValue) override;
-    void DistortSample(int iSample, int iValue1, int iValue2) override;
-    int GetGlobalVolume() override;
-    int IsMessageAudioPlaying(int k1, int k2, int k3, int k4, int iSequence, int* piUnused) override;
-    int GetSampleVolume(int iSample, int* piVolume, int iTag) override;
-    void SetGlobalVolume(int iVolume) override;
-    void SetSampleVolume(int iSample, int iVolume, int iValue) override;
-    int FadeSample(int iSample, int iTarget, int a, int b, int c, int iTag) override;
-    int CheckNoise() override;
-    void PanSample(int iSample, int iPan, int iValue) override;
-    void StopPanSample(int iSample, int iValue) override;
-    int GetDACCritical() override;
-    void SetDACCritical(int iValue) override;
-    void LoadResource(int iType, int* piNumber, int iValue) override;
-    void LockResource(int iType, int iNumber) override;
-    void UnlockResource(int iType, int iNumber) override;
-    int ResourceExists(int iType, int iNumber) override;
-    int GetNowSeenRect(std::int32_t lPlaneId, std::int32_t lItemId, ZOR_Rect* pRect) override;
-    int NumLoops(int iView) override;
-    int NumCels(std::uint32_t uView, int iLoop) override;
-    int TopPlanePriority() override;
-    int TopScreenItemPriority(std::int32_t lPlaneId) override;
-    int ScreenItemOnPoint(ZOR_Point* pPoint, std::int32_t lPlaneId, std::int32_t lItemId, int fCheckSkip) override;
-    void AddScreenItem(KernelScreenItemRecord* pRecord) override;
-    void DeleteScreenItem(KernelScreenItemRecord* pRecord) override;
-    void UpdateScreenItem(KernelScreenItemRecord* pRecord) override;
-    std::int32_t AddPolygon(std::int32_t lPlaneId, ZOR_Point* pPoints, int iCount, int iPriority, int iColor,
-                            int iStyle, int iPattern, int iThickness, int fClosed) override;
-    void DeletePolygon(std::int32_t lPlaneId, std::int32_t lPolygonId) override;
-    void UpdatePolygon(std::int32_t lPlaneId, std::int32_t lPolygonId, ZOR_Point* pPoints, int iCount, int iPriority,
-                       int iColor, int iStyle, int iPattern, int iThickness, int fClosed) override;
-    void UpdateScreen(int fFlag) override;
-    void AddPlane(KernelPlaneRecord* pRecord) override;
-    void DeletePlane(std::int32_t lPlaneId) override;
-    void UpdatePlane(KernelPlaneRecord* pRecord) override;
-    void AddPicAt(std::int32_t lPlaneId, int iPicture, int x, int y, int fMirror, int fDeleteCopy) override;
-    void SetShowStyle(std::int32_t lPlaneId, int iStyle, int iSpeed, int iColor, int fAnimate, int fUseReferenceFrame,
-                      int iToFrom, int* piArray, int iArraySize, int iDivisions) override;
-    int ShowStylePercentComplete(std::int32_t lPlaneId) override;
-    void SetScroll(std::int32_t lPlaneId, int iStepX, int iStepY, int iPicture, int fAnimate, int iTicks,
-                   int fMirror) override;
-    void MovePlaneItems(std::int32_t lPlaneId, int iDeltaX, int iDeltaY, int fMovePictures) override;
-    void InitRobot(std::uint32_t uRobot, std::int32_t lPlaneId, int iPriority, int x, int y, int iValue) override;
-    void PrepareRobot(int a, int b, int c, int d) override;
-    void PlayRobot() override;
-    void PauseRobot() override;
-    void SetRobotPriority(int iPriority) override;
-    int IsRobotDone() override;
-    int IsRobotPlaying() override;
-    void TerminateRobot() override;
-    std::uint32_t GetRobotSignal() override;
-    int GetMessage(int k1, int k2, int k3, int k4, int iSequence, char* pBuffer, int iBufferSize) override;
-    int GetNextMessage(char* pBuffer, int iBufferSize) override;
-    int GetMessageSize(int k1, int k2, int k3, int k4, int iSequence, int* piSize) override;
-    int GetNextMessageSize(int* piSize) override;
-    void GetLastMessageKeys(int* piKeys) override;
-    void GetEvent(std::uint32_t uMask, KernelEventRecord* pRecord) override;
-    void PlaneToLocal(std::int32_t lPlaneId, ZOR_Point* pPoint) override;
-    void PlaneToGlobal(std::int32_t lPlaneId, ZOR_Point* pPoint) override;
-    void ShowCursor() override;
-    void HideCursor() override;
-    void SetCursorPos(ZOR_Point* pPoint) override;
-    void SetCursorView(std::uint32_t uView, int iLoop, int iCel) override;
-    std::uint32_t Random(std::uint32_t uLow, std::uint32_t uHigh) override;
-    void SeedRandom(std::uint32_t uSeed) override;
-    std::uint32_t GetTime(int iSelector) override;
-    std::uint32_t GetTicks() override;
-    unsigned OpenVmd(const char* pFileName, int iCacheSize, int iOpenArgument) override;
-    void SetVmdPlacement(int x, int y, int iFlags, int iRed, int iGreen, int iBlue) override;
-    unsigned PlayVmd(int iEventFlags, int iEventValue1, int iEventValue2) override;
-    unsigned StopVmd() override;
-    unsigned ResumeVmd() override;
-    unsigned CloseVmd() override;
-    unsigned GetVmdLength() override;
-    unsigned GetVmdStatus() override;
-    unsigned GetVmdFramesSkipped() override;
-    void SetVmdPalette() override;
-    void RestrictVmdPalette(int a, int b) override;
-    void ShowVmdCursor(int fShow) override;
-    void InitVmdBlobs() override;
-    void StopVmdBlobs() override;
-    int AddVmdBlob(int a, int b, int c, int d, int e) override;
-    void DeleteVmdBlob(int iBlob) override;
-    void BlackOutVmd(int a, int b, int c, int d) override;
-    unsigned GetVmdWidth() override;
-    unsigned GetVmdHeight() override;
-    int PointInPolygon(int x, int y, ZOR_Point* pPoints, int iCount) override;
-    void* AllocMemory(std::uint32_t uSize, const char* pFile, int iLine) override;
-    void FreeMemory(void* pBlock) override;
-    KernelPlaneRecord* NewPlane(int iType, int iColor, ZOR_Rect* pRect, int iWindowIndex, int iPriority,
-                                ZOR_Point* pVanishingPoint, int iPicture, int fMirror) override;
-    void PlaneRectChanged(KernelPlaneRecord* pRecord) override;
-    KernelScreenItemRecord* NewScreenItem(std::int32_t lPlaneId, KernelScreenItemSource* pSource, ZOR_Point pos,
-                                          ScaleInfo scale) override;
-    void DisposeScreenItem(KernelScreenItemRecord* pRecord) override;
-    int DLLCheckValid(int iMemId) override;
-    void PlaneCreated(KernelPlaneRecord* pRecord) override;
-    unsigned OpenAvi(int iMovie, const char* pFileName) override;
-    unsigned CloseAvi(int iMovie) override;
-    void SetAviRect(int iMovie, int x, int y, int iWidth, int iHeight) override;
-    void SetAviPos(int iMovie, int x, int y) override;
-    unsigned PlayAvi(int iMovie, int a, int b, int iPlayType, int d) override;
-    unsigned StopAvi(int iMovie) override;
-    unsigned PauseAvi(int iMovie) override;
-    unsigned CueAvi(int iMovie, int iFrame) override;
-    unsigned SeekAvi(int iMovie, int iFrame) override;
-    unsigned ResumeAvi(int iMovie) override;
-    void SetAviPalette(int iMovie) override;
-    unsigned GetAviLength(int iMovie) override;
-    unsigned GetAviFrameNum(int iMovie) override;
-    unsigned GetAviStatus(int iMovie) override;
-    unsigned SetAviEvent(int iEventFlags) override;
+    QUINDLE_KERNEL_OPS(QUINDLE_KERNEL_OVERRIDE)
 
     // Writes one argument into a log line; see the table at the top.
     static std::string Arg(long long value) { return std::to_string(value); }
@@ -303,7 +168,20 @@ private:
         if (recording)
             mCalls.push_back(std::string(name) + "()");
     }
+    // Logs a movie operation that answers what every transport operation answers.
+    template <typename... Args> unsigned MovieCall(const char* name, const Args&... args)
+    {
+        Log(name, args...);
+        return movieResult;
+    }
     const Message* FindMessage(int k1, int k2, int k3, int k4, int sequence) const;
+    // The message after the one last got, or null.
+    const Message* NextMessage() const;
+    // Writes the buffer size a message's text needs; 0 when there is none.
+    static int SizeOf(const Message* message, int* piSize);
+    // Copies a message's text (cut to the buffer) and makes it the one last
+    // got; returns its talker, 0 when there is none.
+    int HandOut(const Message* message, char* pBuffer, int iBufferSize);
 
     std::vector<std::string> mCalls;
     AllocationLedger mLedger;

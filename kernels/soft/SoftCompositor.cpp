@@ -103,45 +103,48 @@ void SoftCompositor::Placed(Item& item)
         return;
     }
     const long long priority = SoftScene::EffectivePriority(item);
-    if (item.filed == Item::kInOrder && item.filedPlane == item.planeId && item.filedPriority == priority &&
-        item.filedSerial == item.serial) {
-        // Same place in the order; what it shows or where may have changed.
-        if (Entry* e = FindEntry(mLayers[item.filedPlane], item))
-            e->epoch = 0;
-        return;
+    auto found = mFiled.find(&item);
+    if (found != mFiled.end()) {
+        const Filing& f = found->second;
+        if (f.inOrder && f.plane == item.planeId && f.priority == priority && f.serial == item.serial) {
+            // Same place in the order; what it shows or where may have changed.
+            if (Entry* e = FindEntry(mLayers[f.plane], item, f))
+                e->epoch = 0;
+            return;
+        }
+        if (!f.inOrder && f.plane == item.planeId)
+            return; // its place is found when the order is mended
     }
-    if (item.filed == Item::kWaiting && item.filedPlane == item.planeId)
-        return; // its place is found when the order is mended
     Removed(item);
     mLayers[item.planeId].waiting.push_back(&item);
-    item.filed = Item::kWaiting;
-    item.filedPlane = item.planeId;
+    mFiled[&item] = Filing{false, item.planeId, 0, 0};
 }
 
 void SoftCompositor::Removed(Item& item)
 {
-    if (item.filed == Item::kInOrder) {
-        Layer& layer = mLayers[item.filedPlane];
-        if (Entry* e = FindEntry(layer, item)) {
+    auto found = mFiled.find(&item);
+    if (found == mFiled.end())
+        return;
+    const Filing& f = found->second;
+    Layer& layer = mLayers[f.plane];
+    if (f.inOrder) {
+        if (Entry* e = FindEntry(layer, item, f)) {
             e->item = nullptr;
             layer.holes++;
         }
-    } else if (item.filed == Item::kWaiting) {
-        std::vector<Item*>& waiting = mLayers[item.filedPlane].waiting;
-        auto found = std::find(waiting.rbegin(), waiting.rend(), &item);
-        if (found != waiting.rend())
-            waiting.erase(std::next(found).base());
+    } else {
+        auto waiting = std::find(layer.waiting.rbegin(), layer.waiting.rend(), &item);
+        if (waiting != layer.waiting.rend())
+            layer.waiting.erase(std::next(waiting).base());
     }
-    item.filed = Item::kNotFiled;
+    mFiled.erase(found);
 }
 
-SoftCompositor::Entry* SoftCompositor::FindEntry(Layer& layer, const Item& item)
+SoftCompositor::Entry* SoftCompositor::FindEntry(Layer& layer, const Item& item, const Filing& filing)
 {
-    auto found = std::lower_bound(layer.order.begin(), layer.order.end(), item,
-                                  [](const Entry& e, const Item& i) {
-                                      return e.priority != i.filedPriority ? e.priority < i.filedPriority
-                                                                           : e.serial < i.filedSerial;
-                                  });
+    auto found = std::lower_bound(layer.order.begin(), layer.order.end(), filing, [](const Entry& e, const Filing& f) {
+        return e.priority != f.priority ? e.priority < f.priority : e.serial < f.serial;
+    });
     if (found == layer.order.end() || found->item != &item)
         return nullptr;
     return &*found;
@@ -162,10 +165,12 @@ void SoftCompositor::MendOrder(Layer& layer)
     };
     const std::size_t kept = layer.order.size();
     for (Item* item : layer.waiting) {
-        item->filed = Item::kInOrder;
-        item->filedPriority = SoftScene::EffectivePriority(*item);
-        item->filedSerial = item->serial;
-        layer.order.push_back(Entry{item->filedPriority, item->serial, item, nullptr, 0, 0, 0, kScaleFull, kScaleFull, nullptr});
+        const long long priority = SoftScene::EffectivePriority(*item);
+        Filing& f = mFiled[item];
+        f.inOrder = true;
+        f.priority = priority;
+        f.serial = item->serial;
+        layer.order.push_back(Entry{priority, item->serial, item, nullptr, 0, 0, 0, kScaleFull, kScaleFull, nullptr});
     }
     layer.waiting.clear();
     std::sort(layer.order.begin() + static_cast<std::ptrdiff_t>(kept), layer.order.end(), before);
@@ -219,34 +224,27 @@ void SoftCompositor::FillAround(const ZOR_Rect& area, const ZOR_Rect& hole, std:
 
 void SoftCompositor::ComposePlanes()
 {
-    std::vector<Plane*> planes;
-    for (auto& entry : mScene.Planes())
+    std::vector<const Plane*> planes;
+    for (const auto& entry : mScene.Planes())
         if (entry.second->added)
             planes.push_back(entry.second.get());
     std::sort(planes.begin(), planes.end(), [](const Plane* a, const Plane* b) {
         return a->priority != b->priority ? a->priority < b->priority : a->serial < b->serial;
     });
-    // Transitions first, so that it is known which planes are shown whole.
+    // The planes shown, and which of them are shown whole.
     struct Pass {
-        Plane* plane;
+        const Plane* plane;
         int percent;
         bool covers; // an opaque plane shown whole: every pixel of its clip is written
         ZOR_Rect clip;
     };
     std::vector<Pass> passes;
-    for (Plane* plane : planes) {
+    for (const Plane* plane : planes) {
         if (plane->hidden)
             continue;
-        const int percent = mScene.ShowStylePercent(*plane);
-        if (plane->styleActive && percent >= 100) {
-            plane->styleActive = false;
-            plane->hidden = plane->styleToFrom == 1;
-            if (plane->hidden)
-                continue;
-        }
         const ZOR_Rect clip = Intersect(plane->rect, kScreen);
         const bool opaque = plane->type == kPlaneColored || plane->type == kPlaneOpaque || plane->type == kPlanePicture;
-        passes.push_back(Pass{plane, percent, opaque && !plane->styleActive && !clip.IsEmpty(), clip});
+        passes.push_back(Pass{plane, plane->stylePercent, opaque && !plane->styleActive && !clip.IsEmpty(), clip});
     }
     // The frame starts black only where no opaque plane will be drawn.
     ZOR_Rect widest(0, 0, -1, -1);
@@ -256,7 +254,7 @@ void SoftCompositor::ComposePlanes()
     FillAround(kScreen, widest, 0);
 
     for (std::size_t n = 0; n < passes.size(); n++) {
-        Plane* plane = passes[n].plane;
+        const Plane* plane = passes[n].plane;
         bool hidden = false; // wholly under a later opaque plane
         for (std::size_t j = n + 1; j < passes.size() && !hidden; j++)
             hidden = passes[j].covers && Contains(passes[j].clip, passes[n].clip);
@@ -271,16 +269,19 @@ void SoftCompositor::ComposePlanes()
         DrawPlane(*plane, false);
         const ZOR_Rect r = Intersect(plane->rect, kScreen);
         const int w = plane->rect.right - plane->rect.left + 1, h = plane->rect.bottom - plane->rect.top + 1;
+        // Styles 1, 5, 9 and 13 wipe from the left, 2, 6, 10 and 14 from the
+        // top, 3, 7, 11 and 15 grow a box from the centre, the others dissolve.
+        enum { kFromLeft, kFromTop, kBox, kDissolve };
         const int kind = (plane->style - 1) % 4;
         for (int y = r.top; y <= r.bottom; y++) {
             for (int x = r.left; x <= r.right; x++) {
                 const int lx = x - plane->rect.left, ly = y - plane->rect.top;
                 bool revealed;
-                if (kind == 0)
+                if (kind == kFromLeft)
                     revealed = lx * 100 < w * percent;
-                else if (kind == 1)
+                else if (kind == kFromTop)
                     revealed = ly * 100 < h * percent;
-                else if (kind == kSourceMemBitmap)
+                else if (kind == kBox)
                     revealed = std::abs(2 * lx - w) * 100 < w * percent && std::abs(2 * ly - h) * 100 < h * percent;
                 else
                     revealed = static_cast<int>((static_cast<unsigned>(lx) * 37u + static_cast<unsigned>(ly) * 91u +
@@ -426,10 +427,9 @@ void SoftCompositor::DrawPolygon(const Polygon& poly, const Plane& plane, const 
     }
 }
 
-// Draws a plane; a hidden one (wholly under a later opaque plane) is only
-// brought up to date: its scroll advances and missing pictures and bitmaps are
-// reported as when drawn.
-void SoftCompositor::DrawPlane(Plane& plane, bool hidden)
+// Draws a plane; of a hidden one (wholly under a later opaque plane) missing
+// pictures and bitmaps are only reported, as when drawn.
+void SoftCompositor::DrawPlane(const Plane& plane, bool hidden)
 {
     const ZOR_Rect clip = Intersect(plane.rect, kScreen);
     if (clip.IsEmpty())
@@ -454,23 +454,15 @@ void SoftCompositor::DrawPlane(Plane& plane, bool hidden)
         int shiftX = 0, shiftY = 0; // the current picture's shift by a scroll
         if (plane.scrolling) {
             const int w = plane.rect.right - plane.rect.left + 1, h = plane.rect.bottom - plane.rect.top + 1;
-            const long long steps = (mHost.Now() - plane.scrollStart) / static_cast<std::uint32_t>(plane.scrollTicks);
-            const long long total = plane.scrollStepX ? w : h;
-            const long long step = std::abs(plane.scrollStepX ? plane.scrollStepX : plane.scrollStepY);
-            const long long moved = std::min(total, steps * step);
-            if (moved >= total) {
-                mScene.FinishScroll(plane);
-            } else {
-                const int sign = (plane.scrollStepX ? plane.scrollStepX : plane.scrollStepY) > 0 ? 1 : -1;
-                if (plane.scrollStepX)
-                    shiftX = static_cast<int>(-sign * moved);
-                else
-                    shiftY = static_cast<int>(-sign * moved);
-                if (const SoftBitmap* next = mResources.Picture(plane.scrollPicture, &error)) {
-                    const int nx = shiftX + (plane.scrollStepX ? sign * w : 0);
-                    const int ny = shiftY + (plane.scrollStepY ? sign * h : 0);
-                    show(next, ox + plane.picOffsetX + nx, oy + plane.picOffsetY + ny, plane.scrollMirror != 0);
-                }
+            const int sign = (plane.scrollStepX ? plane.scrollStepX : plane.scrollStepY) > 0 ? 1 : -1;
+            if (plane.scrollStepX)
+                shiftX = -sign * plane.scrollMoved;
+            else
+                shiftY = -sign * plane.scrollMoved;
+            if (const SoftBitmap* next = mResources.Picture(plane.scrollPicture, &error)) {
+                const int nx = shiftX + (plane.scrollStepX ? sign * w : 0);
+                const int ny = shiftY + (plane.scrollStepY ? sign * h : 0);
+                show(next, ox + plane.picOffsetX + nx, oy + plane.picOffsetY + ny, plane.scrollMirror != 0);
             }
         }
         if (plane.picture >= 0) {

@@ -13,7 +13,9 @@
 // pixels at a time, which costs less than a branch on each run's length. The frame is cleared only where no
 // opaque plane will be drawn, a picture plane is filled with its colour only
 // around a wholly opaque picture, and a plane that a later opaque plane hides
-// entirely is brought up to date (scrolls, faults) but not drawn.
+// entirely is not drawn (what it cannot draw is still reported). Composing
+// reads the scene and writes only the frame: what time moves (transitions,
+// scrolls) the scene has advanced before.
 #ifndef QUINDLE_SOFT_COMPOSITOR_H
 #define QUINDLE_SOFT_COMPOSITOR_H
 
@@ -22,6 +24,7 @@
 
 #include <cstdint>
 #include <map>
+#include <unordered_map>
 #include <vector>
 
 class SoftCompositor : public SoftScene::Watcher {
@@ -77,10 +80,18 @@ private:
         std::size_t holes = 0;      // entries whose item has left
     };
 
+    // Where an item is filed: in its plane's order, or waiting to be put there.
+    struct Filing {
+        bool inOrder;
+        std::int32_t plane;
+        long long priority; // in order: the priority and serial it is sorted by
+        std::uint64_t serial;
+    };
+
     void MendOrder(Layer& layer);
-    Entry* FindEntry(Layer& layer, const Item& item);
+    Entry* FindEntry(Layer& layer, const Item& item, const Filing& filing);
     bool Refresh(Entry& e);
-    void DrawPlane(Plane& plane, bool hidden);
+    void DrawPlane(const Plane& plane, bool hidden);
     void DrawPolygon(const Polygon& poly, const Plane& plane, const ZOR_Rect& clip);
     void Fill(const ZOR_Rect& r, std::uint8_t color);
     void FillAround(const ZOR_Rect& area, const ZOR_Rect& hole, std::uint8_t color);
@@ -92,6 +103,7 @@ private:
     std::vector<std::uint8_t> mFrame;
     std::vector<std::uint8_t> mScratch;
     std::map<std::int32_t, Layer> mLayers;
+    std::unordered_map<const Item*, Filing> mFiled; // the items filed, and where
 };
 
 #endif

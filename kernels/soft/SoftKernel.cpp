@@ -154,6 +154,9 @@ const std::uint8_t* SoftKernel::Frame() const
 
 void SoftKernel::Compose()
 {
+    // What time moves moves first; drawing then only reads.
+    mScene.Advance();
+    mMovies.Advance();
     mCompositor->ComposePlanes();
     mMovies.Draw(*mCompositor, mPalette);
     bool cursorShown = mCursorVisible && mCursorView >= 0;
@@ -350,14 +353,6 @@ void SoftKernel::SetVmdPalette()
     SoftPalette palette;
     if (mMovies.VmdPalette(mPalette, &palette))
         SetPalette(palette);
-}
-
-unsigned SoftKernel::PauseAvi(int iMovie)
-{
-    if (!mMovies.IsAviPlaying(iMovie))
-        return 1;
-    Compose(); // brings the frame number up to the clock
-    return mMovies.PauseAvi(iMovie);
 }
 
 void SoftKernel::SetAviPalette(int iMovie)

@@ -136,7 +136,9 @@ public:
     const SoftPalette& Palette() const { return mPalette; }
     void SetPalette(const SoftPalette& palette);
     std::uint32_t FramesComposed() const { return mFramesComposed; }
-    // Composes the frame from the current state without advancing the clock.
+    // Composes the frame without advancing the clock: first what time moves
+    // is brought up to the clock (transitions ending, scrolls finishing,
+    // movies moving to their frame), then the frame is drawn from that state.
     void Compose();
     // The first fault met, empty when none.
     const std::string& Fault() const { return mFault; }
@@ -322,7 +324,7 @@ public:
     unsigned GetVmdHeight() override { return mMovies.GetVmdHeight(); }
 
     int PointInPolygon(int x, int y, ZOR_Point* pPoints, int iCount) override
-    { return SoftScene::PointInPolygon(x, y, pPoints, iCount); }
+    { return soft::PointInPolygon(x, y, pPoints, iCount); }
 
     void* AllocMemory(std::uint32_t uSize, const char* pFile, int iLine) override;
     void FreeMemory(void* pBlock) override;
@@ -348,7 +350,7 @@ public:
     unsigned PlayAvi(int iMovie, int iValue1, int iValue2, int iPlayType, int iValue4) override
     { return mMovies.PlayAvi(iMovie, iValue1, iValue2, iPlayType, iValue4); }
     unsigned StopAvi(int iMovie) override { return mMovies.StopAvi(iMovie); }
-    unsigned PauseAvi(int iMovie) override;
+    unsigned PauseAvi(int iMovie) override { return mMovies.PauseAvi(iMovie); }
     unsigned CueAvi(int iMovie, int iFrame) override { return mMovies.CueAvi(iMovie, iFrame); }
     unsigned SeekAvi(int iMovie, int iFrame) override { return mMovies.SeekAvi(iMovie, iFrame); }
     unsigned ResumeAvi(int iMovie) override { return mMovies.ResumeAvi(iMovie); }

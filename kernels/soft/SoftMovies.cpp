@@ -5,29 +5,49 @@
 
 #include <algorithm>
 
+// The frame the clock has brought a playing movie to; a movie that does not
+// loop stays at its last frame, and `ended` says it got past it.
+int SoftMovies::FrameAtClock(const Avi& a, bool* ended) const
+{
+    long long f = a.startFrame + static_cast<long long>(mHost.Now() - a.start) / a.movie->ticksPerFrame;
+    *ended = false;
+    if (f > a.last) {
+        if (a.loop) {
+            f = a.first + (f - a.first) % (a.last - a.first + 1);
+        } else {
+            f = a.last;
+            *ended = true;
+        }
+    }
+    return static_cast<int>(f);
+}
+
+void SoftMovies::CatchUp(Avi& a)
+{
+    if (!a.movie || !(a.status & kOpen) || !(a.status & kPlaying) || (a.status & kPaused))
+        return;
+    bool ended = false;
+    a.frame = FrameAtClock(a, &ended);
+    if (ended)
+        a.status = (a.status & ~(kPlaying | kPaused)) | kEnded;
+}
+
+void SoftMovies::Advance()
+{
+    for (auto& entry : mAvis)
+        CatchUp(*entry.second);
+}
+
 // Movies are drawn over every plane: the VMD while it plays, AVIs while open
 // and showing a frame.
-void SoftMovies::Draw(SoftCompositor& compositor, const SoftPalette& palette)
+void SoftMovies::Draw(SoftCompositor& compositor, const SoftPalette& palette) const
 {
     const int kWidth = SoftCompositor::kWidth, kHeight = SoftCompositor::kHeight;
     const ZOR_Rect screen(0, 0, kWidth - 1, kHeight - 1);
-    for (auto& entry : mAvis) {
-        Avi& a = *entry.second;
+    for (const auto& entry : mAvis) {
+        const Avi& a = *entry.second;
         if (!a.movie || !(a.status & kOpen) || !(a.status & (kPlaying | kPaused | kEnded)))
             continue;
-        if ((a.status & kPlaying) && !(a.status & kPaused)) {
-            const int span = a.last - a.first + 1;
-            long long f = a.startFrame + static_cast<long long>(mHost.Now() - a.start) / a.movie->ticksPerFrame;
-            if (f > a.last) {
-                if (a.loop) {
-                    f = a.first + (f - a.first) % span;
-                } else {
-                    f = a.last;
-                    a.status = (a.status & ~(kPlaying | kPaused)) | kEnded;
-                }
-            }
-            a.frame = static_cast<int>(f);
-        }
         const SoftBitmap& bmp = a.movie->frames[static_cast<std::size_t>(a.frame)];
         const int sx = a.width > 0 ? a.width * kScaleFull / bmp.width : kScaleFull;
         const int sy = a.height > 0 ? a.height * kScaleFull / bmp.height : kScaleFull;
@@ -35,7 +55,7 @@ void SoftMovies::Draw(SoftCompositor& compositor, const SoftPalette& palette)
     }
     if (!mVmd || !mVmd->showing || !mVmd->movie)
         return;
-    Vmd& v = *mVmd;
+    const Vmd& v = *mVmd;
     const SoftBitmap& bmp = v.movie->frames[static_cast<std::size_t>(v.frame)];
     if (v.flags & 0x10) {
         // The placement colour fills the screen around the movie.
@@ -332,7 +352,12 @@ unsigned SoftMovies::PauseAvi(int iMovie)
 {
     if (!IsAviPlaying(iMovie))
         return 1;
-    mAvis[iMovie]->status |= kPaused;
+    // It stops at the frame the clock has reached, drawn or not.
+    Avi& a = *mAvis[iMovie];
+    CatchUp(a);
+    if (!(a.status & kPlaying))
+        return 1;
+    a.status |= kPaused;
     return 0;
 }
 
@@ -399,11 +424,8 @@ unsigned SoftMovies::GetAviFrameNum(int iMovie)
         return 0;
     if ((found->second->status & kPlaying) && !(found->second->status & kPaused)) {
         // The frame number follows the clock, whether or not a frame was composed.
-        Avi& a = *found->second;
-        long long f = a.startFrame + static_cast<long long>(mHost.Now() - a.start) / a.movie->ticksPerFrame;
-        if (f > a.last)
-            f = a.loop ? a.first + (f - a.first) % (a.last - a.first + 1) : a.last;
-        return static_cast<unsigned>(f);
+        bool ended = false;
+        return static_cast<unsigned>(FrameAtClock(*found->second, &ended));
     }
     return static_cast<unsigned>(found->second->frame);
 }
@@ -414,10 +436,13 @@ unsigned SoftMovies::GetAviStatus(int iMovie)
     if (found == mAvis.end())
         return 0;
     Avi& a = *found->second;
-    if ((a.status & kPlaying) && !(a.status & kPaused) && !a.loop &&
-        a.startFrame + static_cast<long long>(mHost.Now() - a.start) / a.movie->ticksPerFrame > a.last) {
-        a.frame = a.last;
-        a.status = (a.status & ~kPlaying) | kEnded;
+    if ((a.status & kPlaying) && !(a.status & kPaused) && !a.loop) {
+        bool ended = false;
+        FrameAtClock(a, &ended);
+        if (ended) {
+            a.frame = a.last;
+            a.status = (a.status & ~kPlaying) | kEnded;
+        }
     }
     return a.status;
 }

@@ -11,7 +11,9 @@
 // movies play alongside the game, above every plane, at their rectangle
 // (scaled to it when SetAviRect gave a size); PlayAvi's first two values are
 // the first and last frame (0: to the end), play type 1 loops. With SetAviEvent
-// flag 2, a press or key ends every playing AVI movie.
+// flag 2, a press or key ends every playing AVI movie. An AVI's frame follows
+// the clock: Advance moves it there before a frame is drawn, and PauseAvi
+// stops it at the clock's frame whether or not that frame was drawn.
 //
 // The kernel drives a VMD's play: it asks BeginVmd, then composes and hands
 // out frames while VmdHasFrame, NextVmdFrame after each, and EndVmd. The
@@ -39,8 +41,11 @@ public:
     SoftMovies(const SoftMovies&) = delete;
     SoftMovies& operator=(const SoftMovies&) = delete;
 
+    // Moves every playing AVI to the frame the clock has reached (one that
+    // does not loop ends at its last frame); done before a frame is drawn.
+    void Advance();
     // Draws the playing VMD and the showing AVIs over the composed planes.
-    void Draw(SoftCompositor& compositor, const SoftPalette& palette);
+    void Draw(SoftCompositor& compositor, const SoftPalette& palette) const;
     // A press or a key arrived: with AVI event flag 2, it ends every playing AVI.
     void InputArrived();
     // True while a playing VMD hides the cursor.
@@ -124,6 +129,8 @@ private:
         int startFrame = 0;
     };
     Avi* MoveAvi(int iMovie, int iFrame);
+    int FrameAtClock(const Avi& a, bool* ended) const;
+    void CatchUp(Avi& a);
 
     SoftServiceHost& mHost;
     SoftResources& mResources;

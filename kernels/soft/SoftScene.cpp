@@ -216,6 +216,35 @@ void SoftScene::SetScroll(std::int32_t lPlaneId, int iStepX, int iStepY, int iPi
     plane->scrollMirror = fMirror;
     plane->scrollTicks = iTicks > 0 ? iTicks : 1;
     plane->scrollStart = mHost.Now();
+    plane->scrollMoved = 0;
+}
+
+void SoftScene::Advance()
+{
+    for (auto& entry : mPlanes) {
+        Plane& plane = *entry.second;
+        if (!plane.added || plane.hidden)
+            continue;
+        plane.stylePercent = ShowStylePercent(plane);
+        if (plane.styleActive && plane.stylePercent >= 100) {
+            plane.styleActive = false;
+            plane.hidden = plane.styleToFrom == 1;
+            if (plane.hidden)
+                continue;
+        }
+        if (plane.type != kPlanePicture || !plane.scrolling || soft::Intersect(plane.rect, kScreen).IsEmpty())
+            continue;
+        // The scroll moves by its step every scrollTicks ticks, across the
+        // plane's width (a step in x) or height (a step in y).
+        const long long total = plane.scrollStepX ? plane.rect.right - plane.rect.left + 1
+                                                  : plane.rect.bottom - plane.rect.top + 1;
+        const long long step = std::abs(plane.scrollStepX ? plane.scrollStepX : plane.scrollStepY);
+        const long long steps = (mHost.Now() - plane.scrollStart) / static_cast<std::uint32_t>(plane.scrollTicks);
+        if (steps * step >= total)
+            FinishScroll(plane);
+        else
+            plane.scrollMoved = static_cast<int>(steps * step);
+    }
 }
 
 void SoftScene::FinishScroll(Plane& plane)
@@ -541,35 +570,6 @@ void SoftScene::DeletePolygon(std::int32_t lPlaneId, std::int32_t lPolygonId)
             return;
         }
     }
-}
-
-int SoftScene::PointInPolygon(int x, int y, const ZOR_Point* pPoints, int iCount)
-{
-    if (!pPoints || iCount < 1)
-        return 0;
-    // On an edge (or a vertex) counts as inside.
-    for (int i = 0; i < iCount; i++) {
-        const ZOR_Point& a = pPoints[i];
-        const ZOR_Point& b = pPoints[(i + 1) % iCount];
-        const long long cross = (static_cast<long long>(b.x) - a.x) * (static_cast<long long>(y) - a.y) -
-                                (static_cast<long long>(b.y) - a.y) * (static_cast<long long>(x) - a.x);
-        if (cross == 0 && x >= std::min(a.x, b.x) && x <= std::max(a.x, b.x) && y >= std::min(a.y, b.y) &&
-            y <= std::max(a.y, b.y))
-            return 1;
-    }
-    bool inside = false;
-    for (int i = 0, j = iCount - 1; i < iCount; j = i++) {
-        const ZOR_Point& a = pPoints[i];
-        const ZOR_Point& b = pPoints[j];
-        if ((a.y > y) != (b.y > y)) {
-            // x of the edge at height y, compared without division.
-            const long long lhs = (static_cast<long long>(x) - a.x) * (static_cast<long long>(b.y) - a.y);
-            const long long rhs = (static_cast<long long>(b.x) - a.x) * (static_cast<long long>(y) - a.y);
-            if ((static_cast<long long>(b.y) - a.y > 0) ? lhs < rhs : lhs > rhs)
-                inside = !inside;
-        }
-    }
-    return inside ? 1 : 0;
 }
 
 // ----- for a host that inspects the scene -----

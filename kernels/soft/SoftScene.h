@@ -6,8 +6,8 @@
 // UpdateScreenItem: what the library writes in between is not seen until
 // then. It answers the questions the library asks of what is shown (an item's
 // rectangle, whether a point is on it, the top priorities, coordinates local
-// to a plane), and keeps each plane's transition and scroll. It draws
-// nothing: the compositor (SoftCompositor.h) reads the scene, and the scene
+// to a plane), and keeps each plane's transition and scroll, which Advance
+// moves on before each frame. It draws nothing: the compositor (SoftCompositor.h) reads the scene, and the scene
 // tells it, through a Watcher, when an item was taken over, moved or left
 // the screen, so that the compositor files only what changed.
 //
@@ -23,6 +23,7 @@
 #include "kernel.h"
 
 #include "SoftBitmaps.h"
+#include "SoftGeometry.h"
 #include "SoftHost.h"
 #include "SoftResources.h"
 
@@ -34,68 +35,6 @@
 #include <string>
 #include <vector>
 
-// Geometry the kernel and its compositor share.
-namespace soft {
-
-constexpr int kScreenWidth = 640;
-constexpr int kScreenHeight = 480;
-inline const ZOR_Rect kScreen(0, 0, kScreenWidth - 1, kScreenHeight - 1);
-
-inline ZOR_Rect Intersect(const ZOR_Rect& a, const ZOR_Rect& b)
-{
-    return ZOR_Rect(std::max(a.left, b.left), std::max(a.top, b.top), std::min(a.right, b.right),
-                    std::min(a.bottom, b.bottom));
-}
-
-// An item's scale as drawn: 128 is 100 percent; none or a negative one draws
-// at 100 percent, and nothing grows beyond 16 times.
-inline int ClampScale(int s)
-{
-    return s <= 0 ? kScaleFull : (s > kScaleFull * 16 ? kScaleFull * 16 : s);
-}
-
-// Calls plot(x, y) for each point of the line from (x0, y0) to (x1, y1), both
-// ends included, one step at a time (Bresenham). A line longer than anything
-// drawn is cut short after 8192 points rather than walked.
-template <class Plot>
-void WalkLine(int x0, int y0, int x1, int y1, Plot plot)
-{
-    const int dx = std::abs(x1 - x0), dy = -std::abs(y1 - y0);
-    const int sx = x0 < x1 ? 1 : -1, sy = y0 < y1 ? 1 : -1;
-    int err = dx + dy;
-    for (int guard = 0; guard < 8192; guard++) {
-        plot(x0, y0);
-        if (x0 == x1 && y0 == y1)
-            break;
-        const int e2 = 2 * err;
-        if (e2 >= dy) {
-            err += dy;
-            x0 += sx;
-        }
-        if (e2 <= dx) {
-            err += dx;
-            y0 += sy;
-        }
-    }
-}
-
-// Coordinates the kernel computes with are kept within +-2^24, far outside
-// anything drawn, so that no sum of them can overflow.
-constexpr std::int32_t kFar = 1 << 24;
-inline std::int32_t Safe(long long v)
-{
-    return static_cast<std::int32_t>(v < -kFar ? -kFar : v > kFar ? kFar : v);
-}
-inline ZOR_Point Safe(const ZOR_Point& p)
-{
-    return ZOR_Point(Safe(p.x), Safe(p.y));
-}
-inline ZOR_Rect Safe(const ZOR_Rect& r)
-{
-    return ZOR_Rect(Safe(r.left), Safe(r.top), Safe(r.right), Safe(r.bottom));
-}
-
-} // namespace soft
 
 class SoftScene {
 public:
@@ -118,13 +57,6 @@ public:
         // while `bitmapEpoch` is the scene's bitmap epoch (0: not worked out).
         const SoftBitmap* bitmap = nullptr;
         std::uint64_t bitmapEpoch = 0;
-        // Where the compositor keeps it in its plane's drawing order (the
-        // compositor's to write).
-        enum { kNotFiled, kInOrder, kWaiting };
-        int filed = kNotFiled;
-        std::int32_t filedPlane = 0;
-        long long filedPriority = 0;
-        std::uint64_t filedSerial = 0;
     };
 
     struct Polygon {
@@ -166,10 +98,12 @@ public:
         bool hidden = false; // a disappearing transition has ended
         int style = 0, styleSpeed = 1, styleColor = -1, styleToFrom = 0, styleDivisions = 10;
         std::uint32_t styleStart = 0;
+        int stylePercent = 100; // how far it had come when the frame was advanced
         // A scroll.
         bool scrolling = false;
         int scrollStepX = 0, scrollStepY = 0, scrollPicture = 0, scrollMirror = 0, scrollTicks = 1;
         std::uint32_t scrollStart = 0;
+        int scrollMoved = 0; // pixels the new picture had come in when the frame was advanced
     };
 
     // Told of every change to what an item shows or where it is filed.
@@ -254,8 +188,6 @@ public:
     void UpdatePolygon(std::int32_t lPlaneId, std::int32_t lPolygonId, const ZOR_Point* pPoints, int iCount,
                        int iPriority, int iColor, int iStyle, int iPattern, int iThickness, int fClosed);
     void DeletePolygon(std::int32_t lPlaneId, std::int32_t lPolygonId);
-    // Whether (x, y) is in the polygon of `iCount` points (on an edge counts).
-    static int PointInPolygon(int x, int y, const ZOR_Point* pPoints, int iCount);
 
     // ----- for the compositor and the host -----
     const std::map<KernelPlaneRecord*, std::unique_ptr<Plane>>& Planes() const { return mPlanes; }
@@ -281,8 +213,14 @@ public:
     std::uint64_t BitmapEpoch() const { return mResources.Generation() + mBitmaps.Epoch(); }
     // How far a plane's transition has come, 0..100 (100: none running).
     int ShowStylePercent(const Plane& plane) const;
-    // The scroll has brought its picture in whole: the plane shows it now.
-    void FinishScroll(Plane& plane);
+    // Moves what time moves, before a frame is composed: a transition that has
+    // run its course ends (a disappearing plane is hidden from then on), and a
+    // scroll that has brought its picture in whole leaves the plane showing
+    // that picture, written back into the plane's record. Each plane shown
+    // keeps how far its transition and scroll had come (stylePercent,
+    // scrollMoved), which is what the frame draws. Planes not added, hidden,
+    // or wholly off the screen stand still.
+    void Advance();
     // Fills `planes` afresh (see InspectedPlane). A cel that cannot be drawn
     // is reported as when drawn.
     void Inspect(std::vector<InspectedPlane>* planes);
@@ -297,6 +235,8 @@ private:
     Item* ItemOf(KernelScreenItemRecord* pRecord, const char* operation);
     Item* FindItem(std::int32_t planeId, std::int32_t itemId);
     Plane* PlaneForPicture(std::int32_t lPlaneId, int iPicture);
+    // The scroll has brought its picture in whole: the plane shows it now.
+    void FinishScroll(Plane& plane);
     void TakeOver(Item& item);
     void TakeOver(Plane& plane);
     const SoftBitmap* ResolveBitmap(const Item& item);

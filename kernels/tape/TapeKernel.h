@@ -29,6 +29,7 @@
 #include "TapeFormat.h"
 #include "TapeOps.h"
 
+#include <initializer_list>
 #include <string>
 
 class TapeKernel : public KernelServices {
@@ -81,160 +82,8 @@ public:
     std::uint32_t Frames() const { return mFrameNumber; }
     std::uint32_t LastTick() const { return mLastTicks; }
 
-    // ----- KernelServices -----
-    int GetActiveSampleCount() override;
-    int IsAudioInstalled() override;
-    int PreloadSample(int iSample) override;
-    void PlaySampleAlternate(int iSample, int iQualifier, int iVolume, int iTag) override;
-    int PlayMessageAudio(int iKey1, int iKey2, int iKey3, int iKey4, int iSequence, int iUnused1, int iVolume,
-                         int iUnused2) override;
-    void PlaySample(int iSample, int iQualifier, int iVolume, int iTag, int iUnused) override;
-    void StopAllSamples() override;
-    void StopMessageAudio(int iKey1, int iKey2, int iKey3, int iKey4, int iSequence) override;
-    void StopSample(int iSample, int iQualifier) override;
-    int PauseAllSamples() override;
-    int PauseSample(int iSample, int iQualifier) override;
-    int ResumeAllSamples() override;
-    int ResumeSample(int iSample, int iQualifier) override;
-    int GetGlobalDuration(int* piValue) override;
-    void GetSampleDuration(int iSample, int* piDuration, int iTag) override;
-    void SetSampleRate(int iRate) override;
-    void DefaultSampleRate() override;
-    int GetSampleRate() override;
-    void SetSampleBits(int iBits) override;
-    int GetSampleBits() override;
-    void SetChannelCount(int iChannels) override;
-    void DefaultChannelCount() override;
-    int GetChannelCount() override;
-    int GetAutoVolAdjust() override;
-    void SetAutoVolAdjust(int iValue) override;
-    void DistortAllSamples(int iValue) override;
-    void DistortSample(int iSample, int iValue1, int iValue2) override;
-    int GetGlobalVolume() override;
-    int IsMessageAudioPlaying(int iKey1, int iKey2, int iKey3, int iKey4, int iSequence, int* piUnused) override;
-    int GetSampleVolume(int iSample, int* piVolume, int iTag) override;
-    void SetGlobalVolume(int iVolume) override;
-    void SetSampleVolume(int iSample, int iVolume, int iValue) override;
-    int FadeSample(int iSample, int iTargetVolume, int iValue1, int iValue2, int iValue3, int iTag) override;
-    int CheckNoise() override;
-    void PanSample(int iSample, int iPan, int iValue) override;
-    void StopPanSample(int iSample, int iValue) override;
-    int GetDACCritical() override;
-    void SetDACCritical(int iValue) override;
-    void LoadResource(int iType, int* piNumber, int iValue) override;
-    void LockResource(int iType, int iNumber) override;
-    void UnlockResource(int iType, int iNumber) override;
-    int ResourceExists(int iType, int iNumber) override;
-
-    int GetNowSeenRect(std::int32_t lPlaneId, std::int32_t lScreenItemId, ZOR_Rect* pRect) override;
-    int NumLoops(int iView) override;
-    int NumCels(std::uint32_t uView, int iLoop) override;
-    int TopPlanePriority() override;
-    int TopScreenItemPriority(std::int32_t lPlaneId) override;
-    int ScreenItemOnPoint(ZOR_Point* pPoint, std::int32_t lPlaneId, std::int32_t lScreenItemId,
-                          int fCheckSkip) override;
-    void AddScreenItem(KernelScreenItemRecord* pRecord) override;
-    void DeleteScreenItem(KernelScreenItemRecord* pRecord) override;
-    void UpdateScreenItem(KernelScreenItemRecord* pRecord) override;
-
-    std::int32_t AddPolygon(std::int32_t lPlaneId, ZOR_Point* pPoints, int iCount, int iPriority, int iColor,
-                            int iStyle, int iPattern, int iThickness, int fClosed) override;
-    void DeletePolygon(std::int32_t lPlaneId, std::int32_t lPolygonId) override;
-    void UpdatePolygon(std::int32_t lPlaneId, std::int32_t lPolygonId, ZOR_Point* pPoints, int iCount,
-                       int iPriority, int iColor, int iStyle, int iPattern, int iThickness, int fClosed) override;
-
-    void UpdateScreen(int fFlag) override;
-
-    void AddPlane(KernelPlaneRecord* pRecord) override;
-    void DeletePlane(std::int32_t lPlaneId) override;
-    void UpdatePlane(KernelPlaneRecord* pRecord) override;
-    void AddPicAt(std::int32_t lPlaneId, int iPicture, int x, int y, int fMirror, int fDeleteCopy) override;
-    void SetShowStyle(std::int32_t lPlaneId, int iStyle, int iSpeed, int iColor, int fAnimate,
-                      int fUseReferenceFrame, int iToFrom, int* piArray, int iArraySize, int iDivisions) override;
-    int ShowStylePercentComplete(std::int32_t lPlaneId) override;
-    void SetScroll(std::int32_t lPlaneId, int iStepX, int iStepY, int iPicture, int fAnimate, int iTicks,
-                   int fMirror) override;
-    void MovePlaneItems(std::int32_t lPlaneId, int iDeltaX, int iDeltaY, int fMovePictures) override;
-
-    void InitRobot(std::uint32_t uRobot, std::int32_t lPlaneId, int iPriority, int x, int y, int iValue) override;
-    void PrepareRobot(int iValue1, int iValue2, int iValue3, int iValue4) override;
-    void PlayRobot() override;
-    void PauseRobot() override;
-    void SetRobotPriority(int iPriority) override;
-    int IsRobotDone() override;
-    int IsRobotPlaying() override;
-    void TerminateRobot() override;
-    std::uint32_t GetRobotSignal() override;
-
-    int GetMessage(int iKey1, int iKey2, int iKey3, int iKey4, int iSequence, char* pBuffer,
-                   int iBufferSize) override;
-    int GetNextMessage(char* pBuffer, int iBufferSize) override;
-    int GetMessageSize(int iKey1, int iKey2, int iKey3, int iKey4, int iSequence, int* piSize) override;
-    int GetNextMessageSize(int* piSize) override;
-    void GetLastMessageKeys(int* piKeys) override;
-
-    void GetEvent(std::uint32_t uMask, KernelEventRecord* pRecord) override;
-    void PlaneToLocal(std::int32_t lPlaneId, ZOR_Point* pPoint) override;
-    void PlaneToGlobal(std::int32_t lPlaneId, ZOR_Point* pPoint) override;
-    void ShowCursor() override;
-    void HideCursor() override;
-    void SetCursorPos(ZOR_Point* pPoint) override;
-    void SetCursorView(std::uint32_t uView, int iLoop, int iCel) override;
-
-    std::uint32_t Random(std::uint32_t uLow, std::uint32_t uHigh) override;
-    void SeedRandom(std::uint32_t uSeed) override;
-    std::uint32_t GetTime(int iSelector) override;
-    std::uint32_t GetTicks() override;
-
-    unsigned OpenVmd(const char* pFileName, int iCacheSize, int iOpenArgument) override;
-    void SetVmdPlacement(int x, int y, int iFlags, int iRed, int iGreen, int iBlue) override;
-    unsigned PlayVmd(int iEventFlags, int iEventValue1, int iEventValue2) override;
-    unsigned StopVmd() override;
-    unsigned ResumeVmd() override;
-    unsigned CloseVmd() override;
-    unsigned GetVmdLength() override;
-    unsigned GetVmdStatus() override;
-    unsigned GetVmdFramesSkipped() override;
-    void SetVmdPalette() override;
-    void RestrictVmdPalette(int iValue1, int iValue2) override;
-    void ShowVmdCursor(int fShow) override;
-    void InitVmdBlobs() override;
-    void StopVmdBlobs() override;
-    int AddVmdBlob(int iValue1, int iValue2, int iValue3, int iValue4, int iValue5) override;
-    void DeleteVmdBlob(int iBlob) override;
-    void BlackOutVmd(int iValue1, int iValue2, int iValue3, int iValue4) override;
-    unsigned GetVmdWidth() override;
-    unsigned GetVmdHeight() override;
-
-    int PointInPolygon(int x, int y, ZOR_Point* pPoints, int iCount) override;
-
-    void* AllocMemory(std::uint32_t uSize, const char* pFile, int iLine) override;
-    void FreeMemory(void* pBlock) override;
-
-    KernelPlaneRecord* NewPlane(int iType, int iColor, ZOR_Rect* pRect, int iWindowIndex, int iPriority,
-                                ZOR_Point* pVanishingPoint, int iPicture, int fMirror) override;
-    void PlaneRectChanged(KernelPlaneRecord* pRecord) override;
-    KernelScreenItemRecord* NewScreenItem(std::int32_t lPlaneId, KernelScreenItemSource* pSource, ZOR_Point pos,
-                                          ScaleInfo scale) override;
-    void DisposeScreenItem(KernelScreenItemRecord* pRecord) override;
-    int DLLCheckValid(int iMemId) override;
-    void PlaneCreated(KernelPlaneRecord* pRecord) override;
-
-    unsigned OpenAvi(int iMovie, const char* pFileName) override;
-    unsigned CloseAvi(int iMovie) override;
-    void SetAviRect(int iMovie, int x, int y, int iWidth, int iHeight) override;
-    void SetAviPos(int iMovie, int x, int y) override;
-    unsigned PlayAvi(int iMovie, int iValue1, int iValue2, int iPlayType, int iValue4) override;
-    unsigned StopAvi(int iMovie) override;
-    unsigned PauseAvi(int iMovie) override;
-    unsigned CueAvi(int iMovie, int iFrame) override;
-    unsigned SeekAvi(int iMovie, int iFrame) override;
-    unsigned ResumeAvi(int iMovie) override;
-    void SetAviPalette(int iMovie) override;
-    unsigned GetAviLength(int iMovie) override;
-    unsigned GetAviFrameNum(int iMovie) override;
-    unsigned GetAviStatus(int iMovie) override;
-    unsigned SetAviEvent(int iEventFlags) override;
+    // ----- KernelServices: each forwarded as its row in kernel_ops.h says -----
+    QUINDLE_KERNEL_OPS(QUINDLE_KERNEL_OVERRIDE)
 
 private:
     enum class Mode { kPass, kRecord, kReplay };
@@ -242,11 +91,35 @@ private:
     friend class Call;
 
     void Begin(TapeOp op);
-    void Arg(std::int64_t value) { mCall.args.push_back(value); }
-    void ItemArgs(const KernelScreenItemRecord* r);
-    void PlaneArgs(const KernelPlaneRecord* r);
-    void PointArgs(const ZOR_Point* points, int count);
-    void StringArg(const char* text);
+    // The tape encodings of kernel_ops.h: each appends the values it keeps to
+    // the call (the int returned lets a row's encodings be listed in order).
+    int V(std::int64_t value);
+    int Given(const void* pointer) { return V(pointer != nullptr); }
+    int Pointee(const int* value) { return V(value ? *value : -1); }
+    int At(const ZOR_Point* point) { return point ? At(*point) : (V(0), V(0)); }
+    int At(ZOR_Point point) { return V(point.x), V(point.y); }
+    int Rect(const ZOR_Rect* rect);
+    int Source(const KernelScreenItemSource* source);
+    int Scale(ScaleInfo scale) { return V(scale.scaleX), V(scale.scaleY), V(scale.maxScale), V(scale.mode); }
+    int Plane(const KernelPlaneRecord* r);
+    int PlaneId(const KernelPlaneRecord* r) { return V(r ? r->id : 0); }
+    int Item(const KernelScreenItemRecord* r);
+    int ItemIds(const KernelScreenItemRecord* r) { return V(r ? r->planeId : 0), V(r ? r->id : 0); }
+    int Points(const ZOR_Point* points, int count);
+    int Ints(const int* values, int count);
+    int Text(const char* text);
+    // The answers of kernel_ops.h, taken from the wrapped kernel's call and
+    // kept (recording) or served from the tape (replaying).
+    struct AnswerPart {
+        enum Kind { kResult, kTick, kOut, kEvent } kind;
+        void* at;
+    };
+    static constexpr AnswerPart Result{AnswerPart::kResult, nullptr};
+    static constexpr AnswerPart Tick{AnswerPart::kTick, nullptr};
+    static AnswerPart Out(int* value) { return {AnswerPart::kOut, value}; }
+    static AnswerPart Event(KernelEventRecord* record) { return {AnswerPart::kEvent, record}; }
+    template <typename R, typename Forward> R Answer(Forward forward, std::initializer_list<AnswerPart> answers);
+    void Serve(const AnswerPart& answer);
     void Go();
     void EndCall();
     std::int64_t Live(std::int64_t value);

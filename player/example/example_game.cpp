@@ -10,7 +10,6 @@
 #include "SoftExtras.h"
 #include "kernel.h"
 
-#include <cstdio>
 
 namespace {
 
@@ -93,15 +92,8 @@ void Finish(void* state)
     delete g;
 }
 
-} // namespace
-
-extern "C" __attribute__((visibility("default"))) int QuindleGameStart(const QuindleHost* host,
-                                                                       QuindleGameLoop* loop)
+void* Start(const QuindleHost* host)
 {
-    if (host->version != QUINDLE_HOST_VERSION || !host->extras) {
-        std::fprintf(stderr, "example: this player speaks another version\n");
-        return 1;
-    }
     Example* g = new Example;
     g->k = host->kernel;
     g->extras = host->extras;
@@ -122,8 +114,9 @@ extern "C" __attribute__((visibility("default"))) int QuindleGameStart(const Qui
     g->polygon = k->AddPolygon(g->front->id, field, 4, 5, 14, ZOR_Line::tDashed, 0, 2, 1);
 
     k->SetCursorView(101, 0, 0);
-    loop->state = g;
-    loop->step = &Step;
-    loop->finish = &Finish;
-    return 0;
+    return g;
 }
+
+} // namespace
+
+QUINDLE_GAME_ENTRY("example", &Start, &Step, &Finish)

@@ -274,6 +274,35 @@ TEST_F(SoftCompose, TransitionsReportTheirProgressAndEndShown)
     EXPECT_EQ(Px(10, 10), 0);
 }
 
+// Each kind of transition, frame by frame (4 steps of a tick, colour -1: what
+// lies below shows where the plane is not yet revealed).
+TEST_F(SoftCompose, EachKindOfTransitionRevealsThePlaneAsBefore)
+{
+    const struct {
+        int style;
+        const char* kind;
+        std::uint64_t hashes[3]; // the frames at 25, 50 and 75 percent
+    } kinds[] = {
+        {1, "left to right", {0x77b7b0c9ab3755f3u, 0x72a1962b2be20703u, 0x2c240b8abf85de73u}},
+        {2, "top down", {0xb54ca3544fb2743u, 0x1fc39a140c12db03u, 0x158bf5abc0af0ec3u}},
+        {3, "box", {0xf8a54b3bc4b36675u, 0xc300eaf7a030f81u, 0x1a52a2d7e60af5c1u}},
+        {4, "dissolve", {0xc646c0cb24307153u, 0x1cb20547d6c4b76du, 0x1322f92ff41e3999u}},
+    };
+    for (const auto& t : kinds) {
+        SCOPED_TRACE(t.kind);
+        SoftKernel kernel;
+        ASSERT_TRUE(kernel.SetGameFolder(game.Dir()));
+        MakePlane(kernel, -1, 1, ZOR_Rect(0, 0, 639, 479), 0);
+        KernelPlaneRecord* p = MakePlane(kernel, -1, 3, ZOR_Rect(10, 10, 49, 29), 1);
+        kernel.SetShowStyle(p->id, t.style, 1, -1, 0, 0, 0, nullptr, 0, 4);
+        kernel.UpdateScreen(1);
+        for (int step = 0; step < 3; step++) {
+            kernel.UpdateScreen(1);
+            EXPECT_EQ(FrameHash(kernel.Frame(), 640 * 480), t.hashes[step]) << "frame " << step + 1;
+        }
+    }
+}
+
 TEST_F(SoftCompose, ScrollingBringsTheNewPictureInAndThenShowsIt)
 {
     game.WriteSolidPng("pictures/7.png", 8, 4, 14);

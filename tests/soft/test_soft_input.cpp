@@ -105,6 +105,27 @@ TEST(SoftInput, EventsAreHandedOutWhenTheClockReachesThemAndMatchTheMask)
     EXPECT_EQ(k.FramesComposed(), 7u);
 }
 
+// Through a seam (a tape), the frame hook sees the clock of its frame, also
+// in frames that read no clock before they are drawn (a movie played whole).
+TEST(SoftInput, TheFrameHookSeesTheClockOfItsFrameThroughASeam)
+{
+    struct PassThrough : SoftClockInputSeam {
+        std::uint32_t Clock(std::uint32_t reading) override { return reading; }
+        bool Input(bool found, SoftInputEvent*) override { return found; }
+    } seam;
+    SoftKernel k;
+    k.SetClockInputSeam(&seam);
+    std::vector<std::uint32_t> seen;
+    k.SetFrameHook(
+        [](SoftKernel& kernel, void* ticks) {
+            static_cast<std::vector<std::uint32_t>*>(ticks)->push_back(kernel.GetTicks());
+        },
+        &seen);
+    for (int i = 0; i < 3; i++)
+        k.UpdateScreen(1);
+    EXPECT_EQ(seen, (std::vector<std::uint32_t>{0, 1, 2}));
+}
+
 TEST(SoftInput, RandomNumbersReachBothEndsAndRepeatForTheSameSeed)
 {
     SoftKernel a, b;

@@ -89,14 +89,15 @@ TEST_F(SoftMovies, AnAviPlaysAlongsideTheGameAndReportsItsFrameAndEnd)
     k.SetAviRect(43, 8, 8, 8, 8); // shown twice the size
     EXPECT_EQ(k.PlayAvi(43, 0, 0, 2, 0), 0u);
     EXPECT_EQ(k.GetAviStatus(43), SoftKernel::kMovieOpen | SoftKernel::kMoviePlaying);
-    for (int i = 0; i < 4; i++)
+    for (int i = 0; i < 3; i++)
         k.UpdateScreen(1);
-    EXPECT_EQ(k.GetAviFrameNum(43), 1u);
-    EXPECT_EQ(k.Frame()[15 * 640 + 15], 4);
-    EXPECT_EQ(k.PauseAvi(43), 0u);
+    EXPECT_EQ(k.Frame()[15 * 640 + 15], 2); // drawn at ticks 0..2: frame 0
+    EXPECT_EQ(k.GetAviFrameNum(43), 1u);     // the clock is at 3
+    EXPECT_EQ(k.PauseAvi(43), 0u);           // pauses at the clock's frame, not the one last drawn
     for (int i = 0; i < 30; i++)
         k.UpdateScreen(1);
     EXPECT_EQ(k.GetAviFrameNum(43), 1u);
+    EXPECT_EQ(k.Frame()[15 * 640 + 15], 4);
     EXPECT_EQ(k.GetAviStatus(43) & SoftKernel::kMoviePaused, SoftKernel::kMoviePaused);
     k.ResumeAvi(43);
     for (int i = 0; i < 6; i++)

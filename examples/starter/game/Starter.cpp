@@ -33,15 +33,7 @@ void Finish(void*)
     delete theGame;
 }
 
-} // namespace
-
-SoftKernelExtras* StarterExtras()
-{
-    return gExtras;
-}
-
-extern "C" __attribute__((visibility("default"))) int QuindleGameStart(const QuindleHost* host,
-                                                                       QuindleGameLoop* loop)
+void* Start(const QuindleHost* host)
 {
     DLLInit(host->kernel);
     gExtras = host->extras;
@@ -56,8 +48,14 @@ extern "C" __attribute__((visibility("default"))) int QuindleGameStart(const Qui
     gRooms->LoadRoom(1);
     gRooms->InitRoom();
 
-    loop->state = nullptr;
-    loop->step = &Step;
-    loop->finish = &Finish;
-    return 0;
+    return nullptr;
 }
+
+} // namespace
+
+SoftKernelExtras* StarterExtras()
+{
+    return gExtras;
+}
+
+QUINDLE_GAME_ENTRY("starter", &Start, &Step, &Finish)

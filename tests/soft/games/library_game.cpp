@@ -46,10 +46,7 @@ void Finish(void* state)
     gGame = nullptr;
 }
 
-} // namespace
-
-extern "C" __attribute__((visibility("default"))) int QuindleGameStart(const QuindleHost* host,
-                                                                       QuindleGameLoop* loop)
+void* Start(const QuindleHost* host)
 {
     DLLInit(host->kernel);
     LibraryGame* g = gGame = new LibraryGame;
@@ -82,8 +79,9 @@ extern "C" __attribute__((visibility("default"))) int QuindleGameStart(const Qui
         }
     }
 
-    loop->state = g;
-    loop->step = &StepGame;
-    loop->finish = &Finish;
-    return 0;
+    return g;
 }
+
+} // namespace
+
+QUINDLE_GAME_ENTRY("library game", &Start, &StepGame, &Finish)

@@ -41,10 +41,7 @@ void Finish(void* state)
     delete g;
 }
 
-} // namespace
-
-extern "C" __attribute__((visibility("default"))) int QuindleGameStart(const QuindleHost* host,
-                                                                       QuindleGameLoop* loop)
+void* Start(const QuindleHost* host)
 {
     DLLInit(host->kernel);
     auto* g = new OverlayGame;
@@ -76,8 +73,9 @@ extern "C" __attribute__((visibility("default"))) int QuindleGameStart(const Qui
     g->rooms.LoadRoom(5);
     g->rooms.InitRoom();
 
-    loop->state = g;
-    loop->step = &StepGame;
-    loop->finish = &Finish;
-    return 0;
+    return g;
 }
+
+} // namespace
+
+QUINDLE_GAME_ENTRY("overlay game", &Start, &StepGame, &Finish)

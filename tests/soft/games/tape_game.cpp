@@ -71,10 +71,7 @@ void Finish(void* state)
     gGame = nullptr;
 }
 
-} // namespace
-
-extern "C" __attribute__((visibility("default"))) int QuindleGameStart(const QuindleHost* host,
-                                                                       QuindleGameLoop* loop)
+void* Start(const QuindleHost* host)
 {
     DLLInit(host->kernel);
     TapeGame* g = gGame = new TapeGame;
@@ -91,8 +88,9 @@ extern "C" __attribute__((visibility("default"))) int QuindleGameStart(const Qui
     g->actor->SetSelectFunction(&OnActor);
     g->actor->Show();
     g->actor->ForceUpdate();
-    loop->state = g;
-    loop->step = &Step;
-    loop->finish = &Finish;
-    return 0;
+    return g;
 }
+
+} // namespace
+
+QUINDLE_GAME_ENTRY("tape game", &Start, &Step, &Finish)
