@@ -217,16 +217,24 @@ Entries& TheEntries(void* p)
 
 } // namespace
 
-GLSaveStore::GLSaveStore() : mpEntries(Make<Entries>()) {}
+GLSaveStore::GLSaveStore() : mpEntries(0) {}
 
 GLSaveStore::~GLSaveStore()
 {
+    Release();
+}
+
+void GLSaveStore::Release()
+{
     Unmake(static_cast<Entries*>(mpEntries));
+    mpEntries = 0;
 }
 
 GLSaveStore::Entry* GLSaveStore::Find(const char* key) const
 {
     GL_ASSERT(key);
+    if (!mpEntries)
+        return 0;
     Entries& entries = TheEntries(mpEntries);
     for (std::size_t i = 0; i < entries.size(); i++)
         if (entries[i].key == key)
@@ -256,6 +264,8 @@ void GLSaveStore::DeclareInt(const char* key, int iDefault)
     entry.key = key;
     entry.kind = kInt;
     entry.iValue = entry.iDefault = iDefault;
+    if (!mpEntries)
+        mpEntries = Make<Entries>();
     TheEntries(mpEntries).push_back(entry);
 }
 
@@ -272,6 +282,8 @@ void GLSaveStore::DeclareText(const char* key, const char* szDefault)
     entry.key = key;
     entry.kind = kText;
     entry.text = entry.textDefault = szDefault;
+    if (!mpEntries)
+        mpEntries = Make<Entries>();
     TheEntries(mpEntries).push_back(entry);
 }
 
@@ -286,6 +298,8 @@ void GLSaveStore::DeclareList(const char* key, Kind kind)
     Entry entry;
     entry.key = key;
     entry.kind = kind;
+    if (!mpEntries)
+        mpEntries = Make<Entries>();
     TheEntries(mpEntries).push_back(entry);
 }
 
@@ -371,6 +385,8 @@ GLSaveStore::Kind GLSaveStore::KindOf(const char* key) const
 
 void GLSaveStore::Reset()
 {
+    if (!mpEntries)
+        return;
     Entries& entries = TheEntries(mpEntries);
     for (std::size_t i = 0; i < entries.size(); i++) {
         entries[i].iValue = entries[i].iDefault;
@@ -382,7 +398,7 @@ void GLSaveStore::Reset()
 
 int GLSaveStore::NumKeys() const
 {
-    return static_cast<int>(TheEntries(mpEntries).size());
+    return mpEntries ? static_cast<int>(TheEntries(mpEntries).size()) : 0;
 }
 
 const char* GLSaveStore::KeyAt(int index) const
@@ -394,17 +410,6 @@ const char* GLSaveStore::KeyAt(int index) const
 // ----- the save -----
 
 namespace {
-
-struct NamedItem {
-    GLKernelText name;
-    GLScreenItem* pItem;
-};
-typedef GLKernelArray<NamedItem> NamedItems;
-
-NamedItems& TheNamed(void* p)
-{
-    return *static_cast<NamedItems*>(p);
-}
 
 struct SavedItem {
     GLKernelText name;
@@ -440,13 +445,14 @@ struct GLSaveGame::Parsed {
 };
 
 GLSaveGame::GLSaveGame(const char* szTitle, int iVersion)
-    : mVersion(iVersion), mpUpgrade(0), mpSound(0), mpNamed(Make<NamedItems>()), mRestoring(FALSE),
-      mpText(Make<GLKernelText>())
+    : mVersion(iVersion), mpUpgrade(0), mpSound(0), mNumNamed(0), mRestoring(FALSE), mpText(0)
 {
     GL_ASSERT(szTitle);
     GL_ASSERT(iVersion >= 1);
     std::snprintf(mTitle, sizeof mTitle, "%s", szTitle);
     mError[0] = 0;
+    std::snprintf(mFolder, sizeof mFolder, ".");
+    mSlotFile[0] = 0;
     gpInstalled = this;
 }
 
@@ -454,8 +460,14 @@ GLSaveGame::~GLSaveGame()
 {
     if (gpInstalled == this)
         gpInstalled = 0;
-    Unmake(static_cast<NamedItems*>(mpNamed));
+    Release();
+}
+
+void GLSaveGame::Release()
+{
+    mStore.Release();
     Unmake(static_cast<GLKernelText*>(mpText));
+    mpText = 0;
 }
 
 GLSaveGame* GLSaveGame::Installed()
@@ -468,45 +480,58 @@ void GLSaveGame::SetClockFunction(ClockFunction pFunction)
     gpClock = pFunction;
 }
 
+void GLSaveGame::SetFolder(const char* szFolder)
+{
+    GL_ASSERT(szFolder);
+    std::snprintf(mFolder, sizeof mFolder, "%s", *szFolder ? szFolder : ".");
+}
+
+const char* GLSaveGame::SlotFile(const char* slot)
+{
+    GL_ASSERT(IsKey(slot));
+    std::snprintf(mSlotFile, sizeof mSlotFile, "%s/%s.sav", mFolder, slot);
+    return mSlotFile;
+}
+
 void GLSaveGame::Name(const char* name, GLScreenItem* pItem)
 {
     GL_ASSERT(IsKey(name));
     GL_ASSERT(pItem);
-    NamedItems& named = TheNamed(mpNamed);
-    for (std::size_t i = 0; i < named.size(); i++)
-        if (named[i].name == name) {
-            named[i].pItem = pItem;
+    for (int i = 0; i < mNumNamed; i++)
+        if (std::strcmp(mNamed[i].name, name) == 0) {
+            mNamed[i].pItem = pItem;
             return;
         }
-    named.push_back(NamedItem{GLKernelText(name), pItem});
+    GL_ASSERT(mNumNamed < kMostNamed);
+    std::snprintf(mNamed[mNumNamed].name, sizeof mNamed[mNumNamed].name, "%s", name);
+    mNamed[mNumNamed++].pItem = pItem;
 }
 
+// The later names move down, keeping the order items were named in.
 void GLSaveGame::Forget(const char* name)
 {
-    NamedItems& named = TheNamed(mpNamed);
-    for (std::size_t i = 0; i < named.size(); i++)
-        if (named[i].name == name) {
-            named.erase(named.begin() + static_cast<std::ptrdiff_t>(i));
+    for (int i = 0; i < mNumNamed; i++)
+        if (std::strcmp(mNamed[i].name, name) == 0) {
+            std::memmove(&mNamed[i], &mNamed[i + 1], sizeof mNamed[0] * static_cast<std::size_t>(mNumNamed - i - 1));
+            mNumNamed--;
             return;
         }
 }
 
 void GLSaveGame::Forget(GLScreenItem* pItem)
 {
-    NamedItems& named = TheNamed(mpNamed);
-    for (std::size_t i = 0; i < named.size(); i++)
-        if (named[i].pItem == pItem) {
-            named.erase(named.begin() + static_cast<std::ptrdiff_t>(i));
+    for (int i = 0; i < mNumNamed; i++)
+        if (mNamed[i].pItem == pItem) {
+            Forget(mNamed[i].name);
             i--;
         }
 }
 
 GLScreenItem* GLSaveGame::Named(const char* name) const
 {
-    NamedItems& named = TheNamed(mpNamed);
-    for (std::size_t i = 0; i < named.size(); i++)
-        if (named[i].name == name)
-            return named[i].pItem;
+    for (int i = 0; i < mNumNamed; i++)
+        if (std::strcmp(mNamed[i].name, name) == 0)
+            return mNamed[i].pItem;
     return 0;
 }
 
@@ -519,6 +544,7 @@ int GLSaveGame::Refuse(const char* fileName, const char* reason)
 int GLSaveGame::Write(const char** ppText)
 {
     GL_ASSERT(theGame);
+    Declare();
     Keep();
     GLKernelText body;
     body.reserve(2048);
@@ -539,10 +565,9 @@ int GLSaveGame::Write(const char** ppText)
         PutInt(&body, pCursor->GetState());
         body += '\n';
     }
-    Entries& entries = TheEntries(mStore.mpEntries);
     static const char* const kKindWords[] = {"", "int", "text", "ints", "texts"};
-    for (std::size_t i = 0; i < entries.size(); i++) {
-        const GLSaveStore::Entry& e = entries[i];
+    for (int i = 0; i < mStore.NumKeys(); i++) {
+        const GLSaveStore::Entry& e = TheEntries(mStore.mpEntries)[static_cast<std::size_t>(i)];
         body += kKindWords[e.kind];
         body += ' ';
         body += e.key;
@@ -563,9 +588,8 @@ int GLSaveGame::Write(const char** ppText)
         }
         body += '\n';
     }
-    NamedItems& named = TheNamed(mpNamed);
-    for (std::size_t i = 0; i < named.size(); i++) {
-        GLScreenItem* pItem = named[i].pItem;
+    for (int i = 0; i < mNumNamed; i++) {
+        GLScreenItem* pItem = mNamed[i].pItem;
         const int fPicture = pItem->HasVLC();
         const ScaleInfo& scale = pItem->GetScale();
         const long long v[11] = {fPicture ? pItem->GetView() : -1,
@@ -580,7 +604,7 @@ int GLSaveGame::Write(const char** ppText)
                                  scale.maxScale,
                                  scale.mode};
         body += "item ";
-        body += named[i].name;
+        body += mNamed[i].name;
         for (int j = 0; j < 11; j++) {
             body += ' ';
             PutInt(&body, v[j]);
@@ -601,6 +625,8 @@ int GLSaveGame::Write(const char** ppText)
     }
     body += "end\n";
 
+    if (!mpText)
+        mpText = Make<GLKernelText>();
     GLKernelText& text = *static_cast<GLKernelText*>(mpText);
     text.clear();
     text += kMagic;
@@ -651,6 +677,7 @@ int GLSaveGame::Save(const char* fileName)
 // Takes a save apart and checks all of it; nothing of the game changes.
 int GLSaveGame::Parse(const char* fileName, const char* text, int length, Parsed* pParsed)
 {
+    Declare();
     GLSaveHeader& header = pParsed->header;
     std::memset(&header, 0, sizeof header);
     header.iRoom = -1;

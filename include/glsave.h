@@ -29,6 +29,10 @@
 // written beside its file under a temporary name and renamed over it, so a
 // crash or a full disk mid-save leaves the previous save whole.
 //
+// Nothing is taken from the kernel until the first save, restore or check:
+// declaring keys waits for Declare(), and the named items have a table of
+// their own, so a game that never saves runs exactly as it would without.
+//
 // Nothing here reaches into a class: everything saved is read and put back
 // through the public members of the screen items, the cursor, the user object
 // and the sound manager.
@@ -45,7 +49,8 @@ class GLSndManager;
 // The game's named values. Keys are 1 to 63 characters of letters, digits,
 // '.', '-' and '_'. Every key is declared once with its kind and default
 // before it is read or written; a key of another kind, or one never declared,
-// is a failed check.
+// is a failed check. The values take their blocks when first declared; the
+// destructor (or Release) gives them back.
 class QUINDLE_API GLSaveStore {
 public:
     GL_DECLARE_ALLOCATION("include/glsave.h")
@@ -88,6 +93,8 @@ public:
     // The declared keys, in the order they were declared.
     int NumKeys() const;
     const char* KeyAt(int index) const;
+    // Forgets every key and gives its blocks back.
+    void Release();
 
     // One key and its values; the library's own.
     struct Entry;
@@ -111,7 +118,8 @@ struct GLSaveHeader {
 
 // A game's saves: the game derives from it, names its rooms and says how a
 // room is started, and hands its objects over by name. One is installed at a
-// time (the last one made); a host finds it with Installed().
+// time (the last one made); a host finds it with Installed(). A game may
+// keep it in static storage: it takes nothing from the kernel when made.
 class QUINDLE_API GLSaveGame {
 public:
     GL_DECLARE_ALLOCATION("include/glsave.h")
@@ -139,14 +147,23 @@ public:
     int GetVersion() const { return mVersion; }
     void SetUpgradeFunction(UpgradeFunction pFunction) { mpUpgrade = pFunction; }
 
-    // Names a screen item for saving (a name as a key is spelled); naming an
-    // item again under the same name replaces it. Forget it before it goes.
+    // Names a screen item for saving (a name as a key is spelled; at most
+    // kMostNamed names); naming an item again under the same name replaces
+    // it. Forget it before it goes.
+    enum { kMostNamed = 32 };
     void Name(const char* name, GLScreenItem* pItem);
     void Forget(const char* name);
     void Forget(GLScreenItem* pItem);
     GLScreenItem* Named(const char* name) const;
     // The sound manager whose tracks are saved; null (the default) saves none.
     void SetSoundManager(GLSndManager* pManager) { mpSound = pManager; }
+
+    // Where the game's saves go: the host names the folder (the player's is
+    // in the user's data folder), "." until then. SlotFile gives the file of
+    // a slot there, "<folder>/<slot>.sav", good until the next call.
+    void SetFolder(const char* szFolder);
+    const char* GetFolder() const { return mFolder; }
+    const char* SlotFile(const char* slot);
 
     // TRUE while the saved room is being started by Restore.
     int IsRestoring() const { return mRestoring; }
@@ -163,13 +180,19 @@ public:
     int Check(const char* fileName, GLSaveHeader* pHeader);
     // "<file>: <reason>" of the last refusal.
     const char* LastError() const { return mError; }
+    // Gives back the blocks the store and the last text took; a game whose
+    // saves live in static storage calls it before the kernel goes.
+    void Release();
 
     // The save written now, in memory (what Save writes): its length, and
     // the text, good until the next call. For tools and measurements.
     int Write(const char** ppText);
 
 protected:
-    // The game's part. The room the game is in now.
+    // The game's part. Declares the store's keys with their defaults: called
+    // before every save, restore and check (declaring again changes nothing).
+    virtual void Declare() = 0;
+    // The room the game is in now.
     virtual int CurrentRoom() = 0;
     // Called before a save: the game and its room write what they keep into
     // the store.
@@ -189,9 +212,16 @@ private:
     int mVersion;
     UpgradeFunction mpUpgrade;
     GLSndManager* mpSound;
-    void* mpNamed; // the named items, in a list of the library's own
+    struct NamedItem {
+        char name[64];
+        GLScreenItem* pItem;
+    };
+    NamedItem mNamed[kMostNamed];
+    int mNumNamed;
     int mRestoring;
     char mError[512];
+    char mFolder[400];
+    char mSlotFile[480];
     void* mpText; // the last text written
 };
 
