@@ -441,6 +441,7 @@ struct GLSaveGame::Parsed {
     GLKernelArray<SavedItem> items;
     GLKernelArray<SavedTrack> tracks;
     long long cursor[3] = {0, 0, 0};
+    long long lastTrack = -1;
     int fCursor = FALSE;
 };
 
@@ -612,6 +613,9 @@ int GLSaveGame::Write(const char** ppText)
         body += '\n';
     }
     if (mpSound) {
+        body += "sound ";
+        PutInt(&body, mpSound->mLastTrackId);
+        body += '\n';
         for (GLSndTrack* pTrack = mpSound->mpFirstTrack; pTrack; pTrack = pTrack->mpNextTrack) {
             const long long v[5] = {pTrack->mTrackId, NodeIndex(pTrack), pTrack->mSample, pTrack->mStopped,
                                     pTrack->mPaused};
@@ -742,6 +746,9 @@ int GLSaveGame::Parse(const char* fileName, const char* text, int length, Parsed
                 header.uClock = static_cast<std::uint32_t>(v);
             else
                 header.iRoom = static_cast<int>(v);
+        } else if (what == "sound" && words.size() == 2) {
+            if (!GetInt(words[1], 0, 0x7FFFFFFF, &pParsed->lastTrack))
+                return bad("not a number");
         } else if (what == "cursor" && words.size() == 4) {
             for (int j = 0; j < 3; j++)
                 if (!GetInt(words[static_cast<std::size_t>(j) + 1], -0x7FFFFFFFll, 0xFFFFFFFFll, &pParsed->cursor[j]))
@@ -902,33 +909,52 @@ void GLSaveGame::Apply(Parsed* pParsed)
         GLScreenItem* pItem = Named(saved.name.c_str());
         if (!pItem)
             continue; // the room no longer has it: it stays as the room made it
+        // Only what differs from what the room made is set: an item the save
+        // leaves as it was is not updated (a cel's update also moves the
+        // rectangle it takes clicks in).
         const long long* v = saved.v;
-        if (pItem->HasVLC() && v[0] >= 0)
+        int fChanged = FALSE;
+        if (pItem->HasVLC() && v[0] >= 0 &&
+            (pItem->GetView() != v[0] || pItem->GetLoop() != v[1] || pItem->GetCel() != v[2])) {
             pItem->Load(static_cast<int>(v[0]), static_cast<int>(v[1]), static_cast<int>(v[2]), FALSE);
-        pItem->SetPos(GLPoint(static_cast<int>(v[3]), static_cast<int>(v[4])), FALSE);
-        if (pItem->GetPri() != v[5])
+            fChanged = TRUE;
+        }
+        if (pItem->GetPos().GetX() != v[3] || pItem->GetPos().GetY() != v[4]) {
+            pItem->SetPos(GLPoint(static_cast<int>(v[3]), static_cast<int>(v[4])), FALSE);
+            fChanged = TRUE;
+        }
+        if (pItem->GetPri() != v[5]) {
             pItem->SetPri(static_cast<int>(v[5]), FALSE);
+            fChanged = TRUE;
+        }
         ScaleInfo scale = {static_cast<std::int32_t>(v[7]), static_cast<std::int32_t>(v[8]),
                            static_cast<std::int32_t>(v[9]), static_cast<std::int32_t>(v[10])};
         const ScaleInfo& now = pItem->GetScale();
-        if (std::memcmp(&now, &scale, sizeof scale) != 0)
+        if (std::memcmp(&now, &scale, sizeof scale) != 0) {
             pItem->SetScale(scale, FALSE);
+            fChanged = TRUE;
+        }
         if (v[6] && !pItem->IsVisible())
             pItem->Show();
         else if (!v[6] && pItem->IsVisible())
             pItem->Hide();
-        else if (v[6])
+        else if (v[6] && fChanged)
             pItem->Update();
     }
 
     // Tracks are matched by their place in the sound manager's list: the
-    // room made them again, in the same order, but under new numbers.
+    // room made them again, in the same order; they take their saved numbers
+    // back, and the manager its count, so the next track is numbered as it
+    // would have been.
+    if (mpSound && pParsed->lastTrack >= 0)
+        mpSound->mLastTrackId = static_cast<int>(pParsed->lastTrack);
     GLSndTrack* pTrack = mpSound ? mpSound->mpFirstTrack : 0;
     for (std::size_t i = 0; i < pParsed->tracks.size() && pTrack; i++, pTrack = pTrack->mpNextTrack) {
         const long long* v = pParsed->tracks[i].v;
         GLNode* pNode = pTrack->mpHeader;
         for (long long n = 0; n < v[1] && pNode && pNode->mpNext != pTrack->mpHeader; n++)
             pNode = pNode->mpNext;
+        pTrack->mTrackId = static_cast<int>(v[0]);
         pTrack->mpCurrent = pNode;
         pTrack->mSample = static_cast<int>(v[2]);
         if (v[3] && !pTrack->mStopped)
