@@ -392,8 +392,11 @@ int main(int argc, char** argv)
             loop.finish(loop.state);
         return status;
     }
-    if (const int failed = saves.Started(&events))
+    if (const int failed = saves.Started(&events)) {
+        if (loop.finish)
+            loop.finish(loop.state);
         return failed;
+    }
 
     const bool progress = !o.quiet && !o.window && ::isatty(2);
     bool quit = false, closed = false;
