@@ -121,10 +121,10 @@ int GetInt(const GLKernelText& word, long long low, long long high, long long* p
     return TRUE;
 }
 
-// FNV-1a over the body: a damaged or hand-edited save is told from a good one.
-std::uint32_t Checksum(const char* text, std::size_t length)
+// FNV-1a over everything but the checksum's own line, the header first: a
+// damaged or hand-edited save is told from a good one.
+std::uint32_t Checksum(const char* text, std::size_t length, std::uint32_t hash = 2166136261u)
 {
-    std::uint32_t hash = 2166136261u;
     for (std::size_t i = 0; i < length; i++)
         hash = (hash ^ static_cast<unsigned char>(text[i])) * 16777619u;
     return hash;
@@ -640,8 +640,10 @@ int GLSaveGame::Write(const char** ppText)
     PutInt(&text, mVersion);
     text += "\nlibrary ";
     text += QUINDLE_VERSION;
+    text += '\n';
     char sum[24];
-    std::snprintf(sum, sizeof sum, "\nchecksum %08x\n", Checksum(body.data(), body.size()));
+    std::snprintf(sum, sizeof sum, "checksum %08x\n",
+                  Checksum(body.data(), body.size(), Checksum(text.data(), text.size())));
     text += sum;
     text += body;
     if (ppText)
@@ -692,7 +694,8 @@ int GLSaveGame::Parse(const char* fileName, const char* text, int length, Parsed
     const char* line = text;
     const char* body = 0;
     std::uint32_t sum = 0;
-    int number = 0, fEnd = FALSE;
+    const char* headEnd = 0;
+    int number = 0, fEnd = FALSE, fOtherGame = FALSE;
     while (line < end && !fEnd) {
         const char* stop = static_cast<const char*>(std::memchr(line, '\n', static_cast<std::size_t>(end - line)));
         if (!stop)
@@ -712,20 +715,11 @@ int GLSaveGame::Parse(const char* fileName, const char* text, int length, Parsed
             if (what != "title" || words.size() != 2 || !GetText(words[1], &value))
                 return bad("no title");
             std::snprintf(header.szTitle, sizeof header.szTitle, "%s", value.c_str());
-            if (value != mTitle) {
-                std::snprintf(reason, sizeof reason, "is a save of another game (\"%s\", not \"%s\")",
-                              header.szTitle, mTitle);
-                return Refuse(fileName, reason);
-            }
+            fOtherGame = value != mTitle;
         } else if (number == 3) {
             if (what != "version" || words.size() != 2 || !GetInt(words[1], 1, 0x7FFFFFFF, &v))
                 return bad("no save version");
             header.iGameVersion = static_cast<int>(v);
-            if (v > mVersion) {
-                std::snprintf(reason, sizeof reason, "is a save of a later version of the game (%d; this is %d)",
-                              header.iGameVersion, mVersion);
-                return Refuse(fileName, reason);
-            }
         } else if (number == 4) {
             if (what != "library" || words.size() != 2)
                 return bad("no library version");
@@ -734,6 +728,7 @@ int GLSaveGame::Parse(const char* fileName, const char* text, int length, Parsed
             if (what != "checksum" || words.size() != 2 || words[1].size() != 8)
                 return bad("no checksum");
             sum = static_cast<std::uint32_t>(std::strtoul(words[1].c_str(), 0, 16));
+            headEnd = line;
             body = stop + 1;
         } else if (what == "end" && words.size() == 1) {
             fEnd = TRUE;
@@ -808,8 +803,20 @@ int GLSaveGame::Parse(const char* fileName, const char* text, int length, Parsed
         return Refuse(fileName, "is damaged (cut short)");
     if (line != end)
         return Refuse(fileName, "is damaged (lines after its end)");
-    if (Checksum(body, static_cast<std::size_t>(line - body)) != sum)
+    if (Checksum(body, static_cast<std::size_t>(line - body), Checksum(text, static_cast<std::size_t>(headEnd - text))) !=
+        sum)
         return Refuse(fileName, "is damaged (its checksum does not match)");
+    // Whole and unharmed: now whether it is this game's.
+    if (fOtherGame) {
+        std::snprintf(reason, sizeof reason, "is a save of another game (\"%s\", not \"%s\")", header.szTitle,
+                      mTitle);
+        return Refuse(fileName, reason);
+    }
+    if (header.iGameVersion > mVersion) {
+        std::snprintf(reason, sizeof reason, "is a save of a later version of the game (%d; this is %d)",
+                      header.iGameVersion, mVersion);
+        return Refuse(fileName, reason);
+    }
     if (header.iRoom < 0)
         return Refuse(fileName, "is damaged (no room)");
     if (!pParsed->dropped.empty()) {

@@ -58,6 +58,21 @@ PlayRun Play(const std::string& args, const std::string& folder = DEMO_FOLDER, c
     return run;
 }
 
+// A save edited by hand and signed again, as another game or a later version
+// would have written it: the checksum (FNV-1a) covers every line but its own.
+std::string Signed(std::string save)
+{
+    const std::size_t line = save.find("checksum ");
+    const std::size_t next = save.find('\n', line) + 1;
+    std::uint32_t hash = 2166136261u;
+    for (std::size_t i = 0; i < save.size(); i++)
+        if (i < line || i >= next)
+            hash = (hash ^ static_cast<unsigned char>(save[i])) * 16777619u;
+    char sum[16];
+    std::snprintf(sum, sizeof sum, "%08x", hash);
+    return save.replace(line + 9, 8, sum);
+}
+
 // The log's lines stamped later than tick `after`.
 std::string LogAfter(const std::string& log, unsigned after)
 {
@@ -106,9 +121,10 @@ TEST(DemoSaves, SavesTheGameCannotUseAreRefusedWithTheFileNamed)
     const std::string good = Dir() + "/good.sav";
     ASSERT_EQ(Play("--save-at 1290 " + good).status, 0);
     const std::string text = ReadAll(good);
-    std::string damaged = text, otherGame = text;
+    std::string damaged = text, otherGame = text, later = text;
     damaged[damaged.find("int log.cues") + 13] ^= 1;
     otherGame.replace(otherGame.find("quindle\\sdemo"), 13, "another\\sgame");
+    later.replace(later.find("\nversion 1\n"), 11, "\nversion 3\n");
     const std::string directory = Dir() + "/a-directory.sav";
     ::mkdir(directory.c_str(), 0777);
     struct Case {
@@ -118,7 +134,8 @@ TEST(DemoSaves, SavesTheGameCannotUseAreRefusedWithTheFileNamed)
     } cases[] = {
         {"damaged.sav", damaged, "is damaged (its checksum does not match)"},
         {"cut.sav", text.substr(0, text.size() / 2), "is damaged"},
-        {"other.sav", otherGame, "is a save of another game"},
+        {"other.sav", Signed(otherGame), "is a save of another game"},
+        {"later.sav", Signed(later), "is a save of a later version of the game (3; this is 1)"},
         {"a-directory.sav", "", "cannot be read (not a regular file)"},
         {"missing.sav", "", "cannot be read (No such file or directory)"},
     };
