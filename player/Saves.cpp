@@ -88,8 +88,8 @@ int ParseSaveOption(int argc, char** argv, int* i, SaveOptions* o, std::string* 
     return 1;
 }
 
-PlayerSaves::PlayerSaves(SoftKernel& kernel, const SaveOptions& options, const std::string& title)
-    : mKernel(kernel), mOptions(options), mFolder(SavesFolder(title))
+PlayerSaves::PlayerSaves(SoftKernel& kernel, const SaveOptions& options, const std::string& title, bool tape)
+    : mKernel(kernel), mOptions(options), mFolder(SavesFolder(title)), mTape(tape)
 {
     gKernel = &kernel;
 }
@@ -156,6 +156,10 @@ int PlayerSaves::AfterFrame(int key)
     GLSaveGame* saves = GLSaveGame::Installed();
     if (!key || !saves)
         return 0;
+    if (mTape) {
+        std::fprintf(stderr, "quindle-player: no saves while a tape records or replays\n");
+        return 0;
+    }
     const std::string quick = saves->SlotFile("quick");
     if (key == 5) {
         if (!MakeFolders(mFolder))

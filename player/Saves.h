@@ -30,7 +30,9 @@ int ParseSaveOption(int argc, char** argv, int* i, SaveOptions* options, std::st
 
 class PlayerSaves {
 public:
-    PlayerSaves(SoftKernel& kernel, const SaveOptions& options, const std::string& title);
+    // With a tape recording or replaying, F5 and F9 are refused (the save
+    // would be on the tape, and a replay could not make it).
+    PlayerSaves(SoftKernel& kernel, const SaveOptions& options, const std::string& title, bool tape);
     ~PlayerSaves();
     PlayerSaves(const PlayerSaves&) = delete;
     PlayerSaves& operator=(const PlayerSaves&) = delete;
@@ -53,6 +55,7 @@ private:
     SoftKernel& mKernel;
     SaveOptions mOptions;
     std::string mFolder;
+    bool mTape;
     bool mSaved = false;
 };
 

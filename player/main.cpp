@@ -220,6 +220,12 @@ bool ParseOptions(int argc, char** argv, Options* o, std::string* error)
         *error = "no game folder given";
         return false;
     }
+    // A tape holds every call of the run: a save or a restore would be on it
+    // and a replay could not make it.
+    if ((o->saves.saveAt || !o->saves.load.empty()) && (!o->record.empty() || !o->replay.empty())) {
+        *error = "--save-at and --load do not go with --record or --replay";
+        return false;
+    }
     return true;
 }
 
@@ -385,7 +391,7 @@ int main(int argc, char** argv)
         std::fprintf(stderr, "quindle-player: %s: the game did not start\n", game.library.c_str());
         return 3;
     }
-    PlayerSaves saves(k, o.saves, game.title);
+    PlayerSaves saves(k, o.saves, game.title, !o.record.empty() || !o.replay.empty());
     if (saves.Checking()) {
         status = saves.Check();
         if (loop.finish)
