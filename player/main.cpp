@@ -386,25 +386,19 @@ int main(int argc, char** argv)
     QuindleHost host{QUINDLE_HOST_VERSION, tape.Kernel(), &k, o.folder.c_str(), static_cast<int>(o.gameArgs.size()),
                      o.gameArgs.data()};
     QuindleGameLoop loop{nullptr, nullptr, nullptr};
-    int status = 0;
     if (start(&host, &loop) != 0 || !loop.step) {
         std::fprintf(stderr, "quindle-player: %s: the game did not start\n", game.library.c_str());
         return 3;
     }
     PlayerSaves saves(k, o.saves, game.title, !o.record.empty() || !o.replay.empty());
-    if (saves.Checking()) {
-        status = saves.Check();
+    if (const int done = saves.Checking() ? saves.Check() : saves.Started(&events); done || saves.Checking()) {
         if (loop.finish)
             loop.finish(loop.state);
-        return status;
-    }
-    if (const int failed = saves.Started(&events)) {
-        if (loop.finish)
-            loop.finish(loop.state);
-        return failed;
+        return done;
     }
 
     const bool progress = !o.quiet && !o.window && ::isatty(2);
+    int status = 0;
     bool quit = false, closed = false;
     std::uint32_t shown = 0;
     while (!k.HasFault()) {
