@@ -40,6 +40,8 @@ void PlayerWindowKeys::Key(int n)
         mWindow.Hold(mPaused);
     } else if (n == 3) {
         mStep = mPaused;
+    } else if (n == 5 || n == 9) {
+        mSaveKey = n;
     } else if (n == 12) {
         Shoot();
     }

@@ -5,6 +5,8 @@
 //   F2   pause: the game's clock and its sound stop, its input is held back;
 //        the window still shows the frame and follows the pointer
 //   F3   while paused, one more frame of the game
+//   F5   saves the game to its quick slot, F9 restores it (between two
+//        frames: the player asks TakeSaveKey after each)
 //   F12  writes the frame shown (with the overlay when it is on) as a PNG
 //        into the output directory and prints its path
 //
@@ -32,6 +34,14 @@ public:
     // What a key does (n is 1..12); the window calls it from Pump.
     void Key(int n);
 
+    // F5 or F9 pressed since the last call (5 or 9), else 0.
+    int TakeSaveKey()
+    {
+        const int key = mSaveKey;
+        mSaveKey = 0;
+        return key;
+    }
+
     bool OverlayOn() const { return mOverlayOn; }
     bool Paused() const { return mPaused; }
     // The path of the last snapshot written, empty when none.
@@ -50,6 +60,7 @@ private:
     bool mPaused = false;
     bool mStep = false;
     int mShots = 0;
+    int mSaveKey = 0;
     std::string mLastShot;
     double mFrameMillis = 0;
     std::uint64_t mLastFrame = 0; // steady clock, microseconds

@@ -9,6 +9,7 @@
 #include "Overlay.h"
 #include "quindle_game.h"
 #include "PlayerTape.h"
+#include "Saves.h"
 
 #include "SoftKernel.h"
 #include "SoftText.h"
@@ -37,6 +38,7 @@ void Usage(std::FILE* out)
     std::fprintf(out,
                  "usage: quindle-player <game folder> [options] [-- game arguments]\n"
                  "       quindle-player --check <game folder> [--script FILE] [--strict]\n"
+                 "       quindle-player --check-save FILE <game folder>\n"
                  "\n"
                  "Runs the game headless until it quits or the time is over, and writes\n"
                  "what it drew. The game folder names the game library in game.txt and is\n"
@@ -64,19 +66,25 @@ void Usage(std::FILE* out)
                  "  --replay FILE     play a tape: its input, clock and step, with every output\n"
                  "                    option (or watched with --window); stops at the first\n"
                  "                    call the game makes otherwise than on the tape\n"
+                 "  --save-at T FILE  save the game after the frame of tick T (see docs/GAME.md)\n"
+                 "  --load FILE       start from a save: its room, its state, its tick; the\n"
+                 "                    script's events up to that tick are taken as handled\n"
+                 "  --check-save FILE start the game, read the save and say what it is\n"
                  "  --overlay         draw the developer overlay (planes, items, polygons, routes,\n"
                  "                    the pointer, a status line) into every frame written; in a\n"
                  "                    window, start with it on\n"
                  "\n"
                  "Keys in the window: F1 overlay on/off, F2 pause/go on, F3 one frame while\n"
-                 "paused, F12 write the frame shown as DIR/shot-TICK-N.png (Ctrl+Q quits).\n"
+                 "paused, F5 save to the quick slot and F9 restore it (in\n"
+                 "$XDG_DATA_HOME/quindle/<title>/saves/), F12 write the frame shown as\n"
+                 "DIR/shot-TICK-N.png (Ctrl+Q quits).\n"
                  "\n"
                  "Always writes DIR/final.png, the last frame.\n"
                  "\n"
                  "Exit status:\n"
                  "  0  a normal end (with --replay: the tape matched to its game's end)\n"
                  "  1  a usage error\n"
-                 "  2  a faulty game folder, script, tape or resource (the file is named)\n"
+                 "  2  a faulty game folder, script, tape, save or resource (the file is named)\n"
                  "  3  a game that cannot start (its library does not load or start)\n"
                  "  4  a replay that diverged (the report names the frame and the call)\n"
                  "  5  a tape that ended before its game did\n"
@@ -104,6 +112,7 @@ struct Options {
     int scale = 0; // the largest that fits the display
     std::string record, replay;
     std::vector<char*> gameArgs;
+    SaveOptions saves;
 };
 
 bool Number(const char* text, long long low, long long high, long long* value)
@@ -117,6 +126,11 @@ bool ParseOptions(int argc, char** argv, Options* o, std::string* error)
         const std::string a = argv[i];
         const char* next = i + 1 < argc ? argv[i + 1] : nullptr;
         long long v = 0;
+        if (const int taken = ParseSaveOption(argc, argv, &i, &o->saves, error)) {
+            if (taken < 0)
+                return false;
+            continue;
+        }
         auto need = [&](const char* what) {
             if (!next) {
                 *error = a + " needs " + what;
@@ -204,6 +218,12 @@ bool ParseOptions(int argc, char** argv, Options* o, std::string* error)
     }
     if (o->folder.empty()) {
         *error = "no game folder given";
+        return false;
+    }
+    // A tape holds every call of the run: a save or a restore would be on it
+    // and a replay could not make it.
+    if ((o->saves.saveAt || !o->saves.load.empty()) && (!o->record.empty() || !o->replay.empty())) {
+        *error = "--save-at and --load do not go with --record or --replay";
         return false;
     }
     return true;
@@ -299,8 +319,8 @@ int main(int argc, char** argv)
         std::fprintf(stderr, "quindle-player: %s\n", k.Fault().c_str());
         return 2;
     }
+    std::vector<SoftInputEvent> events;
     if (!o.script.empty()) {
-        std::vector<SoftInputEvent> events;
         if (!SoftReadScript(o.script, &events, &error)) {
             std::fprintf(stderr, "quindle-player: %s\n", error.c_str());
             return 2;
@@ -370,6 +390,12 @@ int main(int argc, char** argv)
         std::fprintf(stderr, "quindle-player: %s: the game did not start\n", game.library.c_str());
         return 3;
     }
+    PlayerSaves saves(k, o.saves, game.title, !o.record.empty() || !o.replay.empty());
+    if (const int done = saves.Checking() ? saves.Check() : saves.Started(&events); done || saves.Checking()) {
+        if (loop.finish)
+            loop.finish(loop.state);
+        return done;
+    }
 
     const bool progress = !o.quiet && !o.window && ::isatty(2);
     int status = 0;
@@ -390,6 +416,12 @@ int main(int argc, char** argv)
             status = 3;
             break;
         }
+        int saveKey = 0;
+#ifdef QUINDLE_HAVE_WINDOW
+        saveKey = o.window ? keys.TakeSaveKey() : 0;
+#endif
+        if ((status = saves.AfterFrame(saveKey)) != 0)
+            break;
 #ifdef QUINDLE_HAVE_WINDOW
         if (o.window && window.Closed()) {
             closed = true;

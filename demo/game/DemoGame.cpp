@@ -4,7 +4,9 @@
 #include "glcursor.h"
 #include "gldll.h"
 #include "glquithd.h"
+#include "glevent.h"
 #include "glrmmgr.h"
+#include "glsave.h"
 #include "glscript.h"
 #include "glsound.h"
 #include "gltimer.h"
@@ -14,6 +16,150 @@
 
 #include <cstdarg>
 #include <cstring>
+
+// ----- saving -----
+
+namespace {
+
+#ifndef DEMO_NEXT_VERSION
+const int kSaveVersion = 1;
+#else
+// The next version of the demo, which the tests load the first one's saves
+// into: it keeps how often the bell tolled instead of whether it was rung.
+const int kSaveVersion = 2;
+#endif
+
+// The demo's saves, in static storage: they take nothing from the kernel
+// until the game is first saved or restored, so a run that never saves makes
+// the same calls as before there were saves.
+class DemoSaves : public GLSaveGame {
+public:
+    DemoSaves() : GLSaveGame("quindle demo", kSaveVersion) { SetUpgradeFunction(&Upgrade); }
+
+protected:
+    virtual void Declare();
+    virtual int CurrentRoom() { return Demo()->Room(); }
+    virtual void Keep() { Demo()->Keep(Store()); }
+    virtual void StartRoom(int room) { Demo()->StartSavedRoom(room); }
+
+private:
+    static void Upgrade(GLSaveStore*, int iOldVersion)
+    {
+        Demo()->Log("a save of version %d brought up to version %d", iOldVersion, kSaveVersion);
+    }
+};
+
+// Every key a save of the demo holds, the rooms' with the game's: a room's
+// library is not loaded when a save of another room is read.
+void DemoSaves::Declare()
+{
+    GLSaveStore* store = Store();
+    store->DeclareInt("came.from", 0);
+    store->DeclareInt("log.rooms", 0);
+    store->DeclareInt("log.conversations", 0);
+    store->DeclareInt("log.lines", 0);
+    store->DeclareInt("log.cues", 0);
+#ifndef DEMO_NEXT_VERSION
+    store->DeclareInt("bell.rung", 0);
+#else
+    store->DeclareInt("bell.tolls", 0);
+#endif
+    store->DeclareInt("courtyard.heard", 0);
+    store->DeclareInt("courtyard.arch.lit", 0);
+    store->DeclareInt("gallery.greeted", 0);
+    store->DeclareInt("gallery.swallow.flown", 0);
+    store->DeclareInt("gallery.glow.cel", 0);
+    store->DeclareInt("gallery.glow.age", 0);
+}
+
+DemoSaves gSaves;
+void (*gpRoomKeeper)(GLSaveStore*) = 0;
+int gBellRung = 0;
+// 's' or 'l' when a save or restore waits for the end of the frame.
+int gSaveAsked = 0;
+
+} // namespace
+
+GLSaveGame* DemoGame::Saves()
+{
+    return &gSaves;
+}
+
+int DemoGame::Restoring()
+{
+    return gSaves.IsRestoring();
+}
+
+void DemoGame::SetRoomKeeper(void (*keep)(GLSaveStore* pStore))
+{
+    gpRoomKeeper = keep;
+}
+
+void DemoGame::BellRung()
+{
+    gBellRung++;
+}
+
+int DemoGame::SaveKey(GLEvent* pEvent)
+{
+    const unsigned key = pEvent->message | 0x20; // either case
+    if (pEvent->type != kEventKeyDown || (key != 's' && key != 'l'))
+        return FALSE;
+    gSaveAsked = static_cast<int>(key);
+    pEvent->claimed = TRUE;
+    return TRUE;
+}
+
+void DemoGame::Keep(GLSaveStore* pStore)
+{
+    pStore->SetInt("came.from", mCameFrom);
+    pStore->SetInt("log.rooms", mRoomsEntered);
+    pStore->SetInt("log.conversations", mConversations);
+    pStore->SetInt("log.lines", mLines);
+    pStore->SetInt("log.cues", mCues);
+#ifndef DEMO_NEXT_VERSION
+    pStore->SetInt("bell.rung", gBellRung);
+#else
+    pStore->SetInt("bell.tolls", gBellRung);
+#endif
+    if (gpRoomKeeper)
+        gpRoomKeeper(pStore);
+}
+
+// The room we were in goes as it does when Pip walks out, but nothing is
+// logged: the story goes on from the save, not from here.
+void DemoGame::StartSavedRoom(int room)
+{
+    GLSaveStore* store = gSaves.Store();
+    if (mRoom)
+        LeaveRoom();
+    mNextRoom = 0;
+    mCameFrom = store->GetInt("came.from");
+    mRoom = room;
+    mRoomsEntered = store->GetInt("log.rooms");
+    mConversations = store->GetInt("log.conversations");
+    mLines = store->GetInt("log.lines");
+    mCues = store->GetInt("log.cues");
+#ifndef DEMO_NEXT_VERSION
+    gBellRung = store->GetInt("bell.rung");
+#else
+    gBellRung = store->GetInt("bell.tolls");
+#endif
+    StartRoomLibrary(room);
+}
+
+void DemoGame::SaveOrRestore()
+{
+    const int asked = gSaveAsked;
+    gSaveAsked = 0;
+    const char* file = gSaves.SlotFile("game");
+    if (asked == 's' && gSaves.Save(file))
+        Log("the game is saved");
+    else if (asked == 'l' && gSaves.Restore(file))
+        Log("the game is restored: %s", RoomName(mRoom));
+    else
+        Log("the game could not be %s: %s", asked == 's' ? "saved" : "restored", gSaves.LastError());
+}
 
 DemoGame::DemoGame(SoftKernelExtras* pExtras, const char* gameFolder)
     : mpExtras(pExtras), mpQuitHandler(0), mpSound(0), mpRooms(0), mRoom(0), mCameFrom(0), mNextRoom(0),
@@ -36,6 +182,7 @@ void DemoGame::Start()
     SetCursor(cursor); // the game owns it from now on
 
     mpSound = new GLSndManager;
+    gSaves.SetSoundManager(mpSound); // a save holds where its tracks stand
     mpRooms = new GLRoomManager;
 
     // What Play does before its loop: the quit key ends the game.
@@ -55,7 +202,9 @@ DemoGame::~DemoGame()
     mpUser->mpPrimaDonnas->Remove(mpQuitHandler);
     delete mpQuitHandler;
     delete mpRooms;
+    gSaves.SetSoundManager(0);
     delete mpSound;
+    gSaves.Release();
     // Cues and timers still on their way when the game ended are ours to
     // delete. Anything else left in the object set is a room's that forgot to
     // give it back: the player's report of blocks not given back names it.
@@ -71,6 +220,8 @@ DemoGame::~DemoGame()
 void DemoGame::DoIt()
 {
     GLGame::DoIt();
+    if (gSaveAsked && !mQuit)
+        SaveOrRestore();
     if (mNextRoom && !mQuit) {
         const int next = mNextRoom;
         mNextRoom = 0;
@@ -93,6 +244,11 @@ void DemoGame::EnterRoom(int room)
     mRoom = room;
     mRoomsEntered++;
     Log("room %d entered: %s", room, RoomName(room));
+    StartRoomLibrary(room);
+}
+
+void DemoGame::StartRoomLibrary(int room)
+{
     mpRooms->LoadRoom(room);
     mpRooms->InitRoom();
     mpUser->mpOrphans->AddToEnd(mpRooms);

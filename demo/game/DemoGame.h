@@ -8,6 +8,8 @@
 //     the game folder). A room asks for the next one with GoTo, and the game
 //     makes the change between two frames, never inside one, so that no
 //     object of the old room is deleted while the library is still walking it;
+//   - its saves (glsave.h): what the story has come to, the room, where Pip
+//     stands. The S key saves the game to its slot, L restores it;
 //   - the log of what happened (rooms entered, conversations said, cues
 //     delivered), printed with the tick at which it happened.
 #ifndef DEMO_GAME_H
@@ -19,7 +21,10 @@
 #include "glgame.h"
 #include "kernel.h"
 
+class GLEvent;
 class GLQuitHandler;
+class GLSaveGame;
+class GLSaveStore;
 class GLRoomManager;
 class GLSndManager;
 class SoftKernelExtras;
@@ -109,6 +114,24 @@ public:
     void Said(const char* talker, const char* line);
     void ConversationOver(int room, int cutShort);
 
+    // ----- saving -----
+    // The game's saves. A room names the items a save puts back (Name) and
+    // hands over the function that writes what it keeps into the store.
+    GLSaveGame* Saves();
+    void SetRoomKeeper(void (*keep)(GLSaveStore* pStore));
+    // TRUE while a saved room starts: the room takes its state from the store
+    // instead of playing its entrance.
+    int Restoring();
+    // The S and L keys, which a room hands over when nobody took them: the
+    // save or restore is made at the end of the frame. TRUE when taken.
+    int SaveKey(GLEvent* pEvent);
+    // The story's facts that outlive a room.
+    void BellRung();
+    // For the saves: the game's own state into the store, and the saved room
+    // started with the state the store holds.
+    void Keep(GLSaveStore* pStore);
+    void StartSavedRoom(int room);
+
     GLSndManager* Sound() { return mpSound; }
     // Memory bitmaps and text, for the narrator's speech balloons.
     SoftKernelExtras* Extras() { return mpExtras; }
@@ -117,6 +140,8 @@ public:
 
 private:
     void EnterRoom(int room);
+    void StartRoomLibrary(int room);
+    void SaveOrRestore();
     void LeaveRoom();
 
     SoftKernelExtras* mpExtras;

@@ -24,6 +24,7 @@
 #include "glplanes.h"
 #include "glpoly.h"
 #include "glrmmgr.h"
+#include "glsave.h"
 #include "glscript.h"
 #include "glsound.h"
 
@@ -70,6 +71,15 @@ public:
 };
 
 Courtyard* gCourtyard = 0;
+
+// What the courtyard keeps in a save beside Pip, the gate and the bell
+// (named items): the ambient samples heard in this visit, and whether the
+// arch is lit under the pointer.
+void KeepCourtyard(GLSaveStore* pStore)
+{
+    pStore->SetInt("courtyard.heard", gCourtyard->mHeard);
+    pStore->SetInt("courtyard.arch.lit", gCourtyard->mpArch->IsVisible() ? 1 : 0);
+}
 
 // ----- the buttons and the hot spot call these -----
 
@@ -187,8 +197,20 @@ Courtyard::Courtyard() : mpScene(0)
     // Wind and birds, read from a track file: the track plays at once.
     mpAmbience = Demo()->Sound()->CreateSndTrack(Demo()->FolderFile("tracks/ambient.txt"));
     mHeard = 0;
-    if (mpAmbience)
+    if (mpAmbience && !Demo()->Restoring())
         Demo()->Log("ambient track %d read from tracks/ambient.txt", mpAmbience->mTrackId);
+
+    // A save puts these back where they stood; the rest comes from the store.
+    GLSaveGame* saves = Demo()->Saves();
+    saves->Name("pip", mpPip->Cel());
+    saves->Name("gate", mpGate);
+    saves->Name("bell", mpBell);
+    Demo()->SetRoomKeeper(&KeepCourtyard);
+    if (Demo()->Restoring()) {
+        mHeard = saves->Store()->GetInt("courtyard.heard");
+        if (saves->Store()->GetInt("courtyard.arch.lit"))
+            mpArch->Show();
+    }
 }
 
 // The log tells what the ambient track really plays, not what it was meant
@@ -216,6 +238,10 @@ Courtyard::~Courtyard()
     // for it, the bell's cycler before the bell (it lets go of its cels), and
     // every cel, button and outline before the plane its kernel record lives
     // on. The planes leave the plane manager before they are deleted.
+    Demo()->SetRoomKeeper(0);
+    Demo()->Saves()->Forget("pip");
+    Demo()->Saves()->Forget("gate");
+    Demo()->Saves()->Forget("bell");
     Demo()->Sound()->Stop(kBellToll, kWholeSample);
     GLCycler* opening = mpScene ? static_cast<GLCycler*>(mpScene->mpData) : 0;
     if (opening && opening->IsCycling())
@@ -266,6 +292,8 @@ void Courtyard::DoIt()
 // What nobody else took: a press on the floor sends Pip there.
 int Courtyard::HandleEvent(GLEvent* pEvent)
 {
+    if (Demo()->SaveKey(pEvent))
+        return TRUE;
     if (pEvent->type == kEventPointerDown && !mpScene) {
         mpPip->WalkTo(pEvent->where, 0);
         pEvent->claimed = TRUE;
@@ -278,6 +306,7 @@ void Courtyard::RingBell()
     if (mpBellSwing->IsCycling())
         return; // still ringing
     Demo()->Log("the bell rings");
+    Demo()->BellRung();
     mpBellSwing->Add(mpBell, kJoinStopped);
     mpBellSwing->Start();
     // The sound manager cues us when the toll has died away.

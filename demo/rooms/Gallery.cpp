@@ -20,6 +20,7 @@
 #include "glplanes.h"
 #include "glrmmgr.h"
 #include "glrobot.h"
+#include "glsave.h"
 #include "glsound.h"
 #include "gltimer.h"
 
@@ -66,6 +67,21 @@ public:
 
 Gallery* gGallery = 0;
 
+// The television's glow: the cel it shows and the tick it last stepped, so a
+// save can put the glow back in its phase. The swallow's flight, once over.
+int gGlowCel = 0;
+std::uint32_t gGlowStepped = 0;
+int gSwallowFlown = FALSE;
+const int kGlowSpeed = 30; // ticks a cel of the glow is shown
+
+void KeepGallery(GLSaveStore* pStore)
+{
+    pStore->SetInt("gallery.greeted", gGallery->mpGreeting ? 0 : 1);
+    pStore->SetInt("gallery.swallow.flown", gSwallowFlown);
+    pStore->SetInt("gallery.glow.cel", gGlowCel);
+    pStore->SetInt("gallery.glow.age", static_cast<int>(theGame->mGameTicks - gGlowStepped));
+}
+
 void OnBack(GLEvent*, GLObject*)
 {
     Demo()->Log("Pip goes back to the courtyard");
@@ -94,10 +110,21 @@ Gallery::Gallery()
     // The television glows on and off: a plain cycler steps through its two
     // cels for ever, one every half second.
     mpTelevision = new GLCel(mpFront, kTelevisionView, kOnlyLoop, 0, GLPoint(160, 160), kBehindPip, kFullSizeScale);
-    mpTelevision->SetCycleSpeed(30);
     mpTelevision->SetSelectFunction(&OnTelevision);
     mpTelevision->Show();
+    // Restored, the glow's first step comes when it would have: its cycler
+    // starts with what was left of the cel's time, then goes at its pace.
+    GLSaveGame* saves = Demo()->Saves();
+    GLSaveStore* store = saves->Store();
+    const int restoring = Demo()->Restoring();
+    int age = restoring ? store->GetInt("gallery.glow.age") : 0;
+    age = age < 0 ? 0 : age >= kGlowSpeed ? kGlowSpeed - 1 : age;
+    gGlowCel = restoring ? store->GetInt("gallery.glow.cel") : 0;
+    gGlowStepped = theGame->mGameTicks - static_cast<std::uint32_t>(age);
+    gSwallowFlown = restoring ? store->GetInt("gallery.swallow.flown") : FALSE;
+    mpTelevision->SetCycleSpeed(static_cast<std::uint32_t>(kGlowSpeed - age));
     mpGlow = new GLCycler(mpTelevision);
+    mpTelevision->SetCycleSpeed(kGlowSpeed);
 
     mpBackButton = new DemoButton(mpFront, kButtonView, kBackButton, GLPoint(16, 442), &OnBack);
 
@@ -106,12 +133,20 @@ Gallery::Gallery()
     mpConversation = new Conversation;
     mpConversation->Cast(1, mpPipSays);
     mpConversation->Cast(2, mpStorySays);
-    mpGreeting = new GLTimer(this, GLTimer::TicksTimer, 30, kGreeting); // it deletes itself once it has cued us
+    // Restored after the greeting or the swallow's flight, neither comes again.
+    mpGreeting = 0;
+    if (!restoring || !store->GetInt("gallery.greeted"))
+        mpGreeting = new GLTimer(this, GLTimer::TicksTimer, 30, kGreeting); // it deletes itself once it has cued us
 
     // The swallow: the robot cues us at its cue point and at its end.
     mpSwallow = new GLRobot(kSwallow, mpFront, kSwallowPriority, GLPoint(390, 50));
     mpSwallow->SetCaller(this);
-    mpSwallow->Start(kPlayAlongside, kKeepClientShown, kNoThirdFlag);
+    if (!gSwallowFlown)
+        mpSwallow->Start(kPlayAlongside, kKeepClientShown, kNoThirdFlag);
+
+    saves->Name("pip", mpPip->Cel());
+    saves->Name("television", mpTelevision);
+    Demo()->SetRoomKeeper(&KeepGallery);
 }
 
 Gallery::~Gallery()
@@ -122,6 +157,9 @@ Gallery::~Gallery()
     // balloons that speak for it, the glow cycler before the television it
     // cycles, and every cel before the plane its kernel record lives on; the
     // planes leave the plane manager before they are deleted.
+    Demo()->SetRoomKeeper(0);
+    Demo()->Saves()->Forget("pip");
+    Demo()->Saves()->Forget("television");
     delete mpGreeting;
     Demo()->Sound()->Stop(kChirp, kWholeSample);
     Demo()->CancelCuesTo(this);
@@ -143,6 +181,8 @@ Gallery::~Gallery()
 
 int Gallery::HandleEvent(GLEvent* pEvent)
 {
+    if (Demo()->SaveKey(pEvent))
+        return TRUE;
     if (pEvent->type == kEventPointerDown) {
         mpPip->WalkTo(pEvent->where, 0);
         pEvent->claimed = TRUE;
@@ -171,6 +211,7 @@ void Gallery::Cue(GLCue* pCue)
         // A robot's cue names no cuer: its signal tells its end from a cue
         // point (by the time the cue arrives, the signal of a cue point has
         // been read over again and is 0).
+        gSwallowFlown = TRUE;
         Demo()->Cued("the swallow has flown past (robot end)");
     } else {
         Demo()->Cued("the swallow passes the window (robot cue point)");
@@ -211,7 +252,14 @@ GL_ROOM_EXPORT void roomInit()
     new Gallery;
 }
 
-GL_ROOM_EXPORT void roomDoIt() {}
+// The glow's phase, for a save: the tick its cel last changed.
+GL_ROOM_EXPORT void roomDoIt()
+{
+    if (gGallery->mpTelevision->GetCel() != gGlowCel) {
+        gGlowCel = gGallery->mpTelevision->GetCel();
+        gGlowStepped = theGame->mGameTicks;
+    }
+}
 
 GL_ROOM_EXPORT int roomHandleEvent(GLEvent* pEvent)
 {

@@ -34,6 +34,13 @@ void SoftInput::UseRealClock(bool real)
     mRealClock = real;
 }
 
+void SoftInput::SetClock(std::uint32_t ticks)
+{
+    mTicks = ticks;
+    if (mRealClock)
+        mRealStart = RealMillis() - static_cast<std::uint64_t>(ticks) * 1000 / 60;
+}
+
 std::uint32_t SoftInput::Now() const
 {
     if (!mSeam)

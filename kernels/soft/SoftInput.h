@@ -38,6 +38,8 @@ public:
     void Push(const SoftInputEvent& event);
     void SetTicksPerFrame(std::uint32_t ticks) { mTicksPerFrame = ticks; }
     void UseRealClock(bool real);
+    // Sets the clock's reading (a restored game goes on from its saved tick).
+    void SetClock(std::uint32_t ticks);
     void SetSeam(SoftClockInputSeam* seam) { mSeam = seam; }
     bool HasSeam() const { return mSeam != nullptr; }
     // While the frame hook runs, the clock stands at its last reading and

@@ -112,6 +112,9 @@ public:
     // which goes on from where the real clock was (so a host can stop the
     // clock by leaving it for a while, and take it up again).
     void UseRealClock(bool real) { mInput.UseRealClock(real); }
+    // Sets the clock's reading: a game restored from a save goes on from the
+    // tick it was saved at.
+    void SetClock(std::uint32_t ticks) { mInput.SetClock(ticks); }
     // Every clock reading and input lookup of the kernel passes through `seam`
     // (null: none). While the frame hook runs, the clock stands at the reading
     // the frame was composed at and nothing passes.

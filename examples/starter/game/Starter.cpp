@@ -8,6 +8,7 @@
 #include "glgame.h"
 #include "glquithd.h"
 #include "glrmmgr.h"
+#include "glsave.h"
 #include "gluser.h"
 
 namespace {
@@ -15,6 +16,32 @@ namespace {
 SoftKernelExtras* gExtras = nullptr;
 GLQuitHandler* gQuit = nullptr;
 GLRoomManager* gRooms = nullptr;
+int gGreeted = FALSE;
+
+// The starter's saves: the room, the hero (by name: the library puts him
+// back where he stood), and one fact of the story in the store. Kept in
+// static storage, they take nothing from the kernel until the first save.
+class Saves : public GLSaveGame {
+public:
+    Saves() : GLSaveGame("starter", 1) {}
+
+protected:
+    void Declare() override { Store()->DeclareInt("meadow.greeted", FALSE); }
+    void Keep() override { Store()->SetInt("meadow.greeted", gGreeted); }
+    int CurrentRoom() override { return 1; }
+    // Restoring: the room goes and comes back; the store already holds the
+    // saved values, which the room reads as it starts.
+    void StartRoom(int room) override
+    {
+        gGreeted = Store()->GetInt("meadow.greeted");
+        gRooms->DisposeRoom();
+        gRooms->UnLoadRoom();
+        gRooms->LoadRoom(static_cast<unsigned long>(room));
+        gRooms->InitRoom();
+    }
+};
+
+Saves gSaves;
 
 int Step(void*)
 {
@@ -30,6 +57,7 @@ void Finish(void*)
     delete gRooms;
     theGame->mpUser->mpPrimaDonnas->Remove(gQuit);
     delete gQuit;
+    gSaves.Release(); // while the kernel is still there
     delete theGame;
 }
 
@@ -56,6 +84,16 @@ void* Start(const QuindleHost* host)
 SoftKernelExtras* StarterExtras()
 {
     return gExtras;
+}
+
+GLSaveGame* StarterSaves()
+{
+    return &gSaves;
+}
+
+void StarterGreeted(int greeted)
+{
+    gGreeted = greeted;
 }
 
 QUINDLE_GAME_ENTRY("starter", &Start, &Step, &Finish)

@@ -11,6 +11,7 @@
 #include "glplane.h"
 #include "glplanes.h"
 #include "glrmmgr.h"
+#include "glsave.h"
 #include "gluser.h"
 
 namespace {
@@ -37,18 +38,24 @@ GL_ROOM_EXPORT void roomInit()
     theGame->mpPlaneManager->Add(gMeadow);
     gHero = new GLCel(gMeadow, kHeroView, 0, 0, GLPoint(320, 400), 10, kFullSizeScale);
     gHero->Show();
+    StarterSaves()->Name("hero", gHero); // a save puts him back where he stood
     gWalk = new ClickToWalk(gHero);
     theGame->mpUser->mpOrphans->AddToEnd(gWalk);
 
     // The narrator holds every input event until the line is over.
     gNarrator = new Narrator(gMeadow, StarterExtras());
     gLine = new GLMessage;
-    if (gLine->Fill(1, 0, 0, 0, 1))
+    // Restored after the line was said, the room opens without it.
+    const int greeted = StarterSaves()->IsRestoring() && StarterSaves()->Store()->GetInt("meadow.greeted");
+    StarterGreeted(greeted);
+    if (!greeted && gLine->Fill(1, 0, 0, 0, 1))
         gNarrator->Say(gLine, nullptr);
 }
 
 GL_ROOM_EXPORT void roomDoIt()
 {
+    if (!gNarrator->mIAmTalking)
+        StarterGreeted(TRUE);
 }
 
 GL_ROOM_EXPORT int roomHandleEvent(GLEvent*)
@@ -58,6 +65,7 @@ GL_ROOM_EXPORT int roomHandleEvent(GLEvent*)
 
 GL_ROOM_EXPORT void roomDispose()
 {
+    StarterSaves()->Forget(gHero);
     delete gNarrator; // idle by now, or one that leaves the game's sets as it goes
     delete gLine;
     theGame->mpUser->mpOrphans->Remove(gWalk);
