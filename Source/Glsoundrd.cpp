@@ -321,16 +321,16 @@ int ReadTrack(std::FILE* pFile, const char* fileName, GLSndTrack* pTrack)
 }
 
 // Opens a track file for reading as text; null, with the host told, when it
-// is missing, not a regular file (a directory, a FIFO) or cannot be read.
+// is missing, not a regular file (a directory, a FIFO), too large or cannot
+// be read.
 std::FILE* OpenTrack(const char* fileName)
 {
-    if (!GLPlatformIsRegularFile(fileName)) {
-        GLNotify(GL_NOTICE_ERROR, fileName, 0, "no such file, or not a regular file: no track");
-        return 0;
-    }
-    std::FILE* pFile = std::fopen(fileName, "r");
+    char szWhy[1024];
+    std::FILE* pFile = GLPlatformOpenText(fileName, szWhy, sizeof szWhy);
     if (!pFile) {
-        GLNotify(GL_NOTICE_ERROR, fileName, 0, "cannot be opened: no track");
+        char szText[1100];
+        std::snprintf(szText, sizeof szText, "%s: no track", szWhy);
+        GLNotify(GL_NOTICE_ERROR, fileName, 0, szText);
         return 0;
     }
     // Some names open but cannot be read: no track either.

@@ -16,6 +16,7 @@
 // distances (lengths, clearance) are floating point.
 #include "glwalk.h"
 
+#include "glplatfm.h"
 #include "glpoly.h"
 
 #include <algorithm>
@@ -897,9 +898,12 @@ int ReadNumbers(const char* pText, Array<int>& numbers, const char*& pWhy)
 
 GLWalkArea* GLWalkArea::Load(const char* fileName)
 {
-    std::FILE* pFile = fileName ? std::fopen(fileName, "r") : 0;
+    char szWhy[1024] = "no file named";
+    std::FILE* pFile = fileName ? GLPlatformOpenText(fileName, szWhy, sizeof szWhy) : 0;
     if (!pFile) {
-        GLNotify(GL_NOTICE_ERROR, fileName, 0, "a walkable area that cannot be opened");
+        char szText[1100];
+        std::snprintf(szText, sizeof szText, "a walkable area that cannot be opened: %s", szWhy);
+        GLNotify(GL_NOTICE_ERROR, fileName, 0, szText);
         return 0;
     }
     GLWalkArea* pArea = 0;

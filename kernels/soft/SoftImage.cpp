@@ -140,7 +140,7 @@ bool SoftReadPngMemory(const void* data, std::size_t size, const std::string& na
 bool SoftReadPng(const std::string& path, const SoftPalette& palette, SoftBitmap* out, std::string* error)
 {
     std::string bytes;
-    if (!SoftReadFile(path, &bytes, error))
+    if (!SoftReadFile(path, &bytes, error, nullptr, kFolderPicture))
         return false;
     return SoftReadPngMemory(bytes.data(), bytes.size(), path, palette, out, error);
 }

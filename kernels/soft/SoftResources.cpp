@@ -530,7 +530,7 @@ const SoftWav* SoftResources::Wav(const std::string& relative, std::string* erro
         Slot<SoftWav>& slot = mWavs[path];
         std::string bytes;
         auto w = std::make_unique<SoftWav>();
-        if (SoftReadFile(path, &bytes, &slot.error) && SoftParseWav(bytes, path, w.get(), &slot.error))
+        if (SoftReadFile(path, &bytes, &slot.error, nullptr, kFolderSound) && SoftParseWav(bytes, path, w.get(), &slot.error))
             slot.value = std::move(w);
         found = mWavs.find(path);
     }
