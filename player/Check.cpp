@@ -97,9 +97,20 @@ void CheckGame(const std::string& folder, Problems& p)
         p.AddFault(error);
         return;
     }
-    struct stat st;
-    if (::stat(game.library.c_str(), &st) != 0 || !S_ISREG(st.st_mode))
-        p.Add(true, folder + "/game.txt", "the game library " + game.library + " is no file");
+    // Loaded as the player loads it, but never started.
+    QuindleGameStartFunction start = nullptr;
+    if (LoadGameLibrary(game.library, &start, &error) != 0)
+        p.AddFault(error);
+}
+
+// Every room library of the folder ("<number>.so"), loaded as the room
+// manager loads it, and unloaded again.
+void CheckRooms(const std::string& folder, Problems& p)
+{
+    std::string error;
+    for (const std::string& name : Names(folder, p))
+        if (NumberOf(name, ".so") >= 0 && !CheckRoomLibrary(folder + "/" + name, &error))
+            p.AddFault(error);
 }
 
 void CheckResources(const std::string& folder, Problems& p)
@@ -184,6 +195,7 @@ int CheckGameFolder(const std::string& folder, const std::string& script, bool s
         p.Add(true, folder, "no such directory: a game folder is a directory");
     } else {
         CheckGame(folder, p);
+        CheckRooms(folder, p);
         CheckResources(folder, p);
         CheckTracks(folder, p);
         CheckWalkAreas(folder, p);
