@@ -138,13 +138,19 @@ void CheckResources(const std::string& folder, Problems& p)
         const std::string dir = folder + "/" + kind.dir;
         for (const std::string& name : Names(dir, p)) {
             const long long n = NumberOf(name, kind.suffix);
+            // Each is read alone, as by a game that holds nothing else, and
+            // dropped again: a game never holds all of its pictures at once.
+            res.SetFolder(folder);
             if (n >= 0 && !kind.read(res, static_cast<int>(n), &error))
                 p.AddFault(error);
         }
     }
     for (const std::string& name : Names(folder, p))
-        if ((NumberOf(name, ".VMD") >= 0 || NumberOf(name, ".AVI") >= 0) && !res.Movie(name, &error))
-            p.AddFault(error);
+        if ((NumberOf(name, ".VMD") >= 0 || NumberOf(name, ".AVI") >= 0)) {
+            res.SetFolder(folder);
+            if (!res.Movie(name, &error))
+                p.AddFault(error);
+        }
 
     const std::vector<SoftMessage>* messages = res.Messages(&error);
     bool missing = false;

@@ -92,7 +92,7 @@ void SoftBitmap::MakeRuns() const
 }
 
 bool SoftReadPngMemory(const void* data, std::size_t size, const std::string& name, const SoftPalette& palette,
-                       SoftBitmap* out, std::string* error)
+                       SoftBitmap* out, std::string* error, std::uint64_t heldPixels)
 {
     png_image image;
     std::memset(&image, 0, sizeof image);
@@ -105,6 +105,14 @@ bool SoftReadPngMemory(const void* data, std::size_t size, const std::string& na
         image.height > static_cast<unsigned>(kSoftMaxImageSide)) {
         *error = name + ": PNG of " + std::to_string(image.width) + "x" + std::to_string(image.height) +
                  " pixels is outside 1.." + std::to_string(kSoftMaxImageSide) + " on a side";
+        png_image_free(&image);
+        return false;
+    }
+    const std::uint64_t pixels = static_cast<std::uint64_t>(image.width) * image.height;
+    if (heldPixels + pixels > kSoftMaxHeldPixels) {
+        *error = name + ": a PNG of " + std::to_string(image.width) + "x" + std::to_string(image.height) +
+                 " pixels would make " + std::to_string(heldPixels + pixels) + " held at once, more than the " +
+                 std::to_string(kSoftMaxHeldPixels) + " a game may hold";
         png_image_free(&image);
         return false;
     }
@@ -137,12 +145,13 @@ bool SoftReadPngMemory(const void* data, std::size_t size, const std::string& na
     return true;
 }
 
-bool SoftReadPng(const std::string& path, const SoftPalette& palette, SoftBitmap* out, std::string* error)
+bool SoftReadPng(const std::string& path, const SoftPalette& palette, SoftBitmap* out, std::string* error,
+                 std::uint64_t heldPixels)
 {
     std::string bytes;
     if (!SoftReadFile(path, &bytes, error, nullptr, kFolderPicture))
         return false;
-    return SoftReadPngMemory(bytes.data(), bytes.size(), path, palette, out, error);
+    return SoftReadPngMemory(bytes.data(), bytes.size(), path, palette, out, error, heldPixels);
 }
 
 namespace {

@@ -6,7 +6,9 @@
 
 #include <sys/stat.h>
 
+#include <array>
 #include <cstring>
+#include <unordered_set>
 
 namespace {
 
@@ -93,6 +95,11 @@ bool SoftParseViewManifest(const std::string& text, const std::string& name, std
                      "expected 'cel <loop 0..999> <cel 0..9999> <file.png> <originX> <originY>'";
             return false;
         }
+        if (cels->size() == static_cast<std::size_t>(kSoftMaxViewCels)) {
+            *error = LineRef(name, i) + "more than the " + std::to_string(kSoftMaxViewCels) + " cels a view may have";
+            cels->clear();
+            return false;
+        }
         if (seen[static_cast<int>(loop)][static_cast<int>(cel)]) {
             *error = LineRef(name, i) + "loop " + std::to_string(loop) + " cel " + std::to_string(cel) +
                      " is given twice";
@@ -146,6 +153,11 @@ bool SoftParseRobotManifest(const std::string& text, const std::string& name, So
         } else if (w[0] == "frame" && (w.size() == 4 || w.size() == 6) && SoftParseInt(w[2], -4096, 4096, &a) &&
                    SoftParseInt(w[3], -4096, 4096, &b) &&
                    (w.size() == 4 || (w[4] == "cue" && SoftParseInt(w[5], 1, 0xFFFFFFFEll, &c)))) {
+            if (robot->frames.size() == static_cast<std::size_t>(kSoftMaxFrames)) {
+                *error = LineRef(name, i) + "more than the " + std::to_string(kSoftMaxFrames) +
+                         " frames a robot may have";
+                return false;
+            }
             SoftRobotFrame frame;
             frame.bitmap.originX = static_cast<int>(a);
             frame.bitmap.originY = static_cast<int>(b);
@@ -186,6 +198,11 @@ bool SoftParseMovieManifest(const std::string& text, const std::string& name, So
         } else if (w[0] == "rate" && w.size() == 2 && SoftParseInt(w[1], 1, 3600, &a)) {
             movie->ticksPerFrame = static_cast<int>(a);
         } else if (w[0] == "frame" && w.size() == 2) {
+            if (files->size() == static_cast<std::size_t>(kSoftMaxFrames)) {
+                *error = LineRef(name, i) + "more than the " + std::to_string(kSoftMaxFrames) +
+                         " frames a movie may have";
+                return false;
+            }
             files->push_back(w[1]);
         } else if (w[0] == "palette" && w.size() == 2 && movie->paletteFile.empty()) {
             movie->paletteFile = w[1];
@@ -210,6 +227,18 @@ bool SoftParseMessages(const std::string& text, const std::string& name, std::ve
                        std::string* error)
 {
     messages->clear();
+    // The five keys of every message read, to find one given twice at once.
+    using Keys = std::array<int, 5>;
+    struct KeysHash {
+        std::size_t operator()(const Keys& k) const
+        {
+            std::uint64_t h = 1469598103934665603ull;
+            for (int key : k)
+                h = (h ^ static_cast<std::uint32_t>(key)) * 1099511628211ull;
+            return static_cast<std::size_t>(h);
+        }
+    };
+    std::unordered_set<Keys, KeysHash> keys;
     const auto lines = SoftLines(text);
     std::vector<std::string> w;
     for (std::size_t i = 0; i < lines.size(); i++) {
@@ -236,16 +265,22 @@ bool SoftParseMessages(const std::string& text, const std::string& name, std::ve
             messages->clear();
             return false;
         }
+        std::string refusal;
+        if (messages->size() == static_cast<std::size_t>(kSoftMaxMessages))
+            refusal = "more than the " + std::to_string(kSoftMaxMessages) + " messages the file may have";
+        else if (w[6].size() > kSoftMaxMessageBytes)
+            refusal = "a message of " + std::to_string(w[6].size()) + " bytes, more than the " +
+                      std::to_string(kSoftMaxMessageBytes) + " a message may have";
+        else if (!keys.insert(Keys{{m.keys[0], m.keys[1], m.keys[2], m.keys[3], m.keys[4]}}).second)
+            refusal = "a message with these five keys is already given";
+        if (!refusal.empty()) {
+            *error = LineRef(name, i) + refusal;
+            messages->clear();
+            return false;
+        }
         m.text = w[6];
         if (w.size() == 9)
             m.speech = w[8];
-        for (const auto& other : *messages) {
-            if (std::memcmp(other.keys, m.keys, sizeof m.keys) == 0) {
-                *error = LineRef(name, i) + "a message with these five keys is already given";
-                messages->clear();
-                return false;
-            }
-        }
         messages->push_back(m);
     }
     return true;
@@ -328,6 +363,7 @@ void SoftResources::SetFolder(const std::string& folder)
     mWavs.clear();
     mMessagesRead = false;
     mMessages.clear();
+    mHeldPixels = 0;
 }
 
 std::string SoftResources::PathOf(const std::string& relative) const
@@ -355,8 +391,9 @@ bool SoftResources::ReadBitmap(const std::string& path, SoftBitmap* out, std::st
                                const SoftPalette* palette)
 {
     const int ox = out->originX, oy = out->originY;
-    if (!SoftReadPng(path, palette ? *palette : mPalette, out, error))
+    if (!SoftReadPng(path, palette ? *palette : mPalette, out, error, mHeldPixels))
         return false;
+    mHeldPixels += static_cast<std::uint64_t>(out->width) * out->height;
     out->originX = ox;
     out->originY = oy;
     return true;

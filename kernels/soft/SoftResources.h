@@ -89,6 +89,14 @@ struct SoftWav {
     std::uint32_t DurationTicks() const;
 };
 
+// What a game folder may hold beyond the size of its files (the table is in
+// docs/KERNEL.md). Each is checked by the reader of its file, at the line that
+// passes it, before the work it would cause.
+constexpr int kSoftMaxViewCels = 4096;             // cels in one view
+constexpr int kSoftMaxFrames = 10000;              // frames of one robot or movie
+constexpr std::size_t kSoftMaxMessageBytes = 4000; // the text of one message
+constexpr int kSoftMaxMessages = 100000;           // messages in messages.txt
+
 // ----- the readers of the text forms (each refuses anything it does not know) -----
 bool SoftParsePalette(const std::string& text, const std::string& name, SoftPalette* palette, std::string* error);
 bool SoftParseViewManifest(const std::string& text, const std::string& name, std::vector<SoftCelEntry>* cels,
@@ -108,6 +116,7 @@ public:
     SoftResources() = default;
     explicit SoftResources(const std::string& folder) { SetFolder(folder); }
 
+    // Reads from that folder from now on, dropping everything read before.
     void SetFolder(const std::string& folder);
     const std::string& Folder() const { return mFolder; }
 
@@ -136,6 +145,9 @@ public:
     // Grows whenever a view or picture handed out before may have been
     // replaced or dropped (a new folder, PutView, PutPicture).
     std::uint64_t Generation() const { return mGeneration; }
+    // The pixels of the pictures, cels and frames read and held (at most
+    // kSoftMaxHeldPixels).
+    std::uint64_t HeldPixels() const { return mHeldPixels; }
 
 private:
     template <class T> struct Slot {
@@ -155,6 +167,7 @@ private:
     std::vector<SoftMessage> mMessages;
     std::string mMessagesError;
     std::uint64_t mGeneration = 1;
+    std::uint64_t mHeldPixels = 0;
 };
 
 #endif
