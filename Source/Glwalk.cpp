@@ -909,6 +909,9 @@ GLWalkArea* GLWalkArea::Load(const char* fileName)
     GLWalkArea* pArea = 0;
     int iClearance = 0;
     int iLine = 0;
+    // The corners and holes read so far, against the most an area may have.
+    int iCorners = 0, iHoles = 0;
+    char szLimit[64];
     const char* pWhy = 0;
     Array<int> numbers;
     Array<ZOR_Point> points;
@@ -956,6 +959,15 @@ GLWalkArea* GLWalkArea::Load(const char* fileName)
         }
         if (numbers.size() % 2 != 0) {
             pWhy = "a point lacks its y";
+            break;
+        }
+        iCorners += static_cast<int>(numbers.size() / 2);
+        iHoles += fHole;
+        if (iCorners > kMaxLoadedCorners || iHoles > kMaxLoadedHoles) {
+            std::snprintf(szLimit, sizeof szLimit, "more than the %d %s a walkable area may have",
+                          iHoles > kMaxLoadedHoles ? kMaxLoadedHoles : kMaxLoadedCorners,
+                          iHoles > kMaxLoadedHoles ? "holes" : "corners");
+            pWhy = szLimit;
             break;
         }
         points.clear();
