@@ -159,6 +159,8 @@ void CheckResources(const std::string& folder, Problems& p)
         p.Add(false, res.PathOf("messages.txt"), "no such file: a game that says a message stops there");
     else if (!messages)
         p.AddFault(error);
+    else if (messages->empty())
+        p.Add(false, res.PathOf("messages.txt"), "holds no message: every conversation of the game says nothing");
     else
         for (const SoftMessage& m : *messages)
             if (!m.speech.empty() && !res.Wav(m.speech, &error))

@@ -63,8 +63,11 @@ int LoadGameLibrary(const std::string& path, QuindleGameStartFunction* start, st
 {
     FolderFileError refusal;
     if (!FolderFileIsLibrary(path.c_str(), &refusal)) {
-        *error = std::string(refusal.text) + " (the game library)";
-        return 2;
+        // A library that is not there leaves nothing to start; one that is
+        // there and no library is a fault of the folder.
+        *error = refusal.missing ? path + ": cannot load the game library (no such file)"
+                                 : std::string(refusal.text) + " (the game library)";
+        return refusal.missing ? 3 : 2;
     }
     void* library = ::dlopen(path.c_str(), RTLD_NOW | RTLD_GLOBAL);
     if (!library) {

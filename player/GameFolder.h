@@ -22,8 +22,8 @@ bool ReadGameFile(const std::string& folder, GameFile* game, std::string* error)
 // global so that room libraries see it. Returns 0 with `start` set to its
 // entry point, or the player's exit status with `error` set to "<file>:
 // <what is wrong>": 2 for a file that is no library for this machine or lacks
-// the entry point, 3 for a library the loader refuses (a missing dependency),
-// in the loader's own words.
+// the entry point, 3 for a missing file or a library the loader refuses (a
+// missing dependency), in the loader's own words.
 int LoadGameLibrary(const std::string& path, QuindleGameStartFunction* start, std::string* error);
 
 // Loads a room library as the room manager does, looks up the five functions
