@@ -274,6 +274,7 @@ TEST(BrokenFolder, EveryFaultIsNamedByThePlayerAndTheChecker)
         {"libquindle_demo.so", Break::Write, "library\n", "libquindle_demo.so", "not a shared library", ""},
         {"libquindle_demo.so", Break::Copy, "100.so", "libquindle_demo.so", "exports no QuindleGameStart", ""},
         {"200.so", Break::Write, "", "200.so", "not a shared library (an empty file)", ""},
+        {"tracks/ambient.txt", Break::Write, "", "tracks/ambient.txt", "the track plays nothing", "--strict"},
         {"pictures/100.png", Break::Png, "4097 1", "pictures/100.png", "outside 1..4096", ""},
         {"views/big.png", Break::Png, "4096 4096", "views/big.png", "more than the 67108864 a game may hold", ""},
         {"views/100.txt", Break::Write, Repeat(4097, [](int i) { return "cel 0 " + std::to_string(i) + " 100-0-0.png 14 55\n"; }),
