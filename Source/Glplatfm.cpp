@@ -56,14 +56,15 @@ int ProgramDirectory(char* pBuffer, std::size_t uSize)
 }
 
 // Why the last load failed.
-char gszLoadError[sizeof(FolderFileError::text)];
+char gszLoadError[PATH_MAX + 256];
 
 void* Open(const char* pPath)
 {
-    // The loader would block on a FIFO and map whatever it is given: the file
-    // is looked at first.
+    // The loader would block on a FIFO and map whatever it is given: a file
+    // named by its path is looked at first. A bare name is the loader's to
+    // find in its cache, never a file of the working directory.
     FolderFileError refusal;
-    if (!FolderFileIsLibrary(pPath, &refusal)) {
+    if (std::strchr(pPath, '/') && !FolderFileIsLibrary(pPath, &refusal)) {
         std::snprintf(gszLoadError, sizeof gszLoadError, "%s", refusal.text);
         return 0;
     }
@@ -72,7 +73,11 @@ void* Open(const char* pPath)
     void* pLibrary = ::dlopen(pPath, RTLD_NOW | RTLD_LOCAL);
     if (!pLibrary) {
         const char* pWhy = ::dlerror();
-        std::snprintf(gszLoadError, sizeof gszLoadError, "%s: %s", pPath, pWhy ? pWhy : "the loader refused it");
+        // The loader's words name the file already.
+        if (pWhy)
+            std::snprintf(gszLoadError, sizeof gszLoadError, "%s", pWhy);
+        else
+            std::snprintf(gszLoadError, sizeof gszLoadError, "%s: the loader refused it", pPath);
     }
     return pLibrary;
 }
@@ -124,6 +129,9 @@ void* OpenFromLoaderPath(const char* pName)
         // whoever controls that directory must not choose the room.
         const int fRelative = pDirectory[0] != '/';
         GL_FREE(pSearch);
+        if (fRelative)
+            std::snprintf(gszLoadError, sizeof gszLoadError,
+                          "%s: found in a relative directory of the loader's search path: not loaded", szPath);
         return fRelative ? 0 : Open(szPath);
     }
     GL_FREE(pSearch);
