@@ -95,8 +95,8 @@ int GLRoomManager::LoadRoom(std::uint32_t uRoomNumber)
         // of that name where the loader looks.
         char szWhy[1024];
         const char* pReason = GLPlatformLoadError();
-        std::snprintf(szWhy, sizeof szWhy, "the room library cannot be loaded%s%s%s", pReason[0] ? " (" : "",
-                      pReason, pReason[0] ? ")" : ": no such file");
+        std::snprintf(szWhy, sizeof szWhy, "the room library cannot be loaded%s%s%s", pReason[0] ? " (" : "", pReason,
+                      pReason[0] ? ")" : ": no such file");
         GLNotify(GL_NOTICE_ERROR, szFile, 0, szWhy);
         GL_ASSERT(!"Library did not load correctly!!");
     }

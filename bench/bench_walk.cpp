@@ -23,8 +23,8 @@
 #include <algorithm>
 #include <chrono>
 #include <cstdio>
-#include <string>
 #include <random>
+#include <string>
 #include <vector>
 
 namespace {

@@ -76,8 +76,7 @@ int FolderFileOpen(const char* path, FolderFileKind kind, std::uint64_t* size, F
     return -1;
 }
 
-bool FolderFileRead(const std::string& path, FolderFileKind kind, std::string* bytes, std::string* error,
-                    bool* missing)
+bool FolderFileRead(const std::string& path, FolderFileKind kind, std::string* bytes, std::string* error, bool* missing)
 {
     FolderFileError refusal;
     std::uint64_t size = 0;
@@ -128,13 +127,15 @@ bool FolderFileIsLibrary(const char* path, FolderFileError* error)
     ::close(fd);
     const bool wide = sizeof(void*) == 8;
     const bool little = __BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__;
-    const unsigned type = little ? header[EI_NIDENT] | header[EI_NIDENT + 1] << 8
-                                 : header[EI_NIDENT] << 8 | header[EI_NIDENT + 1];
+    const unsigned type =
+        little ? header[EI_NIDENT] | header[EI_NIDENT + 1] << 8 : header[EI_NIDENT] << 8 | header[EI_NIDENT + 1];
     const unsigned machine = little ? header[EI_NIDENT + 2] | header[EI_NIDENT + 3] << 8
                                     : header[EI_NIDENT + 2] << 8 | header[EI_NIDENT + 3];
     if (got != static_cast<ssize_t>(sizeof header) || std::memcmp(header, ELFMAG, SELFMAG) != 0)
         Refuse(error, 0, "%s: not a shared library (%s)", path,
-               got < 0 ? std::strerror(errno) : size == 0 ? "an empty file" : "no ELF header");
+               got < 0     ? std::strerror(errno)
+               : size == 0 ? "an empty file"
+                           : "no ELF header");
     else if (header[EI_CLASS] != (wide ? ELFCLASS64 : ELFCLASS32) ||
              header[EI_DATA] != (little ? ELFDATA2LSB : ELFDATA2MSB) || (kThisMachine && machine != kThisMachine))
         Refuse(error, 0, "%s: not a library for this machine (made for ELF machine %u, %d-bit)", path, machine,

@@ -154,8 +154,8 @@ bool SoftParseRobotManifest(const std::string& text, const std::string& name, So
                    SoftParseInt(w[3], -4096, 4096, &b) &&
                    (w.size() == 4 || (w[4] == "cue" && SoftParseInt(w[5], 1, 0xFFFFFFFEll, &c)))) {
             if (robot->frames.size() == static_cast<std::size_t>(kSoftMaxFrames)) {
-                *error = LineRef(name, i) + "more than the " + std::to_string(kSoftMaxFrames) +
-                         " frames a robot may have";
+                *error =
+                    LineRef(name, i) + "more than the " + std::to_string(kSoftMaxFrames) + " frames a robot may have";
                 return false;
             }
             SoftRobotFrame frame;
@@ -199,8 +199,8 @@ bool SoftParseMovieManifest(const std::string& text, const std::string& name, So
             movie->ticksPerFrame = static_cast<int>(a);
         } else if (w[0] == "frame" && w.size() == 2) {
             if (files->size() == static_cast<std::size_t>(kSoftMaxFrames)) {
-                *error = LineRef(name, i) + "more than the " + std::to_string(kSoftMaxFrames) +
-                         " frames a movie may have";
+                *error =
+                    LineRef(name, i) + "more than the " + std::to_string(kSoftMaxFrames) + " frames a movie may have";
                 return false;
             }
             files->push_back(w[1]);
@@ -567,7 +567,8 @@ const SoftWav* SoftResources::Wav(const std::string& relative, std::string* erro
         Slot<SoftWav>& slot = mWavs[path];
         std::string bytes;
         auto w = std::make_unique<SoftWav>();
-        if (SoftReadFile(path, &bytes, &slot.error, nullptr, kFolderSound) && SoftParseWav(bytes, path, w.get(), &slot.error))
+        if (SoftReadFile(path, &bytes, &slot.error, nullptr, kFolderSound) &&
+            SoftParseWav(bytes, path, w.get(), &slot.error))
             slot.value = std::move(w);
         found = mWavs.find(path);
     }

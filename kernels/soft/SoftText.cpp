@@ -64,8 +64,7 @@ bool SoftParseInt(const std::string& word, long long low, long long high, long l
     return true;
 }
 
-bool SoftReadFile(const std::string& path, std::string* bytes, std::string* error, bool* missing,
-                  FolderFileKind kind)
+bool SoftReadFile(const std::string& path, std::string* bytes, std::string* error, bool* missing, FolderFileKind kind)
 {
     return FolderFileRead(path, kind, bytes, error, missing);
 }

@@ -20,8 +20,8 @@ bool SoftParseInt(const std::string& word, long long low, long long high, long l
 // kind may have. False, with `error` set to "<path>: <what is wrong>", when
 // nothing is there by that name, or it is a directory, a FIFO or device,
 // unreadable, or too large; `missing` tells the first case from the others.
-bool SoftReadFile(const std::string& path, std::string* bytes, std::string* error = nullptr,
-                  bool* missing = nullptr, FolderFileKind kind = kFolderText);
+bool SoftReadFile(const std::string& path, std::string* bytes, std::string* error = nullptr, bool* missing = nullptr,
+                  FolderFileKind kind = kFolderText);
 // Lines of a text (without their ends), '\r' removed.
 std::vector<std::string> SoftLines(const std::string& text);
 
