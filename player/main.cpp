@@ -77,7 +77,7 @@ void Usage(std::FILE* out)
                  "  0  a normal end (with --replay: the tape matched to its game's end)\n"
                  "  1  a usage error\n"
                  "  2  a faulty game folder, script, tape or resource (the file is named)\n"
-                 "  3  a game that cannot start (its library is missing or the loader refuses it)\n"
+                 "  3  a game that cannot start (no library, the loader refuses it, or it fails to start)\n"
                  "  4  a replay that diverged (the report names the frame and the call)\n"
                  "  5  a tape that ended before its game did\n"
                  "A failed check of the library ends a replay as it ended the recorded run.\n");
