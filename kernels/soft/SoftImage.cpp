@@ -7,6 +7,7 @@
 #include <png.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <cstring>
 #include <fcntl.h>
 #include <unistd.h>
@@ -92,7 +93,7 @@ void SoftBitmap::MakeRuns() const
 }
 
 bool SoftReadPngMemory(const void* data, std::size_t size, const std::string& name, const SoftPalette& palette,
-                       SoftBitmap* out, std::string* error, std::uint64_t heldPixels)
+                       SoftBitmap* out, std::string* error)
 {
     png_image image;
     std::memset(&image, 0, sizeof image);
@@ -105,14 +106,6 @@ bool SoftReadPngMemory(const void* data, std::size_t size, const std::string& na
         image.height > static_cast<unsigned>(kSoftMaxImageSide)) {
         *error = name + ": PNG of " + std::to_string(image.width) + "x" + std::to_string(image.height) +
                  " pixels is outside 1.." + std::to_string(kSoftMaxImageSide) + " on a side";
-        png_image_free(&image);
-        return false;
-    }
-    const std::uint64_t pixels = static_cast<std::uint64_t>(image.width) * image.height;
-    if (heldPixels + pixels > kSoftMaxHeldPixels) {
-        *error = name + ": a PNG of " + std::to_string(image.width) + "x" + std::to_string(image.height) +
-                 " pixels would make " + std::to_string(heldPixels + pixels) + " held at once, more than the " +
-                 std::to_string(kSoftMaxHeldPixels) + " a game may hold";
         png_image_free(&image);
         return false;
     }
@@ -145,13 +138,38 @@ bool SoftReadPngMemory(const void* data, std::size_t size, const std::string& na
     return true;
 }
 
-bool SoftReadPng(const std::string& path, const SoftPalette& palette, SoftBitmap* out, std::string* error,
-                 std::uint64_t heldPixels)
+bool SoftReadPng(const std::string& path, const SoftPalette& palette, SoftBitmap* out, std::string* error)
 {
     std::string bytes;
     if (!SoftReadFile(path, &bytes, error, nullptr, kFolderPicture))
         return false;
-    return SoftReadPngMemory(bytes.data(), bytes.size(), path, palette, out, error, heldPixels);
+    return SoftReadPngMemory(bytes.data(), bytes.size(), path, palette, out, error);
+}
+
+bool SoftPngSize(const std::string& path, std::uint32_t* width, std::uint32_t* height)
+{
+    // The signature, then the header chunk's length and type, then its
+    // width and height, big-endian.
+    FolderFileError refusal;
+    std::uint64_t size = 0;
+    const int fd = FolderFileOpen(path.c_str(), kFolderPicture, &size, &refusal);
+    if (fd < 0)
+        return false;
+    unsigned char head[24];
+    ssize_t got;
+    do
+        got = ::read(fd, head, sizeof head);
+    while (got < 0 && errno == EINTR);
+    ::close(fd);
+    if (got != static_cast<ssize_t>(sizeof head) || std::memcmp(head, "\x89PNG\r\n\x1a\n", 8) != 0 ||
+        std::memcmp(head + 12, "IHDR", 4) != 0)
+        return false;
+    auto word = [&](int at) {
+        return static_cast<std::uint32_t>(head[at]) << 24 | head[at + 1] << 16 | head[at + 2] << 8 | head[at + 3];
+    };
+    *width = word(16);
+    *height = word(20);
+    return true;
 }
 
 namespace {

@@ -87,20 +87,17 @@ private:
 // any memory is taken for it.
 constexpr int kSoftMaxImageSide = 4096;
 
-// The most pixels of pictures, cels and frames a game may hold decoded at
-// once (two bytes each: the index and the coverage).
-constexpr std::uint64_t kSoftMaxHeldPixels = 64ull << 20;
-
 // Reads a PNG (any colour type) and maps it onto the palette: pixels whose
-// alpha is below 128 become transparent. `heldPixels` is what the caller
-// holds decoded already: a PNG whose header says it would take that past
-// kSoftMaxHeldPixels is refused before it is decoded. On failure returns
-// false and sets `error` to "<file>: <what is wrong>".
-bool SoftReadPng(const std::string& path, const SoftPalette& palette, SoftBitmap* out, std::string* error,
-                 std::uint64_t heldPixels = 0);
+// alpha is below 128 become transparent. On failure returns false and sets
+// `error` to "<file>: <what is wrong>".
+bool SoftReadPng(const std::string& path, const SoftPalette& palette, SoftBitmap* out, std::string* error);
 // The same from bytes in memory; `name` is used in the message.
 bool SoftReadPngMemory(const void* data, std::size_t size, const std::string& name, const SoftPalette& palette,
-                       SoftBitmap* out, std::string* error, std::uint64_t heldPixels = 0);
+                       SoftBitmap* out, std::string* error);
+// The width and height a PNG file's header claims, read without decoding
+// anything (24 bytes); false when the file cannot be read or does not start
+// as a PNG, which SoftReadPng then says.
+bool SoftPngSize(const std::string& path, std::uint32_t* width, std::uint32_t* height);
 
 // Writes a frame of palette indices as an RGB PNG.
 bool SoftWritePng(const std::string& path, const std::uint8_t* indices, int width, int height,

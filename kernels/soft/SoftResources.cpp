@@ -391,11 +391,29 @@ bool SoftResources::ReadBitmap(const std::string& path, SoftBitmap* out, std::st
                                const SoftPalette* palette)
 {
     const int ox = out->originX, oy = out->originY;
-    if (!SoftReadPng(path, palette ? *palette : mPalette, out, error, mHeldPixels))
+    if (!SoftReadPng(path, palette ? *palette : mPalette, out, error))
         return false;
     mHeldPixels += static_cast<std::uint64_t>(out->width) * out->height;
     out->originX = ox;
     out->originY = oy;
+    return true;
+}
+
+bool SoftResources::Reserve(const std::vector<std::string>& paths, std::string* error) const
+{
+    std::uint64_t held = mHeldPixels;
+    for (const std::string& path : paths) {
+        std::uint32_t width = 0, height = 0;
+        if (!SoftPngSize(path, &width, &height))
+            continue; // the decoder says what is wrong with it
+        held += static_cast<std::uint64_t>(width) * height;
+        if (held > kSoftMaxHeldPixels) {
+            *error = path + ": a PNG of " + std::to_string(width) + "x" + std::to_string(height) +
+                     " pixels would make " + std::to_string(held) + " held at once, more than the " +
+                     std::to_string(kSoftMaxHeldPixels) + " a game may hold";
+            return false;
+        }
+    }
     return true;
 }
 
@@ -413,8 +431,12 @@ const SoftView* SoftResources::View(int view, std::string* error)
                 slot.error += " (view " + std::to_string(view) + ")";
         } else if (SoftParseViewManifest(text, path, &cels, &slot.error)) {
             auto v = std::make_unique<SoftView>();
-            bool ok = true;
-            for (const auto& c : cels) {
+            std::vector<std::string> files;
+            for (const auto& c : cels)
+                files.push_back(DirOf(path) + "/" + c.file);
+            bool ok = Reserve(files, &slot.error);
+            for (std::size_t i = 0; ok && i < cels.size(); i++) {
+                const SoftCelEntry& c = cels[i];
                 if (static_cast<int>(v->loops.size()) <= c.loop)
                     v->loops.resize(c.loop + 1);
                 auto& loop = v->loops[c.loop];
@@ -423,10 +445,7 @@ const SoftView* SoftResources::View(int view, std::string* error)
                 SoftBitmap& bmp = loop[c.cel];
                 bmp.originX = c.originX;
                 bmp.originY = c.originY;
-                if (!ReadBitmap(DirOf(path) + "/" + c.file, &bmp, &slot.error)) {
-                    ok = false;
-                    break;
-                }
+                ok = ReadBitmap(files[i], &bmp, &slot.error);
             }
             if (ok)
                 slot.value = std::move(v);
@@ -460,7 +479,8 @@ const SoftBitmap* SoftResources::Picture(int picture, std::string* error)
     if (found == mPictures.end()) {
         Slot<SoftBitmap>& slot = mPictures[picture];
         auto b = std::make_unique<SoftBitmap>();
-        if (ReadBitmap(PathOf("pictures/" + std::to_string(picture) + ".png"), b.get(), &slot.error))
+        const std::string path = PathOf("pictures/" + std::to_string(picture) + ".png");
+        if (Reserve({path}, &slot.error) && ReadBitmap(path, b.get(), &slot.error))
             slot.value = std::move(b);
         found = mPictures.find(picture);
     }
@@ -483,9 +503,11 @@ const SoftRobot* SoftResources::Robot(std::uint32_t robot, std::string* error)
             if (missing)
                 slot.error += " (robot " + std::to_string(robot) + ")";
         } else if (SoftParseRobotManifest(text, path, r.get(), &files, &slot.error)) {
-            bool ok = true;
+            for (std::string& file : files)
+                file = DirOf(path) + "/" + file;
+            bool ok = Reserve(files, &slot.error);
             for (std::size_t i = 0; ok && i < files.size(); i++)
-                ok = ReadBitmap(DirOf(path) + "/" + files[i], &r->frames[i].bitmap, &slot.error);
+                ok = ReadBitmap(files[i], &r->frames[i].bitmap, &slot.error);
             if (ok)
                 slot.value = std::move(r);
         }
@@ -528,9 +550,11 @@ const SoftMovie* SoftResources::Movie(const std::string& fileName, std::string* 
                 m->hasPalette = ok;
             }
             m->frames.resize(files.size());
+            for (std::string& file : files)
+                file = DirOf(path) + "/" + file;
+            ok = ok && Reserve(files, &slot.error);
             for (std::size_t i = 0; ok && i < files.size(); i++)
-                ok = ReadBitmap(DirOf(path) + "/" + files[i], &m->frames[i], &slot.error,
-                                m->hasPalette ? &m->palette : nullptr);
+                ok = ReadBitmap(files[i], &m->frames[i], &slot.error, m->hasPalette ? &m->palette : nullptr);
             if (ok)
                 slot.value = std::move(m);
         }

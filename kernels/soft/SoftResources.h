@@ -92,6 +92,7 @@ struct SoftWav {
 // What a game folder may hold beyond the size of its files (the table is in
 // docs/KERNEL.md). Each is checked by the reader of its file, at the line that
 // passes it, before the work it would cause.
+constexpr std::uint64_t kSoftMaxHeldPixels = 64ull << 20; // pixels of pictures, cels and frames held decoded
 constexpr int kSoftMaxViewCels = 4096;             // cels in one view
 constexpr int kSoftMaxFrames = 10000;              // frames of one robot or movie
 constexpr std::size_t kSoftMaxMessageBytes = 4000; // the text of one message
@@ -154,6 +155,10 @@ private:
         std::unique_ptr<T> value;
         std::string error;
     };
+    // Whether the PNGs of one resource, by their headers, fit beside what is
+    // held already; else false with `error` naming the file that passes
+    // kSoftMaxHeldPixels. Asked before any of them is decoded.
+    bool Reserve(const std::vector<std::string>& paths, std::string* error) const;
     bool ReadBitmap(const std::string& path, SoftBitmap* out, std::string* error, const SoftPalette* palette = nullptr);
 
     std::string mFolder = ".";
