@@ -90,13 +90,14 @@ struct SoftWav {
 };
 
 // What a game folder may hold beyond the size of its files (the table is in
-// docs/KERNEL.md). Each is checked by the reader of its file, at the line that
-// passes it, before the work it would cause.
-constexpr std::uint64_t kSoftMaxHeldPixels = 64ull << 20; // pixels of pictures, cels and frames held decoded
-constexpr int kSoftMaxViewCels = 4096;             // cels in one view
-constexpr int kSoftMaxFrames = 10000;              // frames of one robot or movie
-constexpr std::size_t kSoftMaxMessageBytes = 4000; // the text of one message
-constexpr int kSoftMaxMessages = 100000;           // messages in messages.txt
+// docs/KERNEL.md), each checked once, before the work it would cause: the
+// counts by the reader of their file at the line that passes them, the pixels
+// by SoftResources::Reserve from the PNGs' headers.
+constexpr std::uint64_t kSoftMaxHeldPixels = 64ull << 20; // pictures', cels' and frames' pixels held decoded
+constexpr int kSoftMaxViewCels = 4096;                    // cels in one view
+constexpr int kSoftMaxFrames = 10000;                     // frames of one robot or movie
+constexpr std::size_t kSoftMaxMessageBytes = 4000;        // the text of one message
+constexpr int kSoftMaxMessages = 100000;                  // messages in messages.txt
 
 // ----- the readers of the text forms (each refuses anything it does not know) -----
 bool SoftParsePalette(const std::string& text, const std::string& name, SoftPalette* palette, std::string* error);
@@ -146,9 +147,6 @@ public:
     // Grows whenever a view or picture handed out before may have been
     // replaced or dropped (a new folder, PutView, PutPicture).
     std::uint64_t Generation() const { return mGeneration; }
-    // The pixels of the pictures, cels and frames read and held (at most
-    // kSoftMaxHeldPixels).
-    std::uint64_t HeldPixels() const { return mHeldPixels; }
 
 private:
     template <class T> struct Slot {
@@ -172,6 +170,7 @@ private:
     std::vector<SoftMessage> mMessages;
     std::string mMessagesError;
     std::uint64_t mGeneration = 1;
+    // The pixels of the pictures, cels and frames decoded and held.
     std::uint64_t mHeldPixels = 0;
 };
 
