@@ -2,7 +2,11 @@
 // with the dynamic loader of glibc. See glplatfm.h.
 #include "glplatfm.h"
 
+#include "FolderFile.h"
+
+#include <cerrno>
 #include <climits>
+#include <cstdint>
 #include <cstdio>
 #include <cstring>
 #include <dlfcn.h>
@@ -20,6 +24,14 @@ int MakeLibraryPath(char* pBuffer, std::size_t uSize, const char* pDirectory, co
 {
     const int iLength = std::snprintf(pBuffer, uSize, "%s/%s%s", pDirectory, pName, kLibraryExtension);
     return iLength > 0 && static_cast<std::size_t>(iLength) < uSize;
+}
+
+// Whether anything is there by that name (a file, or something a reader will
+// refuse as one).
+int Exists(const char* pPath)
+{
+    struct stat info;
+    return ::stat(pPath, &info) == 0;
 }
 
 int IsFile(const char* pPath)
@@ -43,11 +55,31 @@ int ProgramDirectory(char* pBuffer, std::size_t uSize)
     return TRUE;
 }
 
+// Why the last load failed.
+char gszLoadError[PATH_MAX + 256];
+
 void* Open(const char* pPath)
 {
+    // The loader would block on a FIFO and map whatever it is given: a file
+    // named by its path is looked at first. A bare name is the loader's to
+    // find in its cache, never a file of the working directory.
+    FolderFileError refusal;
+    if (std::strchr(pPath, '/') && !FolderFileIsLibrary(pPath, &refusal)) {
+        std::snprintf(gszLoadError, sizeof gszLoadError, "%s", refusal.text);
+        return 0;
+    }
     // Every symbol is bound now, so that a room missing one fails to load here
     // rather than in the middle of a frame.
-    return ::dlopen(pPath, RTLD_NOW | RTLD_LOCAL);
+    void* pLibrary = ::dlopen(pPath, RTLD_NOW | RTLD_LOCAL);
+    if (!pLibrary) {
+        const char* pWhy = ::dlerror();
+        // The loader's words name the file already.
+        if (pWhy)
+            std::snprintf(gszLoadError, sizeof gszLoadError, "%s", pWhy);
+        else
+            std::snprintf(gszLoadError, sizeof gszLoadError, "%s: the loader refused it", pPath);
+    }
+    return pLibrary;
 }
 
 // The loader's search directories for a name without a path, asked of the
@@ -97,6 +129,9 @@ void* OpenFromLoaderPath(const char* pName)
         // whoever controls that directory must not choose the room.
         const int fRelative = pDirectory[0] != '/';
         GL_FREE(pSearch);
+        if (fRelative)
+            std::snprintf(gszLoadError, sizeof gszLoadError,
+                          "%s: found in a relative directory of the loader's search path: not loaded", szPath);
         return fRelative ? 0 : Open(szPath);
     }
     GL_FREE(pSearch);
@@ -110,6 +145,7 @@ void* OpenFromLoaderPath(const char* pName)
 
 void* GLPlatformLoadLibrary(const char* pDirectory, const char* pName)
 {
+    gszLoadError[0] = '\0';
     char szDirectory[PATH_MAX];
     if (!pDirectory) {
         if (!ProgramDirectory(szDirectory, sizeof szDirectory))
@@ -117,7 +153,9 @@ void* GLPlatformLoadLibrary(const char* pDirectory, const char* pName)
         pDirectory = szDirectory;
     }
     char szPath[PATH_MAX];
-    if (MakeLibraryPath(szPath, sizeof szPath, pDirectory, pName) && IsFile(szPath))
+    // Whatever stands in the room directory under the name decides: a FIFO or
+    // a text file there is refused rather than passed over.
+    if (MakeLibraryPath(szPath, sizeof szPath, pDirectory, pName) && Exists(szPath))
         return Open(szPath);
     return OpenFromLoaderPath(pName);
 }
@@ -137,7 +175,26 @@ void GLPlatformMessageBox(const char* pText, const char* pTitle, unsigned int)
     GLCurrentAssertNotice()(pText, pTitle);
 }
 
-int GLPlatformIsRegularFile(const char* pName)
+const char* GLPlatformLoadError()
 {
-    return pName && IsFile(pName);
+    return gszLoadError;
+}
+
+std::FILE* GLPlatformOpenText(const char* pName, char* pWhy, std::size_t uWhySize)
+{
+    FolderFileError refusal;
+    std::uint64_t uSize = 0;
+    const int fd = FolderFileOpen(pName, kFolderText, &uSize, &refusal);
+    std::FILE* pFile = fd >= 0 ? ::fdopen(fd, "r") : 0;
+    if (fd >= 0 && !pFile) {
+        std::snprintf(refusal.text, sizeof refusal.text, "%s: cannot be read (%s)", pName, std::strerror(errno));
+        ::close(fd);
+    }
+    if (!pFile) {
+        // The refusal starts with the file's name, which the caller has.
+        const std::size_t uName = std::strlen(pName);
+        const int fNamed = std::strncmp(refusal.text, pName, uName) == 0 && refusal.text[uName] == ':';
+        std::snprintf(pWhy, uWhySize, "%s", refusal.text + (fNamed ? uName + 2 : 0));
+    }
+    return pFile;
 }

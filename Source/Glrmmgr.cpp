@@ -91,7 +91,13 @@ int GLRoomManager::LoadRoom(std::uint32_t uRoomNumber)
     if (mpLibrary == 0) {
         char szFile[sizeof gRoomDirectory + sizeof szName + 4];
         std::snprintf(szFile, sizeof szFile, "%s%s%s.so", gRoomDirectory, gRoomDirectory[0] ? "/" : "", szName);
-        GLNotify(GL_NOTICE_ERROR, szFile, 0, "the room library cannot be loaded");
+        // The reason names the file the loader was given, which may be another
+        // of that name where the loader looks.
+        char szWhy[1024];
+        const char* pReason = GLPlatformLoadError();
+        std::snprintf(szWhy, sizeof szWhy, "the room library cannot be loaded%s%s%s", pReason[0] ? " (" : "", pReason,
+                      pReason[0] ? ")" : ": no such file");
+        GLNotify(GL_NOTICE_ERROR, szFile, 0, szWhy);
         GL_ASSERT(!"Library did not load correctly!!");
     }
     char szLoaded[32];

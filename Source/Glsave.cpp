@@ -130,26 +130,14 @@ std::uint32_t Checksum(const char* text, std::size_t length, std::uint32_t hash 
     return hash;
 }
 
-// The one place a save file is read: a regular file only (a directory or a
-// FIFO would fail or block the reader), no larger than a save can be, whole.
-// FALSE with the reason, in the system's words where it has them.
+// The one place a save file is read, through the reader of game folder files
+// (a regular file only, never a blocking open), no larger than a save can be,
+// whole. FALSE with the reason, in the system's words where it has them.
 int ReadSaveFile(const char* fileName, GLKernelText* pText, char* reason, std::size_t reasonSize)
 {
-    if (!GLPlatformIsRegularFile(fileName)) {
-        std::FILE* probe = std::fopen(fileName, "rb");
-        if (!probe && errno == ENOENT)
-            std::snprintf(reason, reasonSize, "cannot be read (%s)", std::strerror(errno));
-        else
-            std::snprintf(reason, reasonSize, "cannot be read (not a regular file)");
-        if (probe)
-            std::fclose(probe);
+    std::FILE* file = GLPlatformOpenText(fileName, reason, reasonSize);
+    if (!file)
         return FALSE;
-    }
-    std::FILE* file = std::fopen(fileName, "rb");
-    if (!file) {
-        std::snprintf(reason, reasonSize, "cannot be read (%s)", std::strerror(errno));
-        return FALSE;
-    }
     long size = -1;
     if (std::fseek(file, 0, SEEK_END) == 0)
         size = std::ftell(file);

@@ -251,6 +251,7 @@ int ReadTrack(std::FILE* pFile, const char* fileName, GLSndTrack* pTrack)
     const int kTokensMax = 2 + kNumbersMax;
     int iLine = 1;        // the file's line the piece read now begins on
     int fWhole = TRUE;    // the piece read now begins a line of the file
+    int iNodes = 0;       // the sound, wait and PRS lines read
     for (;;) {
         int iLength = ReadLine(pFile, line);
         if (iLength == 0)
@@ -279,6 +280,7 @@ int ReadTrack(std::FILE* pFile, const char* fileName, GLSndTrack* pTrack)
             int numbers[kNumbersMax] = {0, 127, 1, 50, 100};
             if (!ParseNumbers(tokens, iTokens, numbers, kSound, iThisLine, notices))
                 continue;
+            iNodes++;
             SndByte sndByte = {numbers[0], numbers[1], numbers[2], numbers[3], numbers[4]};
             if (pTrack)
                 pTrack->AddSndNode(&sndByte);
@@ -286,6 +288,7 @@ int ReadTrack(std::FILE* pFile, const char* fileName, GLSndTrack* pTrack)
             int numbers[kNumbersMax] = {0, 0, 1, 100, 0};
             if (!ParseNumbers(tokens, iTokens, numbers, kWait, iThisLine, notices))
                 continue;
+            iNodes++;
             // The wait is the minimum plus a draw (0 to 32767) modulo the
             // maximum, so 0 to |maximum| - 1 or 32767, whichever is smaller:
             // it can come out at 0, which the timer refuses.
@@ -304,6 +307,7 @@ int ReadTrack(std::FILE* pFile, const char* fileName, GLSndTrack* pTrack)
             int numbers[kNumbersMax] = {0, 100, 127, 50, 0};
             if (!ParseNumbers(tokens, iTokens, numbers, kPrs, iThisLine, notices))
                 continue;
+            iNodes++;
             SndByte sndByte = {numbers[0], numbers[2], 1, numbers[3], numbers[1]};
             if (pTrack)
                 pTrack->AddPRSNode(&sndByte);
@@ -317,20 +321,22 @@ int ReadTrack(std::FILE* pFile, const char* fileName, GLSndTrack* pTrack)
                          "unknown keyword %s (SOUND, WAIT, PRS or PLAY): the line is skipped", shown);
         }
     }
+    if (iNodes == 0)
+        notices.Tell(GL_NOTICE_WARNING, 0, "no SOUND, WAIT or PRS line: the track plays nothing");
     return notices.Errors();
 }
 
 // Opens a track file for reading as text; null, with the host told, when it
-// is missing, not a regular file (a directory, a FIFO) or cannot be read.
+// is missing, not a regular file (a directory, a FIFO), too large or cannot
+// be read.
 std::FILE* OpenTrack(const char* fileName)
 {
-    if (!GLPlatformIsRegularFile(fileName)) {
-        GLNotify(GL_NOTICE_ERROR, fileName, 0, "no such file, or not a regular file: no track");
-        return 0;
-    }
-    std::FILE* pFile = std::fopen(fileName, "r");
+    char szWhy[1024];
+    std::FILE* pFile = GLPlatformOpenText(fileName, szWhy, sizeof szWhy);
     if (!pFile) {
-        GLNotify(GL_NOTICE_ERROR, fileName, 0, "cannot be opened: no track");
+        char szText[1100];
+        std::snprintf(szText, sizeof szText, "%s: no track", szWhy);
+        GLNotify(GL_NOTICE_ERROR, fileName, 0, szText);
         return 0;
     }
     // Some names open but cannot be read: no track either.

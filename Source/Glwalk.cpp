@@ -16,6 +16,7 @@
 // distances (lengths, clearance) are floating point.
 #include "glwalk.h"
 
+#include "glplatfm.h"
 #include "glpoly.h"
 
 #include <algorithm>
@@ -897,14 +898,20 @@ int ReadNumbers(const char* pText, Array<int>& numbers, const char*& pWhy)
 
 GLWalkArea* GLWalkArea::Load(const char* fileName)
 {
-    std::FILE* pFile = fileName ? std::fopen(fileName, "r") : 0;
+    char szWhy[1024] = "no file named";
+    std::FILE* pFile = fileName ? GLPlatformOpenText(fileName, szWhy, sizeof szWhy) : 0;
     if (!pFile) {
-        GLNotify(GL_NOTICE_ERROR, fileName, 0, "a walkable area that cannot be opened");
+        char szText[1100];
+        std::snprintf(szText, sizeof szText, "a walkable area that cannot be opened: %s", szWhy);
+        GLNotify(GL_NOTICE_ERROR, fileName, 0, szText);
         return 0;
     }
     GLWalkArea* pArea = 0;
     int iClearance = 0;
     int iLine = 0;
+    // The corners and holes read so far, against the most an area may have.
+    int iCorners = 0, iHoles = 0;
+    char szLimit[64];
     const char* pWhy = 0;
     Array<int> numbers;
     Array<ZOR_Point> points;
@@ -952,6 +959,15 @@ GLWalkArea* GLWalkArea::Load(const char* fileName)
         }
         if (numbers.size() % 2 != 0) {
             pWhy = "a point lacks its y";
+            break;
+        }
+        iCorners += static_cast<int>(numbers.size() / 2);
+        iHoles += fHole;
+        if (iCorners > kMaxLoadedCorners || iHoles > kMaxLoadedHoles) {
+            std::snprintf(szLimit, sizeof szLimit, "more than the %d %s a walkable area may have",
+                          iHoles > kMaxLoadedHoles ? kMaxLoadedHoles : kMaxLoadedCorners,
+                          iHoles > kMaxLoadedHoles ? "holes" : "corners");
+            pWhy = szLimit;
             break;
         }
         points.clear();

@@ -22,7 +22,9 @@
 
 #include <algorithm>
 #include <chrono>
+#include <cstdio>
 #include <random>
+#include <string>
 #include <vector>
 
 namespace {
@@ -79,6 +81,72 @@ void BM_WalkQuery(benchmark::State& state)
     delete area;
 }
 BENCHMARK(BM_WalkQuery)->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond)->Iterations(3);
+
+// The walkable area of a file (the reader's work) whose holes are squares of
+// side 4 in rows 12 pixels apart, and the first walk across it from one
+// corner to the other (the graph is made, then one route). The holes grow
+// tenfold; the largest is near the most corners an area file may have.
+void BM_WalkGrid(benchmark::State& state)
+{
+    RecordingKernel k;
+    k.recording = false;
+    DLLInit(&k);
+    const int holes = static_cast<int>(state.range(0));
+    int side = 1;
+    while (side * side < holes)
+        side++;
+    const int size = side * 12 + 12;
+    const std::string file = "bench_walk_grid.txt";
+    if (std::FILE* out = std::fopen(file.c_str(), "w")) {
+        std::fprintf(out, "clearance 1\nboundary 0 0  %d 0  %d %d  0 %d\n", size, size, size, size);
+        for (int h = 0; h < holes; h++) {
+            const int x = 10 + h % side * 12, y = 10 + h / side * 12;
+            std::fprintf(out, "hole %d %d  %d %d  %d %d  %d %d\n", x, y, x + 4, y, x + 4, y + 4, x, y + 4);
+        }
+        std::fclose(out);
+    }
+    GLListAsArray<GLPoint> route(16, 16);
+    for (auto _ : state) {
+        GLWalkArea* area = GLWalkArea::Load(file.c_str());
+        if (!area) {
+            state.SkipWithError("the area was refused");
+            break;
+        }
+        benchmark::DoNotOptimize(area->FindPath(GLPoint(3, 3), GLPoint(size - 3, size - 3), route));
+        DeleteWalkPoints(route);
+        delete area;
+    }
+    std::remove(file.c_str());
+    state.counters["corners"] = 4.0 * holes + 4;
+}
+// One route across the largest grid an area file may hold (127 holes, 512
+// corners), the graph made.
+void BM_WalkGridRoute(benchmark::State& state)
+{
+    RecordingKernel k;
+    k.recording = false;
+    DLLInit(&k);
+    const int side = 12, size = side * 12 + 12;
+    GLListAsArray<GLPoint> boundary(4, 4), route(16, 16);
+    WalkPoints({{0, 0}, {size, 0}, {size, size}, {0, size}}, boundary);
+    GLWalkArea area(boundary, 1);
+    DeleteWalkPoints(boundary);
+    for (int h = 0; h < GLWalkArea::kMaxLoadedHoles - 1; h++) {
+        const int x = 10 + h % side * 12, y = 10 + h / side * 12;
+        GLListAsArray<GLPoint> hole(4, 4);
+        WalkPoints({{x, y}, {x + 4, y}, {x + 4, y + 4}, {x, y + 4}}, hole);
+        area.AddHole(hole);
+        DeleteWalkPoints(hole);
+    }
+    area.Prepare();
+    for (auto _ : state) {
+        benchmark::DoNotOptimize(area.FindPath(GLPoint(3, 3), GLPoint(size - 3, size - 3), route));
+        DeleteWalkPoints(route);
+    }
+}
+BENCHMARK(BM_WalkGridRoute)->Unit(benchmark::kMillisecond);
+
+BENCHMARK(BM_WalkGrid)->Arg(1)->Arg(10)->Arg(100)->Arg(GLWalkArea::kMaxLoadedHoles - 1)->Unit(benchmark::kMillisecond);
 
 } // namespace
 

@@ -7,6 +7,7 @@
 file(GLOB QUINDLE_HEADERS_CORE CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/include/*.h)
 list(APPEND QUINDLE_HEADERS_CORE
   ${PROJECT_SOURCE_DIR}/kernels/ledger/AllocationLedger.h
+  ${PROJECT_SOURCE_DIR}/folderfile/FolderFile.h
   ${PROJECT_SOURCE_DIR}/player/quindle_game.h
   ${PROJECT_SOURCE_DIR}/kernels/soft/SoftExtras.h)
 set(QUINDLE_HEADERS_RECORDING ${PROJECT_SOURCE_DIR}/kernels/recording/RecordingKernel.h)

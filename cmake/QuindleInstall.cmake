@@ -1,7 +1,7 @@
 # What `cmake --install` puts under the prefix, and the Debian package.
 #
 #   lib/libquindle.so.<version>          the library, SONAME libquindle.so.<QUINDLE_SOVERSION>
-#   lib/libquindle_{ledger,recording,soft}.a   the kernels
+#   lib/libquindle_{ledger,folderfile,recording,soft}.a   the kernels and their readers
 #   include/quindle/                     every public header (cmake/QuindleHeaders.cmake)
 #   bin/quindle-player                   finds the library by a relative run path
 #   lib/cmake/quindle/                   the CMake package, its version file, the
@@ -14,7 +14,7 @@ set(QUINDLE_CMAKE_DIR ${CMAKE_INSTALL_LIBDIR}/cmake/quindle)
 set(QUINDLE_HEADER_DIR ${CMAKE_INSTALL_INCLUDEDIR}/quindle)
 
 # ----- the library, the ledger and the game's view of its host -----
-install(TARGETS quindle quindle_ledger quindle_game EXPORT quindleTargets
+install(TARGETS quindle quindle_ledger quindle_folderfile quindle_game EXPORT quindleTargets
   LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR})
 install(FILES ${QUINDLE_HEADERS_CORE} DESTINATION ${QUINDLE_HEADER_DIR})
 install(EXPORT quindleTargets NAMESPACE quindle:: DESTINATION ${QUINDLE_CMAKE_DIR})

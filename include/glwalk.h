@@ -90,8 +90,11 @@ public:
     //   boundary x y x y x y ... (once, before any hole)
     //   hole x y x y x y ...     (any number)
     // A line holds at most 4,095 characters; a number lies between -1,000,000
-    // and 1,000,000.
+    // and 1,000,000. The area holds at most kMaxLoadedHoles holes and
+    // kMaxLoadedCorners corners in all, so that its routes are made in a few
+    // milliseconds: an area past either is refused at the line that passes it.
     static GLWalkArea* Load(const char* fileName);
+    enum { kMaxLoadedCorners = 512, kMaxLoadedHoles = 128 };
 
 private:
     GLWalkArea(int iClearance);

@@ -97,9 +97,20 @@ void CheckGame(const std::string& folder, Problems& p)
         p.AddFault(error);
         return;
     }
-    struct stat st;
-    if (::stat(game.library.c_str(), &st) != 0 || !S_ISREG(st.st_mode))
-        p.Add(true, folder + "/game.txt", "the game library " + game.library + " is no file");
+    // Loaded as the player loads it, but never started.
+    QuindleGameStartFunction start = nullptr;
+    if (LoadGameLibrary(game.library, &start, &error) != 0)
+        p.AddFault(error);
+}
+
+// Every room library of the folder ("<number>.so"), loaded as the room
+// manager loads it, and unloaded again.
+void CheckRooms(const std::string& folder, Problems& p)
+{
+    std::string error;
+    for (const std::string& name : Names(folder, p))
+        if (NumberOf(name, ".so") >= 0 && !CheckRoomLibrary(folder + "/" + name, &error))
+            p.AddFault(error);
 }
 
 void CheckResources(const std::string& folder, Problems& p)
@@ -127,13 +138,19 @@ void CheckResources(const std::string& folder, Problems& p)
         const std::string dir = folder + "/" + kind.dir;
         for (const std::string& name : Names(dir, p)) {
             const long long n = NumberOf(name, kind.suffix);
+            // Each is read alone, as by a game that holds nothing else, and
+            // dropped again: a game never holds all of its pictures at once.
+            res.SetFolder(folder);
             if (n >= 0 && !kind.read(res, static_cast<int>(n), &error))
                 p.AddFault(error);
         }
     }
     for (const std::string& name : Names(folder, p))
-        if ((NumberOf(name, ".VMD") >= 0 || NumberOf(name, ".AVI") >= 0) && !res.Movie(name, &error))
-            p.AddFault(error);
+        if ((NumberOf(name, ".VMD") >= 0 || NumberOf(name, ".AVI") >= 0)) {
+            res.SetFolder(folder);
+            if (!res.Movie(name, &error))
+                p.AddFault(error);
+        }
 
     const std::vector<SoftMessage>* messages = res.Messages(&error);
     bool missing = false;
@@ -142,6 +159,8 @@ void CheckResources(const std::string& folder, Problems& p)
         p.Add(false, res.PathOf("messages.txt"), "no such file: a game that says a message stops there");
     else if (!messages)
         p.AddFault(error);
+    else if (messages->empty())
+        p.Add(false, res.PathOf("messages.txt"), "holds no message: every conversation of the game says nothing");
     else
         for (const SoftMessage& m : *messages)
             if (!m.speech.empty() && !res.Wav(m.speech, &error))
@@ -184,6 +203,7 @@ int CheckGameFolder(const std::string& folder, const std::string& script, bool s
         p.Add(true, folder, "no such directory: a game folder is a directory");
     } else {
         CheckGame(folder, p);
+        CheckRooms(folder, p);
         CheckResources(folder, p);
         CheckTracks(folder, p);
         CheckWalkAreas(folder, p);

@@ -1,7 +1,13 @@
 // GameFolder.cpp - see GameFolder.h.
 #include "GameFolder.h"
 
+#include "FolderFile.h"
 #include "SoftText.h"
+
+#include <dlfcn.h>
+#include <link.h>
+
+#include <cstring>
 
 #include <vector>
 
@@ -40,4 +46,71 @@ bool ReadGameFile(const std::string& folder, GameFile* g, std::string* error)
         return false;
     }
     return true;
+}
+
+namespace {
+
+// The loader's last words, or a plain reason when it gave none.
+std::string LoaderError()
+{
+    const char* why = ::dlerror();
+    return why ? why : "the loader refused it";
+}
+
+} // namespace
+
+int LoadGameLibrary(const std::string& path, QuindleGameStartFunction* start, std::string* error)
+{
+    FolderFileError refusal;
+    if (!FolderFileIsLibrary(path.c_str(), &refusal)) {
+        // A library that is not there leaves nothing to start; one that is
+        // there and no library is a fault of the folder.
+        *error = refusal.missing ? path + ": cannot load the game library (no such file)"
+                                 : std::string(refusal.text) + " (the game library)";
+        return refusal.missing ? 3 : 2;
+    }
+    void* library = ::dlopen(path.c_str(), RTLD_NOW | RTLD_GLOBAL);
+    if (!library) {
+        *error = path + ": cannot load the game library (" + LoaderError() + ")";
+        return 3;
+    }
+    // The entry point must be the file's own: a lookup by handle also finds
+    // it in the libraries this one needs (a room library needs the game's).
+    void* entry = ::dlsym(library, QUINDLE_GAME_START);
+    link_map* map = nullptr;
+    Dl_info found;
+    if (entry && (::dlinfo(library, RTLD_DI_LINKMAP, &map) != 0 || !::dladdr(entry, &found) || !map ||
+                  std::strcmp(found.dli_fname, map->l_name) != 0))
+        entry = nullptr;
+    *start = reinterpret_cast<QuindleGameStartFunction>(entry);
+    if (!*start) {
+        *error = path + ": exports no " QUINDLE_GAME_START ": not a game library";
+        return 2;
+    }
+    // The game library stays loaded: objects of the game may still be referred
+    // to by the library's statics at exit.
+    return 0;
+}
+
+bool CheckRoomLibrary(const std::string& path, std::string* error)
+{
+    FolderFileError refusal;
+    if (!FolderFileIsLibrary(path.c_str(), &refusal)) {
+        *error = std::string(refusal.text) + " (a room library)";
+        return false;
+    }
+    void* library = ::dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
+    if (!library) {
+        *error = path + ": the room library cannot be loaded (" + LoaderError() + ")";
+        return false;
+    }
+    static const char* const kExports[] = {"roomDLLInit", "roomInit", "roomDoIt", "roomHandleEvent", "roomDispose"};
+    std::string lacking;
+    for (const char* name : kExports)
+        if (!::dlsym(library, name))
+            lacking += (lacking.empty() ? "" : ", ") + std::string(name);
+    ::dlclose(library);
+    if (!lacking.empty())
+        *error = path + ": a room library without " + lacking;
+    return lacking.empty();
 }

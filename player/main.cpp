@@ -85,7 +85,7 @@ void Usage(std::FILE* out)
                  "  0  a normal end (with --replay: the tape matched to its game's end)\n"
                  "  1  a usage error\n"
                  "  2  a faulty game folder, script, tape, save or resource (the file is named)\n"
-                 "  3  a game that cannot start (its library does not load or start)\n"
+                 "  3  a game that cannot start (no library, the loader refuses it, or it fails to start)\n"
                  "  4  a replay that diverged (the report names the frame and the call)\n"
                  "  5  a tape that ended before its game did\n"
                  "A failed check of the library ends a replay as it ended the recorded run.\n");
@@ -366,16 +366,10 @@ int main(int argc, char** argv)
     }
     k.SetFrameHook(&OnFrame, &run);
 
-    void* library = ::dlopen(game.library.c_str(), RTLD_NOW | RTLD_GLOBAL);
-    if (!library) {
-        std::fprintf(stderr, "quindle-player: %s: cannot load the game library (%s)\n", game.library.c_str(),
-                     ::dlerror());
-        return 3;
-    }
-    auto start = reinterpret_cast<QuindleGameStartFunction>(::dlsym(library, QUINDLE_GAME_START));
-    if (!start) {
-        std::fprintf(stderr, "quindle-player: %s: exports no %s\n", game.library.c_str(), QUINDLE_GAME_START);
-        return 3;
+    QuindleGameStartFunction start = nullptr;
+    if (const int failed = LoadGameLibrary(game.library, &start, &error)) {
+        std::fprintf(stderr, "quindle-player: %s\n", error.c_str());
+        return failed;
     }
 
     // The game folder is the directory of the room libraries.

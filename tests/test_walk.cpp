@@ -262,7 +262,7 @@ TEST_F(WalkTest, TheTextFormReadsAnAreaAndTellsTheHostTheLineOfAFault)
     std::remove(file.c_str());
     gNotices.clear();
     EXPECT_EQ(GLWalkArea::Load(file.c_str()), nullptr);
-    EXPECT_EQ(gNotices, "1 " + file + "(0): a walkable area that cannot be opened");
+    EXPECT_EQ(gNotices, "1 " + file + "(0): a walkable area that cannot be opened: no such file");
     GLSetHostNotice(nullptr);
 }
 

@@ -210,11 +210,27 @@ TEST(DemoPlaythrough, KeyFramesMatchTheirGoldenHashes)
 // Broken game folders, each the demo's folder with one fault. The player,
 // running the playthrough, exits with 2 naming the file (and line); the
 // checker, strict, finds the same fault before anything runs.
-enum class Break { Directory, Remove, Write, Truncate, Fifo, Huge };
+enum class Break { Directory, Remove, Write, Truncate, Fifo, Huge, Copy, Png };
+
+// `count` lines, each made from its number.
+template <class Line> std::string Repeat(int count, Line line)
+{
+    std::string text;
+    for (int i = 0; i < count; i++)
+        text += line(i);
+    return text;
+}
 
 TEST(BrokenFolder, EveryFaultIsNamedByThePlayerAndTheChecker)
 {
     const std::string junk("\x89PNG\r\n\x1a\n\0\0\0\rIHDR junk \0\x01", 24);
+    // 129 small triangles in rows: one hole more than an area may have.
+    const std::string tooManyHoles =
+        "boundary 0 0  640 0  640 480  0 480\n" + Repeat(129, [](int i) {
+            const std::string x = std::to_string(10 + i % 60 * 10), y = std::to_string(300 + i / 60 * 10);
+            const std::string x2 = std::to_string(14 + i % 60 * 10), y2 = std::to_string(304 + i / 60 * 10);
+            return "hole " + x + " " + y + " " + x2 + " " + y + " " + x + " " + y2 + "\n";
+        });
     struct Case {
         const char* file; // relative to the folder; script.txt is the input script
         Break how;
@@ -251,6 +267,27 @@ TEST(BrokenFolder, EveryFaultIsNamedByThePlayerAndTheChecker)
         {"script.txt", Break::Write, "60 key enter\n30 key enter\n", "script.txt:2", "comes before tick 60", ""},
         {"script.txt", Break::Write, std::string("60 key enter\n7\0", 15), "script.txt:2", "a NUL byte", ""},
         {"script.txt", Break::Directory, "", "script.txt", "is a directory", ""},
+        // Hostile files, each just past what a game folder may hold.
+        {"walk/100.txt", Break::Fifo, "", "walk/100.txt", "is a FIFO", ""},
+        {"walk/100.txt", Break::Directory, "", "walk/100.txt", "is a directory", ""},
+        {"walk/100.txt", Break::Write, tooManyHoles, "walk/100.txt:130", "more than the 128 holes", ""},
+        {"libquindle_demo.so", Break::Fifo, "", "libquindle_demo.so", "is a FIFO", ""},
+        {"libquindle_demo.so", Break::Write, "library\n", "libquindle_demo.so", "not a shared library", ""},
+        {"libquindle_demo.so", Break::Copy, "100.so", "libquindle_demo.so", "exports no QuindleGameStart", ""},
+        {"200.so", Break::Write, "", "200.so", "not a shared library (an empty file)", ""},
+        {"tracks/ambient.txt", Break::Write, "", "tracks/ambient.txt", "the track plays nothing", "--strict"},
+        {"pictures/100.png", Break::Png, "4097 1", "pictures/100.png", "outside 1..4096", ""},
+        {"views/big.png", Break::Png, "4096 4096", "views/big.png", "more than the 67108864 a game may hold", ""},
+        {"views/100.txt", Break::Write,
+         Repeat(4097, [](int i) { return "cel 0 " + std::to_string(i) + " 100-0-0.png 14 55\n"; }),
+         "views/100.txt:4097", "more than the 4096 cels", ""},
+        {"robots/10.txt", Break::Write, "rate 4\n" + Repeat(10001, [](int) { return "frame swallow-0.png -10 -60\n"; }),
+         "robots/10.txt:10002", "more than the 10000 frames", ""},
+        {"messages.txt", Break::Write, "100 1 1 0 1 1 \"" + std::string(4001, 'a') + "\"\n", "messages.txt:1",
+         "more than the 4000 a message may have", ""},
+        {"messages.txt", Break::Write,
+         Repeat(100001, [](int i) { return "1 " + std::to_string(i) + " 0 0 1 1 \"\"\n"; }), "messages.txt:100001",
+         "more than the 100000 messages", ""},
     };
     char dir[] = "/tmp/quindle-broken-XXXXXX";
     ASSERT_TRUE(::mkdtemp(dir));
@@ -273,6 +310,19 @@ TEST(BrokenFolder, EveryFaultIsNamedByThePlayerAndTheChecker)
         } else if (c.how == Break::Huge) {
             std::ofstream{path};
             ASSERT_EQ(::truncate(path.c_str(), 100000000), 0);
+        } else if (c.how == Break::Copy) {
+            ASSERT_EQ(std::system(("cp " + folder + "/" + c.text + " " + path).c_str()), 0);
+        } else if (c.how == Break::Png) {
+            // A blank picture of that size; one of 4096x4096 serves as every
+            // cel of view 100, five times what a game may hold at once.
+            int width = 0, height = 0;
+            std::istringstream(c.text) >> width >> height;
+            const std::vector<std::uint8_t> blank(static_cast<std::size_t>(width) * height, 0);
+            std::string error;
+            ASSERT_TRUE(SoftWritePng(path, blank.data(), width, height, SoftPalette::Default(), &error)) << error;
+            if (width == height)
+                std::ofstream(folder + "/views/100.txt")
+                    << Repeat(5, [](int i) { return "cel 0 " + std::to_string(i) + " big.png 0 0\n"; });
         } else if (c.how != Break::Remove) {
             std::ofstream(path, std::ios::binary) << original;
         }

@@ -136,8 +136,8 @@ TEST(DemoSaves, SavesTheGameCannotUseAreRefusedWithTheFileNamed)
         {"cut.sav", text.substr(0, text.size() / 2), "is damaged"},
         {"other.sav", Signed(otherGame), "is a save of another game"},
         {"later.sav", Signed(later), "is a save of a later version of the game (3; this is 1)"},
-        {"a-directory.sav", "", "cannot be read (not a regular file)"},
-        {"missing.sav", "", "cannot be read (No such file or directory)"},
+        {"a-directory.sav", "", "is a directory, not a file"},
+        {"missing.sav", "", "no such file"},
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.name);

@@ -11,6 +11,8 @@
 #include <sys/stat.h>
 
 #include <algorithm>
+#include <climits>
+#include <cstring>
 
 SoftBitmaps::Font::~Font()
 {
@@ -44,20 +46,10 @@ std::uint32_t NextChar(const char*& p)
     return c;
 }
 
-int Advance(FT_Face face, std::uint32_t c)
+// The pixel size FreeType is set to for a size asked for.
+int ClampSize(int pixelSize)
 {
-    if (FT_Load_Char(face, c, FT_LOAD_DEFAULT) != 0)
-        return 0;
-    return static_cast<int>(face->glyph->advance.x >> 6);
-}
-
-int LineWidth(FT_Face face, const std::string& line)
-{
-    int w = 0;
-    const char* p = line.c_str();
-    while (*p)
-        w += Advance(face, NextChar(p));
-    return w;
+    return std::max(6, std::min(96, pixelSize));
 }
 
 const char* const kFontName = "DejaVu Sans";
@@ -176,6 +168,29 @@ void SoftBitmaps::SetFontPath(const std::string& path)
     mFont.reset();
 }
 
+int SoftBitmaps::Font::Advance(std::uint32_t c, int size)
+{
+    // Sizes are 6..96 and characters below 2^21: one key holds both.
+    const std::uint32_t key = static_cast<std::uint32_t>(size) << 21 | (c & 0x1FFFFF);
+    auto found = advances.find(key);
+    if (found != advances.end())
+        return found->second;
+    FT_Face f = static_cast<FT_Face>(face);
+    const int advance = FT_Load_Char(f, c, FT_LOAD_DEFAULT) != 0 ? 0 : static_cast<int>(f->glyph->advance.x >> 6);
+    advances.emplace(key, advance);
+    return advance;
+}
+
+int SoftBitmaps::Font::Width(const char* text, std::size_t length, int size, int limit)
+{
+    int w = 0;
+    const char* p = text;
+    const char* end = text + length;
+    while (p < end && *p && w <= limit)
+        w += Advance(NextChar(p), size);
+    return w;
+}
+
 int SoftBitmaps::TextWidth(const char* text, int pixelSize)
 {
     if (!text)
@@ -198,8 +213,9 @@ int SoftBitmaps::TextWidth(const char* text, int pixelSize)
     }
     if (mFont->failed)
         return 0;
-    FT_Set_Pixel_Sizes(static_cast<FT_Face>(mFont->face), 0, static_cast<FT_UInt>(std::max(6, std::min(96, pixelSize))));
-    return LineWidth(static_cast<FT_Face>(mFont->face), text);
+    const int size = ClampSize(pixelSize);
+    FT_Set_Pixel_Sizes(static_cast<FT_Face>(mFont->face), 0, static_cast<FT_UInt>(size));
+    return mFont->Width(text, std::strlen(text), size, INT_MAX);
 }
 
 int SoftBitmaps::DrawText(std::uint16_t memId, int x, int y, const char* text, int color, int pixelSize, int maxWidth)
@@ -211,47 +227,60 @@ int SoftBitmaps::DrawText(std::uint16_t memId, int x, int y, const char* text, i
     if (mFont->failed)
         return -1;
     FT_Face face = static_cast<FT_Face>(mFont->face);
-    FT_Set_Pixel_Sizes(face, 0, static_cast<FT_UInt>(std::max(6, std::min(96, pixelSize))));
+    const int size = ClampSize(pixelSize);
+    FT_Set_Pixel_Sizes(face, 0, static_cast<FT_UInt>(size));
     SoftBitmap& bmp = found->second.bitmap;
     const int skip = found->second.skip;
 
-    // Break into lines: at '\n', and between words when a line would be too wide.
+    // Break into lines: at '\n', and between words when a line would be too
+    // wide. A line's width is kept as it grows, and a word is measured only
+    // until it passes the width: the text is gone through once.
     std::vector<std::string> lines;
-    std::string para;
-    std::string all(text);
-    all += '\n';
-    for (char ch : all) {
-        if (ch != '\n') {
-            para += ch;
-            continue;
-        }
+    const int space = maxWidth > 0 ? mFont->Advance(' ', size) : 0;
+    const char* const all = text;
+    const std::size_t length = std::strlen(all);
+    std::size_t start = 0;
+    while (start <= length) {
+        std::size_t stop = start;
+        while (stop < length && all[stop] != '\n')
+            stop++;
         std::string line;
-        std::size_t i = 0;
-        while (i <= para.size()) {
-            std::size_t j = para.find(' ', i);
-            if (j == std::string::npos)
-                j = para.size();
-            const std::string word = para.substr(i, j - i);
-            const std::string candidate = line.empty() ? word : line + " " + word;
-            if (maxWidth > 0 && !line.empty() && LineWidth(face, candidate) > maxWidth) {
+        int lineWidth = 0;
+        std::size_t i = start;
+        while (i <= stop) {
+            std::size_t j = i;
+            while (j < stop && all[j] != ' ')
+                j++;
+            const int wordWidth = maxWidth > 0 ? mFont->Width(all + i, j - i, size, maxWidth) : 0;
+            const int width = line.empty() ? wordWidth : lineWidth + space + wordWidth;
+            if (maxWidth > 0 && !line.empty() && width > maxWidth) {
                 lines.push_back(line);
-                line = word;
+                line.assign(all + i, j - i);
+                lineWidth = wordWidth;
             } else {
-                line = candidate;
+                if (!line.empty())
+                    line += ' ';
+                line.append(all + i, j - i);
+                lineWidth = width;
             }
             i = j + 1;
         }
         lines.push_back(line);
-        para.clear();
+        start = stop + 1;
     }
 
     const int lineHeight = static_cast<int>(face->size->metrics.height >> 6);
     const int ascender = static_cast<int>(face->size->metrics.ascender >> 6);
     int baseline = y + ascender;
+    // A glyph reaches at most a few of its sizes beyond its pen position:
+    // what lies past the bitmap by more is not drawn, nor looked up.
+    const int reach = 4 * size;
     for (const auto& line : lines) {
+        if (baseline - reach > bmp.height)
+            break;
         int penX = x;
         const char* p = line.c_str();
-        while (*p) {
+        while (*p && penX - reach <= bmp.width) {
             const std::uint32_t c = NextChar(p);
             if (FT_Load_Char(face, c, FT_LOAD_RENDER) != 0)
                 continue;

@@ -18,6 +18,7 @@
 #include <map>
 #include <memory>
 #include <string>
+#include <unordered_map>
 
 class SoftBitmaps {
 public:
@@ -54,7 +55,15 @@ private:
         void* library = nullptr; // FT_Library
         void* face = nullptr;    // FT_Face
         bool failed = false;
+        // Advances already asked of FreeType, by pixel size and character:
+        // measuring a line asks once per character it has not met.
+        std::unordered_map<std::uint32_t, int> advances;
         ~Font();
+        // The advance of the character at the face's current size, `size`.
+        int Advance(std::uint32_t c, int size);
+        // The width of the text at that size, summed until it passes `limit`
+        // (then some width above the limit).
+        int Width(const char* text, std::size_t length, int size, int limit);
     };
 
     SoftServiceHost& mHost;

@@ -7,6 +7,7 @@
 #include <png.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <cstring>
 #include <fcntl.h>
 #include <unistd.h>
@@ -140,9 +141,35 @@ bool SoftReadPngMemory(const void* data, std::size_t size, const std::string& na
 bool SoftReadPng(const std::string& path, const SoftPalette& palette, SoftBitmap* out, std::string* error)
 {
     std::string bytes;
-    if (!SoftReadFile(path, &bytes, error))
+    if (!SoftReadFile(path, &bytes, error, nullptr, kFolderPicture))
         return false;
     return SoftReadPngMemory(bytes.data(), bytes.size(), path, palette, out, error);
+}
+
+bool SoftPngSize(const std::string& path, std::uint32_t* width, std::uint32_t* height)
+{
+    // The signature, then the header chunk's length and type, then its
+    // width and height, big-endian.
+    FolderFileError refusal;
+    std::uint64_t size = 0;
+    const int fd = FolderFileOpen(path.c_str(), kFolderPicture, &size, &refusal);
+    if (fd < 0)
+        return false;
+    unsigned char head[24];
+    ssize_t got;
+    do
+        got = ::read(fd, head, sizeof head);
+    while (got < 0 && errno == EINTR);
+    ::close(fd);
+    if (got != static_cast<ssize_t>(sizeof head) || std::memcmp(head, "\x89PNG\r\n\x1a\n", 8) != 0 ||
+        std::memcmp(head + 12, "IHDR", 4) != 0)
+        return false;
+    auto word = [&](int at) {
+        return static_cast<std::uint32_t>(head[at]) << 24 | head[at + 1] << 16 | head[at + 2] << 8 | head[at + 3];
+    };
+    *width = word(16);
+    *height = word(20);
+    return true;
 }
 
 namespace {

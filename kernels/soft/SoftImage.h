@@ -94,6 +94,10 @@ bool SoftReadPng(const std::string& path, const SoftPalette& palette, SoftBitmap
 // The same from bytes in memory; `name` is used in the message.
 bool SoftReadPngMemory(const void* data, std::size_t size, const std::string& name, const SoftPalette& palette,
                        SoftBitmap* out, std::string* error);
+// The width and height a PNG file's header claims, read without decoding
+// anything (24 bytes); false when the file cannot be read or does not start
+// as a PNG, which SoftReadPng then says.
+bool SoftPngSize(const std::string& path, std::uint32_t* width, std::uint32_t* height);
 
 // Writes a frame of palette indices as an RGB PNG.
 bool SoftWritePng(const std::string& path, const std::uint8_t* indices, int width, int height,

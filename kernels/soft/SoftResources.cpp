@@ -6,7 +6,9 @@
 
 #include <sys/stat.h>
 
+#include <array>
 #include <cstring>
+#include <unordered_set>
 
 namespace {
 
@@ -93,6 +95,11 @@ bool SoftParseViewManifest(const std::string& text, const std::string& name, std
                      "expected 'cel <loop 0..999> <cel 0..9999> <file.png> <originX> <originY>'";
             return false;
         }
+        if (cels->size() == static_cast<std::size_t>(kSoftMaxViewCels)) {
+            *error = LineRef(name, i) + "more than the " + std::to_string(kSoftMaxViewCels) + " cels a view may have";
+            cels->clear();
+            return false;
+        }
         if (seen[static_cast<int>(loop)][static_cast<int>(cel)]) {
             *error = LineRef(name, i) + "loop " + std::to_string(loop) + " cel " + std::to_string(cel) +
                      " is given twice";
@@ -146,6 +153,11 @@ bool SoftParseRobotManifest(const std::string& text, const std::string& name, So
         } else if (w[0] == "frame" && (w.size() == 4 || w.size() == 6) && SoftParseInt(w[2], -4096, 4096, &a) &&
                    SoftParseInt(w[3], -4096, 4096, &b) &&
                    (w.size() == 4 || (w[4] == "cue" && SoftParseInt(w[5], 1, 0xFFFFFFFEll, &c)))) {
+            if (robot->frames.size() == static_cast<std::size_t>(kSoftMaxFrames)) {
+                *error =
+                    LineRef(name, i) + "more than the " + std::to_string(kSoftMaxFrames) + " frames a robot may have";
+                return false;
+            }
             SoftRobotFrame frame;
             frame.bitmap.originX = static_cast<int>(a);
             frame.bitmap.originY = static_cast<int>(b);
@@ -186,6 +198,11 @@ bool SoftParseMovieManifest(const std::string& text, const std::string& name, So
         } else if (w[0] == "rate" && w.size() == 2 && SoftParseInt(w[1], 1, 3600, &a)) {
             movie->ticksPerFrame = static_cast<int>(a);
         } else if (w[0] == "frame" && w.size() == 2) {
+            if (files->size() == static_cast<std::size_t>(kSoftMaxFrames)) {
+                *error =
+                    LineRef(name, i) + "more than the " + std::to_string(kSoftMaxFrames) + " frames a movie may have";
+                return false;
+            }
             files->push_back(w[1]);
         } else if (w[0] == "palette" && w.size() == 2 && movie->paletteFile.empty()) {
             movie->paletteFile = w[1];
@@ -210,6 +227,18 @@ bool SoftParseMessages(const std::string& text, const std::string& name, std::ve
                        std::string* error)
 {
     messages->clear();
+    // The five keys of every message read, to find one given twice at once.
+    using Keys = std::array<int, 5>;
+    struct KeysHash {
+        std::size_t operator()(const Keys& k) const
+        {
+            std::uint64_t h = 1469598103934665603ull;
+            for (int key : k)
+                h = (h ^ static_cast<std::uint32_t>(key)) * 1099511628211ull;
+            return static_cast<std::size_t>(h);
+        }
+    };
+    std::unordered_set<Keys, KeysHash> keys;
     const auto lines = SoftLines(text);
     std::vector<std::string> w;
     for (std::size_t i = 0; i < lines.size(); i++) {
@@ -236,16 +265,22 @@ bool SoftParseMessages(const std::string& text, const std::string& name, std::ve
             messages->clear();
             return false;
         }
+        std::string refusal;
+        if (messages->size() == static_cast<std::size_t>(kSoftMaxMessages))
+            refusal = "more than the " + std::to_string(kSoftMaxMessages) + " messages the file may have";
+        else if (w[6].size() > kSoftMaxMessageBytes)
+            refusal = "a message of " + std::to_string(w[6].size()) + " bytes, more than the " +
+                      std::to_string(kSoftMaxMessageBytes) + " a message may have";
+        else if (!keys.insert(Keys{{m.keys[0], m.keys[1], m.keys[2], m.keys[3], m.keys[4]}}).second)
+            refusal = "a message with these five keys is already given";
+        if (!refusal.empty()) {
+            *error = LineRef(name, i) + refusal;
+            messages->clear();
+            return false;
+        }
         m.text = w[6];
         if (w.size() == 9)
             m.speech = w[8];
-        for (const auto& other : *messages) {
-            if (std::memcmp(other.keys, m.keys, sizeof m.keys) == 0) {
-                *error = LineRef(name, i) + "a message with these five keys is already given";
-                messages->clear();
-                return false;
-            }
-        }
         messages->push_back(m);
     }
     return true;
@@ -328,6 +363,7 @@ void SoftResources::SetFolder(const std::string& folder)
     mWavs.clear();
     mMessagesRead = false;
     mMessages.clear();
+    mHeldPixels = 0;
 }
 
 std::string SoftResources::PathOf(const std::string& relative) const
@@ -357,8 +393,27 @@ bool SoftResources::ReadBitmap(const std::string& path, SoftBitmap* out, std::st
     const int ox = out->originX, oy = out->originY;
     if (!SoftReadPng(path, palette ? *palette : mPalette, out, error))
         return false;
+    mHeldPixels += static_cast<std::uint64_t>(out->width) * out->height;
     out->originX = ox;
     out->originY = oy;
+    return true;
+}
+
+bool SoftResources::Reserve(const std::vector<std::string>& paths, std::string* error) const
+{
+    std::uint64_t held = mHeldPixels;
+    for (const std::string& path : paths) {
+        std::uint32_t width = 0, height = 0;
+        if (!SoftPngSize(path, &width, &height))
+            continue; // the decoder says what is wrong with it
+        held += static_cast<std::uint64_t>(width) * height;
+        if (held > kSoftMaxHeldPixels) {
+            *error = path + ": a PNG of " + std::to_string(width) + "x" + std::to_string(height) +
+                     " pixels would make " + std::to_string(held) + " held at once, more than the " +
+                     std::to_string(kSoftMaxHeldPixels) + " a game may hold";
+            return false;
+        }
+    }
     return true;
 }
 
@@ -376,8 +431,12 @@ const SoftView* SoftResources::View(int view, std::string* error)
                 slot.error += " (view " + std::to_string(view) + ")";
         } else if (SoftParseViewManifest(text, path, &cels, &slot.error)) {
             auto v = std::make_unique<SoftView>();
-            bool ok = true;
-            for (const auto& c : cels) {
+            std::vector<std::string> files;
+            for (const auto& c : cels)
+                files.push_back(DirOf(path) + "/" + c.file);
+            bool ok = Reserve(files, &slot.error);
+            for (std::size_t i = 0; ok && i < cels.size(); i++) {
+                const SoftCelEntry& c = cels[i];
                 if (static_cast<int>(v->loops.size()) <= c.loop)
                     v->loops.resize(c.loop + 1);
                 auto& loop = v->loops[c.loop];
@@ -386,10 +445,7 @@ const SoftView* SoftResources::View(int view, std::string* error)
                 SoftBitmap& bmp = loop[c.cel];
                 bmp.originX = c.originX;
                 bmp.originY = c.originY;
-                if (!ReadBitmap(DirOf(path) + "/" + c.file, &bmp, &slot.error)) {
-                    ok = false;
-                    break;
-                }
+                ok = ReadBitmap(files[i], &bmp, &slot.error);
             }
             if (ok)
                 slot.value = std::move(v);
@@ -423,7 +479,8 @@ const SoftBitmap* SoftResources::Picture(int picture, std::string* error)
     if (found == mPictures.end()) {
         Slot<SoftBitmap>& slot = mPictures[picture];
         auto b = std::make_unique<SoftBitmap>();
-        if (ReadBitmap(PathOf("pictures/" + std::to_string(picture) + ".png"), b.get(), &slot.error))
+        const std::string path = PathOf("pictures/" + std::to_string(picture) + ".png");
+        if (Reserve({path}, &slot.error) && ReadBitmap(path, b.get(), &slot.error))
             slot.value = std::move(b);
         found = mPictures.find(picture);
     }
@@ -446,9 +503,11 @@ const SoftRobot* SoftResources::Robot(std::uint32_t robot, std::string* error)
             if (missing)
                 slot.error += " (robot " + std::to_string(robot) + ")";
         } else if (SoftParseRobotManifest(text, path, r.get(), &files, &slot.error)) {
-            bool ok = true;
+            for (std::string& file : files)
+                file = DirOf(path) + "/" + file;
+            bool ok = Reserve(files, &slot.error);
             for (std::size_t i = 0; ok && i < files.size(); i++)
-                ok = ReadBitmap(DirOf(path) + "/" + files[i], &r->frames[i].bitmap, &slot.error);
+                ok = ReadBitmap(files[i], &r->frames[i].bitmap, &slot.error);
             if (ok)
                 slot.value = std::move(r);
         }
@@ -491,9 +550,11 @@ const SoftMovie* SoftResources::Movie(const std::string& fileName, std::string* 
                 m->hasPalette = ok;
             }
             m->frames.resize(files.size());
+            for (std::string& file : files)
+                file = DirOf(path) + "/" + file;
+            ok = ok && Reserve(files, &slot.error);
             for (std::size_t i = 0; ok && i < files.size(); i++)
-                ok = ReadBitmap(DirOf(path) + "/" + files[i], &m->frames[i], &slot.error,
-                                m->hasPalette ? &m->palette : nullptr);
+                ok = ReadBitmap(files[i], &m->frames[i], &slot.error, m->hasPalette ? &m->palette : nullptr);
             if (ok)
                 slot.value = std::move(m);
         }
@@ -530,7 +591,8 @@ const SoftWav* SoftResources::Wav(const std::string& relative, std::string* erro
         Slot<SoftWav>& slot = mWavs[path];
         std::string bytes;
         auto w = std::make_unique<SoftWav>();
-        if (SoftReadFile(path, &bytes, &slot.error) && SoftParseWav(bytes, path, w.get(), &slot.error))
+        if (SoftReadFile(path, &bytes, &slot.error, nullptr, kFolderSound) &&
+            SoftParseWav(bytes, path, w.get(), &slot.error))
             slot.value = std::move(w);
         found = mWavs.find(path);
     }

@@ -89,6 +89,16 @@ struct SoftWav {
     std::uint32_t DurationTicks() const;
 };
 
+// What a game folder may hold beyond the size of its files (the table is in
+// docs/KERNEL.md), each checked once, before the work it would cause: the
+// counts by the reader of their file at the line that passes them, the pixels
+// by SoftResources::Reserve from the PNGs' headers.
+constexpr std::uint64_t kSoftMaxHeldPixels = 64ull << 20; // pictures', cels' and frames' pixels held decoded
+constexpr int kSoftMaxViewCels = 4096;                    // cels in one view
+constexpr int kSoftMaxFrames = 10000;                     // frames of one robot or movie
+constexpr std::size_t kSoftMaxMessageBytes = 4000;        // the text of one message
+constexpr int kSoftMaxMessages = 100000;                  // messages in messages.txt
+
 // ----- the readers of the text forms (each refuses anything it does not know) -----
 bool SoftParsePalette(const std::string& text, const std::string& name, SoftPalette* palette, std::string* error);
 bool SoftParseViewManifest(const std::string& text, const std::string& name, std::vector<SoftCelEntry>* cels,
@@ -108,6 +118,7 @@ public:
     SoftResources() = default;
     explicit SoftResources(const std::string& folder) { SetFolder(folder); }
 
+    // Reads from that folder from now on, dropping everything read before.
     void SetFolder(const std::string& folder);
     const std::string& Folder() const { return mFolder; }
 
@@ -142,6 +153,10 @@ private:
         std::unique_ptr<T> value;
         std::string error;
     };
+    // Whether the PNGs of one resource, by their headers, fit beside what is
+    // held already; else false with `error` naming the file that passes
+    // kSoftMaxHeldPixels. Asked before any of them is decoded.
+    bool Reserve(const std::vector<std::string>& paths, std::string* error) const;
     bool ReadBitmap(const std::string& path, SoftBitmap* out, std::string* error, const SoftPalette* palette = nullptr);
 
     std::string mFolder = ".";
@@ -155,6 +170,8 @@ private:
     std::vector<SoftMessage> mMessages;
     std::string mMessagesError;
     std::uint64_t mGeneration = 1;
+    // The pixels of the pictures, cels and frames decoded and held.
+    std::uint64_t mHeldPixels = 0;
 };
 
 #endif

@@ -1,10 +1,6 @@
 // SoftText.cpp - see SoftText.h.
 #include "SoftText.h"
 
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
@@ -68,59 +64,9 @@ bool SoftParseInt(const std::string& word, long long low, long long high, long l
     return true;
 }
 
-bool SoftReadFile(const std::string& path, std::string* bytes, std::string* error, bool* missing)
+bool SoftReadFile(const std::string& path, std::string* bytes, std::string* error, bool* missing, FolderFileKind kind)
 {
-    std::string scratch;
-    if (!error)
-        error = &scratch;
-    if (missing)
-        *missing = false;
-    // Non-blocking, so that opening a FIFO does not wait for a writer.
-    const int fd = ::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
-    if (fd < 0) {
-        const int e = errno;
-        if (e == ENOENT || e == ENOTDIR) {
-            if (missing)
-                *missing = true;
-            *error = path + ": no such file";
-        } else {
-            *error = path + ": cannot be read (" + std::strerror(e) + ")";
-        }
-        return false;
-    }
-    struct stat st;
-    bool ok = false;
-    if (::fstat(fd, &st) != 0)
-        *error = path + ": cannot be read (" + std::strerror(errno) + ")";
-    else if (S_ISDIR(st.st_mode))
-        *error = path + ": is a directory, not a file";
-    else if (!S_ISREG(st.st_mode))
-        *error = path + ": is a FIFO, socket or device, not a file";
-    else if (static_cast<unsigned long long>(st.st_size) > kSoftMaxFileBytes)
-        *error = path + ": " + std::to_string(st.st_size) + " bytes, more than the " +
-                 std::to_string(kSoftMaxFileBytes >> 20) + " MiB a file may have";
-    else
-        ok = true;
-    if (ok) {
-        bytes->resize(static_cast<std::size_t>(st.st_size));
-        std::size_t got = 0;
-        while (got < bytes->size()) {
-            const ssize_t n = ::read(fd, &(*bytes)[got], bytes->size() - got);
-            if (n < 0 && errno == EINTR)
-                continue;
-            if (n <= 0) {
-                // A read error, or the file shrank while it was read.
-                ok = false;
-                *error = path + ": cannot be read (" + (n < 0 ? std::strerror(errno) : "it ended early") + ")";
-                break;
-            }
-            got += static_cast<std::size_t>(n);
-        }
-    }
-    ::close(fd);
-    if (!ok)
-        bytes->clear();
-    return ok;
+    return FolderFileRead(path, kind, bytes, error, missing);
 }
 
 std::vector<std::string> SoftLines(const std::string& text)

@@ -2,6 +2,8 @@
 #ifndef QUINDLE_SOFT_TEXT_H
 #define QUINDLE_SOFT_TEXT_H
 
+#include "FolderFile.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <string>
@@ -13,14 +15,13 @@
 bool SoftSplitWords(const std::string& line, std::vector<std::string>* words, std::string* error);
 // A whole decimal or 0x-hexadecimal number in [low, high].
 bool SoftParseInt(const std::string& word, long long low, long long high, long long* value);
-// The most bytes a file of a game folder may have.
-constexpr std::size_t kSoftMaxFileBytes = 64u << 20;
-// Reads a whole regular file without ever blocking or throwing. False, with
-// `error` set to "<path>: <what is wrong>", when nothing is there by that name,
-// or it is a directory, a FIFO or device, unreadable, or larger than
-// kSoftMaxFileBytes; `missing` tells the first case from the others.
-bool SoftReadFile(const std::string& path, std::string* bytes, std::string* error = nullptr,
-                  bool* missing = nullptr);
+// Reads a whole file of the game folder through the folder-file reader
+// (FolderFile.h): never blocking, regular files only, at most the bytes its
+// kind may have. False, with `error` set to "<path>: <what is wrong>", when
+// nothing is there by that name, or it is a directory, a FIFO or device,
+// unreadable, or too large; `missing` tells the first case from the others.
+bool SoftReadFile(const std::string& path, std::string* bytes, std::string* error = nullptr, bool* missing = nullptr,
+                  FolderFileKind kind = kFolderText);
 // Lines of a text (without their ends), '\r' removed.
 std::vector<std::string> SoftLines(const std::string& text);
 

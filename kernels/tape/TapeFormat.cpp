@@ -1,6 +1,8 @@
 // TapeFormat.cpp - writing and reading tape records.
 #include "TapeFormat.h"
 
+#include "FolderFile.h"
+
 #include <chrono>
 #include <cstring>
 
@@ -345,24 +347,10 @@ bool TapeWriter::WriteEnd(TapeFrame& partial, TapeEnding ending, std::uint32_t f
 
 bool TapeReader::Open(const std::string& path, std::string* error)
 {
-    std::FILE* f = std::fopen(path.c_str(), "rb");
-    if (!f) {
-        *error = path + ": cannot read the tape";
+    std::string bytes;
+    if (!FolderFileRead(path, kFolderTape, &bytes, error))
         return false;
-    }
-    std::vector<std::uint8_t> bytes;
-    std::uint8_t buffer[65536];
-    std::size_t got;
-    while ((got = std::fread(buffer, 1, sizeof buffer, f)) > 0) {
-        if (bytes.size() + got > kTapeMaxBytes) {
-            std::fclose(f);
-            *error = path + ": not a tape: larger than " + std::to_string(kTapeMaxBytes >> 20) + " MB";
-            return false;
-        }
-        bytes.insert(bytes.end(), buffer, buffer + got);
-    }
-    std::fclose(f);
-    return Parse(bytes.data(), bytes.size(), path, error);
+    return Parse(reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size(), path, error);
 }
 
 bool TapeReader::Parse(const std::uint8_t* data, std::size_t size, const std::string& name, std::string* error)

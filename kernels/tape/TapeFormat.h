@@ -8,7 +8,8 @@
 // written as differences from the frame before, so a frame like the one
 // before costs a few bytes.
 //
-// The reader takes a whole tape into memory (at most kTapeMaxBytes), checks
+// The reader takes a whole tape into memory (a regular file of at most the
+// bytes FolderFile.h allows a tape), checks
 // every record and decodes every frame before anything is replayed, so that a
 // damaged tape is refused up front, naming the byte offset and the frame.
 #ifndef QUINDLE_TAPE_FORMAT_H
@@ -21,7 +22,6 @@
 #include <vector>
 
 constexpr std::uint16_t kTapeVersion = 1;
-constexpr std::size_t kTapeMaxBytes = 256u << 20;
 
 // One call the library made: the operation (its place in the interface, see
 // TapeOps.h), its arguments as values, and the answers the tape serves back.
