@@ -10,10 +10,12 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+const char kGLLibraryExtension[] = ".so";
+const char kGLPathSeparator = '/';
+
 namespace {
 
-// The platform's own extension of a shared library.
-const char kLibraryExtension[] = ".so";
+const char* const kLibraryExtension = kGLLibraryExtension;
 
 // Formats "<directory>/<name>.so" into the buffer; FALSE when it does not fit.
 int MakeLibraryPath(char* pBuffer, std::size_t uSize, const char* pDirectory, const char* pName)
@@ -140,4 +142,37 @@ void GLPlatformMessageBox(const char* pText, const char* pTitle, unsigned int)
 int GLPlatformIsRegularFile(const char* pName)
 {
     return pName && IsFile(pName);
+}
+
+void GLPlatformDefaultNotice(const char* pText, const char* pTitle)
+{
+    // Linux has no message box: the same text goes to the error stream, under
+    // its title. A windowed host replaces it with a dialog.
+    std::fprintf(stderr, "%s\n%s", pTitle, pText);
+    std::fflush(stderr);
+}
+
+int GLPlatformIsSeparator(char c)
+{
+    return c == '/';
+}
+
+std::size_t GLPlatformRootLength(const char* pPath)
+{
+    return pPath[0] == '/' ? 1 : 0;
+}
+
+int GLPlatformAbsolutePath(const char* pName, char* pBuffer, std::size_t uSize)
+{
+    if (pName[0] == '/')
+        return std::snprintf(pBuffer, uSize, "%s", pName);
+    char szWorking[PATH_MAX];
+    if (!::getcwd(szWorking, sizeof szWorking))
+        return -1;
+    const int iLength = std::snprintf(pBuffer, uSize, "%s/%s", szWorking, pName);
+    // Without "." and ".." components when the directory exists already.
+    char szResolved[PATH_MAX];
+    if (iLength > 0 && static_cast<std::size_t>(iLength) < uSize && ::realpath(pBuffer, szResolved))
+        return std::snprintf(pBuffer, uSize, "%s", szResolved);
+    return iLength;
 }

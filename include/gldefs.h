@@ -8,8 +8,16 @@
 #include <cstdint>
 
 // One export macro. The library is built with hidden visibility; only what is
-// marked with QUINDLE_API is visible to games and room libraries.
+// marked with QUINDLE_API is visible to games and room libraries. On Windows
+// the mark is the DLL's export table: exported building quindle.dll, imported
+// by whoever links against it.
+#if defined(_WIN32)
 #if defined(QUINDLE_BUILDING_LIBRARY)
+#define QUINDLE_API __declspec(dllexport)
+#else
+#define QUINDLE_API __declspec(dllimport)
+#endif
+#elif defined(QUINDLE_BUILDING_LIBRARY)
 #define QUINDLE_API __attribute__((visibility("default")))
 #else
 #define QUINDLE_API
