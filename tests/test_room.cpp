@@ -366,8 +366,8 @@ TEST_F(RoomTest, ARoomOnPathOrInTheWorkingDirectoryIsNotLoadedButANamedDirectory
         odd = std::filesystem::path(kWorkingDirectory) / L"odd name";
     ASSERT_GT(::WideCharToMultiByte(CP_ACP, 0, odd.c_str(), -1, szOdd, MAX_PATH, nullptr, nullptr), 0);
     std::filesystem::create_directories(odd);
-    std::filesystem::copy_file(RoomFile(kRoomDirectory, "120"), odd / L"120.dll",
-                               std::filesystem::copy_options::overwrite_existing);
+    std::filesystem::remove(odd / L"120.dll");
+    std::filesystem::copy_file(RoomFile(kRoomDirectory, "120"), odd / L"120.dll");
     std::string forward = szOdd;
     for (char& c : forward)
         if (c == '\\')
