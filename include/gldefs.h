@@ -46,7 +46,8 @@
 [[noreturn]] __attribute__((cold)) QUINDLE_API void GLAssertFailed(const char* file, int line, const char* expression);
 
 // The notice shown by the reporter before the process ends. The default writes
-// the title and the text to the error stream; a windowed host installs one that
+// the title and the text to the error stream (on Windows it shows them in a
+// message box, MessageBoxA); a windowed host installs one that
 // shows a dialog and blocks until the user dismisses it. Passing null restores
 // the default. The notice must not return control to game code by any other
 // path than returning normally.
