@@ -17,6 +17,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
+#include <fstream>
 #include <optional>
 #include <string>
 
@@ -179,6 +180,15 @@ TEST_F(RoomTest, LoadingIsRefusedForALongerNumberWhileARoomIsInMemoryOrWhenTheLi
     EXPECT_GL_ASSERT(manager.LoadRoom(4294967295u), "Source/Glrmmgr.cpp", "uRoomNumber <= 9999999");
     EXPECT_GL_ASSERT(manager.LoadRoom(4242), "Source/Glrmmgr.cpp", "!\"Library did not load correctly!!\"");
     EXPECT_EQ(manager.IsRoomLoaded(), FALSE);
+
+    // A file of the room's name that is no library is refused, and the host
+    // is told which file before the check ends the game.
+    std::ofstream(RoomFile(kWorkingDirectory, "123"), std::ios::binary) << "not a library";
+    GLSetRoomDirectory(kWorkingDirectory.c_str());
+    EXPECT_DEATH(manager.LoadRoom(123),
+                 "123\\." + kExtension.substr(1) + ": error: the room library cannot be loaded\n" +
+                     quindle_test::AssertPattern("Source/Glrmmgr.cpp", "!\"Library did not load correctly!!\""));
+    GLSetRoomDirectory(kRoomDirectory.c_str());
 
     manager.LoadRoom(120);
     EXPECT_GL_ASSERT(manager.LoadRoom(120), "Source/Glrmmgr.cpp", "!\"This room already loaded!!\"");
