@@ -14,6 +14,7 @@
 #include <link.h>
 #endif
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
@@ -56,11 +57,7 @@ std::string ProgramDirectory()
 // tree Wine sees is the build's under another root.
 std::string FromProgram(const char* pRelative)
 {
-    std::string path = ProgramDirectory() + "\\" + pRelative;
-    for (char& c : path)
-        if (c == '/')
-            c = '\\';
-    return path;
+    return (std::filesystem::path(ProgramDirectory()) / pRelative).make_preferred().string();
 }
 
 const std::string kRoomDirectory = FromProgram(QUINDLE_ROOM_DIRECTORY);
@@ -379,9 +376,7 @@ TEST_F(RoomTest, ARoomOnPathOrInTheWorkingDirectoryIsNotLoadedButANamedDirectory
     std::filesystem::remove(odd / L"120.dll");
     std::filesystem::copy_file(RoomFile(kRoomDirectory, "120"), odd / L"120.dll");
     std::string forward = szOdd;
-    for (char& c : forward)
-        if (c == '\\')
-            c = '/';
+    std::replace(forward.begin(), forward.end(), '\\', '/');
     GLSetRoomDirectory((forward + "/").c_str());
     manager.LoadRoom(120);
     EXPECT_EQ(LibraryPath(manager.GetLibrary()), std::string(szOdd) + "\\120.dll");
