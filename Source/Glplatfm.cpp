@@ -16,12 +16,10 @@ const char kGLPathSeparator = '/';
 
 namespace {
 
-const char* const kLibraryExtension = kGLLibraryExtension;
-
 // Formats "<directory>/<name>.so" into the buffer; FALSE when it does not fit.
 int MakeLibraryPath(char* pBuffer, std::size_t uSize, const char* pDirectory, const char* pName)
 {
-    const int iLength = std::snprintf(pBuffer, uSize, "%s/%s%s", pDirectory, pName, kLibraryExtension);
+    const int iLength = std::snprintf(pBuffer, uSize, "%s/%s%s", pDirectory, pName, kGLLibraryExtension);
     return iLength > 0 && static_cast<std::size_t>(iLength) < uSize;
 }
 
@@ -105,7 +103,7 @@ void* OpenFromLoaderPath(const char* pName)
     GL_FREE(pSearch);
     // In no search directory: only the loader's cache of system libraries is
     // left, which holds absolute paths only.
-    std::snprintf(szPath, sizeof szPath, "%s%s", pName, kLibraryExtension);
+    std::snprintf(szPath, sizeof szPath, "%s%s", pName, kGLLibraryExtension);
     return Open(szPath);
 }
 
