@@ -4,19 +4,12 @@
 
 #include <csignal>
 #include <cstdio>
-#include <unistd.h>
+#include <cstdlib>
 
 namespace {
 
-// Linux has no message box: the default notice is the same text on the error
-// stream, under its title. A windowed host replaces it with a dialog.
-void StandardErrorNotice(const char* text, const char* title)
-{
-    std::fprintf(stderr, "%s\n%s", title, text);
-    std::fflush(stderr);
-}
-
-GLAssertNotice gNotice = StandardErrorNotice;
+// The platform's own notice until the host installs one.
+GLAssertNotice gNotice = GLPlatformDefaultNotice;
 
 void StandardErrorHostNotice(int kind, const char* file, int line, const char* text)
 {
@@ -35,7 +28,7 @@ GLHostNotice gHostNotice = StandardErrorHostNotice;
 
 void GLSetAssertNotice(GLAssertNotice notice)
 {
-    gNotice = notice ? notice : StandardErrorNotice;
+    gNotice = notice ? notice : GLPlatformDefaultNotice;
 }
 
 void GLSetHostNotice(GLHostNotice notice)
@@ -65,5 +58,5 @@ void GLAssertFailed(const char* file, int line, const char* expression)
     std::fputs("abnormal program termination\n", stderr);
     std::fflush(stderr);
     std::raise(SIGABRT);
-    _exit(3);
+    std::_Exit(3);
 }

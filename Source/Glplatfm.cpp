@@ -8,21 +8,22 @@
 #include <climits>
 #include <cstdint>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 #include <dlfcn.h>
 #include <link.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
-namespace {
+const char kGLLibraryExtension[] = ".so";
+const char kGLPathSeparator = '/';
 
-// The platform's own extension of a shared library.
-const char kLibraryExtension[] = ".so";
+namespace {
 
 // Formats "<directory>/<name>.so" into the buffer; FALSE when it does not fit.
 int MakeLibraryPath(char* pBuffer, std::size_t uSize, const char* pDirectory, const char* pName)
 {
-    const int iLength = std::snprintf(pBuffer, uSize, "%s/%s%s", pDirectory, pName, kLibraryExtension);
+    const int iLength = std::snprintf(pBuffer, uSize, "%s/%s%s", pDirectory, pName, kGLLibraryExtension);
     return iLength > 0 && static_cast<std::size_t>(iLength) < uSize;
 }
 
@@ -137,7 +138,7 @@ void* OpenFromLoaderPath(const char* pName)
     GL_FREE(pSearch);
     // In no search directory: only the loader's cache of system libraries is
     // left, which holds absolute paths only.
-    std::snprintf(szPath, sizeof szPath, "%s%s", pName, kLibraryExtension);
+    std::snprintf(szPath, sizeof szPath, "%s%s", pName, kGLLibraryExtension);
     return Open(szPath);
 }
 
@@ -197,4 +198,37 @@ std::FILE* GLPlatformOpenText(const char* pName, char* pWhy, std::size_t uWhySiz
         std::snprintf(pWhy, uWhySize, "%s", refusal.text + (fNamed ? uName + 2 : 0));
     }
     return pFile;
+}
+
+void GLPlatformDefaultNotice(const char* pText, const char* pTitle)
+{
+    // Linux has no message box: the same text goes to the error stream, under
+    // its title. A windowed host replaces it with a dialog.
+    std::fprintf(stderr, "%s\n%s", pTitle, pText);
+    std::fflush(stderr);
+}
+
+int GLPlatformIsSeparator(char c)
+{
+    return c == '/';
+}
+
+std::size_t GLPlatformRootLength(const char* pPath)
+{
+    return pPath[0] == '/' ? 1 : 0;
+}
+
+int GLPlatformAbsolutePath(const char* pName, char* pBuffer, std::size_t uSize)
+{
+    if (pName[0] == '/')
+        return std::snprintf(pBuffer, uSize, "%s", pName);
+    char szWorking[PATH_MAX];
+    if (!::getcwd(szWorking, sizeof szWorking))
+        return -1;
+    const int iLength = std::snprintf(pBuffer, uSize, "%s/%s", szWorking, pName);
+    // Without "." and ".." components when the directory exists already.
+    char szResolved[PATH_MAX];
+    if (iLength > 0 && static_cast<std::size_t>(iLength) < uSize && ::realpath(pBuffer, szResolved))
+        return std::snprintf(pBuffer, uSize, "%s", szResolved);
+    return iLength;
 }

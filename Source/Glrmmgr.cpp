@@ -7,17 +7,15 @@
 #include "glgame.h"
 #include "glplatfm.h"
 
-#include <climits>
 #include <cstdio>
-#include <cstdlib>
 #include <cstring>
-#include <unistd.h>
 
 namespace {
 
 // The room directory named by the host, absolute and without a trailing
-// slash; empty means the directory of the running program. The limit leaves
-// room under the system's path limit for "/", seven digits and ".so".
+// separator; empty means the directory of the running program. The limit
+// leaves room under the system's path limit for a separator, seven digits and
+// the extension.
 char gRoomDirectory[4000];
 
 } // namespace
@@ -28,26 +26,16 @@ void GLSetRoomDirectory(const char* pDirectory)
         gRoomDirectory[0] = '\0';
         return;
     }
+    // Resolved now, so that a later change of working directory cannot move
+    // the room directory under the game's feet.
     char szDirectory[sizeof gRoomDirectory];
-    int iLength = 0;
-    if (pDirectory[0] == '/') {
-        iLength = std::snprintf(szDirectory, sizeof szDirectory, "%s", pDirectory);
-    } else {
-        // Resolved now, so that a later change of working directory cannot
-        // move the room directory under the game's feet.
-        char szWorking[sizeof gRoomDirectory];
-        if (!::getcwd(szWorking, sizeof szWorking))
-            GL_ASSERT(!"No working directory!");
-        iLength = std::snprintf(szDirectory, sizeof szDirectory, "%s/%s", szWorking, pDirectory);
-        // Without "." and ".." components when the directory exists already.
-        char szResolved[PATH_MAX];
-        if (iLength > 0 && static_cast<std::size_t>(iLength) < sizeof szDirectory &&
-            ::realpath(szDirectory, szResolved))
-            iLength = std::snprintf(szDirectory, sizeof szDirectory, "%s", szResolved);
-    }
+    int iLength = GLPlatformAbsolutePath(pDirectory, szDirectory, sizeof szDirectory);
+    if (iLength == -1)
+        GL_ASSERT(!"No working directory!");
     if (iLength < 0 || static_cast<std::size_t>(iLength) >= sizeof szDirectory)
         GL_ASSERT(!"Room directory name too long!");
-    while (iLength > 1 && szDirectory[iLength - 1] == '/')
+    const std::size_t uRoot = GLPlatformRootLength(szDirectory);
+    while (static_cast<std::size_t>(iLength) > (uRoot ? uRoot : 1) && GLPlatformIsSeparator(szDirectory[iLength - 1]))
         szDirectory[--iLength] = '\0';
     std::memcpy(gRoomDirectory, szDirectory, static_cast<std::size_t>(iLength) + 1);
 }
@@ -89,8 +77,9 @@ int GLRoomManager::LoadRoom(std::uint32_t uRoomNumber)
     // The loader's handle is a pointer: a failed load is the null handle. The
     // host learns which file before the check ends the game.
     if (mpLibrary == 0) {
-        char szFile[sizeof gRoomDirectory + sizeof szName + 4];
-        std::snprintf(szFile, sizeof szFile, "%s%s%s.so", gRoomDirectory, gRoomDirectory[0] ? "/" : "", szName);
+        char szFile[sizeof gRoomDirectory + sizeof szName + 8];
+        const char szSeparator[2] = {gRoomDirectory[0] ? kGLPathSeparator : '\0', '\0'};
+        std::snprintf(szFile, sizeof szFile, "%s%s%s%s", gRoomDirectory, szSeparator, szName, kGLLibraryExtension);
         // The reason names the file the loader was given, which may be another
         // of that name where the loader looks.
         char szWhy[1024];

@@ -10,6 +10,26 @@
 #include <cstddef>
 #include <cstdio>
 
+// The extension of a room library on this system, with its dot: ".so", or
+// ".dll" on Windows.
+extern const char kGLLibraryExtension[];
+// The separator between a directory and a name: a slash, or on Windows a
+// backslash.
+extern const char kGLPathSeparator;
+// Whether the character separates directories (on Windows both slashes do).
+int GLPlatformIsSeparator(char c);
+// The length of the root at the start of an absolute path, whose separators
+// are never trimmed: 1 for the slash alone, on Windows 3 for a drive letter,
+// its colon and a separator, 2 for the two separators before a server's name.
+std::size_t GLPlatformRootLength(const char* pPath);
+
+// Writes pName as an absolute path into the buffer: an absolute name as it
+// is, a relative one taken from the working directory now, without "." and
+// ".." components when the directory exists already. Returns the length it
+// needed (a result of uSize or more did not fit), or -1 when the working
+// directory cannot be read.
+int GLPlatformAbsolutePath(const char* pName, char* pBuffer, std::size_t uSize);
+
 // Loads the library "<pName>.so". If pDirectory (an absolute path without a
 // trailing slash; null means the directory of the running program) holds
 // anything of that name, that file is loaded, or refused, and no other. Otherwise the loader's
@@ -18,6 +38,11 @@
 // directory) is refused without loading anything; an absolute one is loaded
 // by its full path. A name in none of them is left to the loader's cache.
 // Returns the loader's handle, or null when nothing was loaded.
+//
+// On Windows the library is "<pName>.dll" and pDirectory is the only place it
+// is looked for: no search path stands in for the room directory there, and
+// the libraries the room needs come from the directory of the room, the
+// program's directory or the system's, never the working directory or PATH.
 void* GLPlatformLoadLibrary(const char* pDirectory, const char* pName);
 // The address of the library's export of that name, or null.
 void* GLPlatformFindExport(void* pLibrary, const char* pName);
@@ -41,5 +66,9 @@ void GLPlatformMessageBox(const char* pText, const char* pTitle, unsigned int uS
 
 // The notice the assertion reporter shows now (Source/Glassert.cpp).
 GLAssertNotice GLCurrentAssertNotice();
+
+// The notice the reporter shows when the host installed none: the text on the
+// error stream under its title, or on Windows a message box with that title.
+void GLPlatformDefaultNotice(const char* pText, const char* pTitle);
 
 #endif

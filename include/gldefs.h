@@ -8,8 +8,16 @@
 #include <cstdint>
 
 // One export macro. The library is built with hidden visibility; only what is
-// marked with QUINDLE_API is visible to games and room libraries.
+// marked with QUINDLE_API is visible to games and room libraries. On Windows
+// the mark is the DLL's export table: exported building quindle.dll, imported
+// by whoever links against it.
+#if defined(_WIN32)
 #if defined(QUINDLE_BUILDING_LIBRARY)
+#define QUINDLE_API __declspec(dllexport)
+#else
+#define QUINDLE_API __declspec(dllimport)
+#endif
+#elif defined(QUINDLE_BUILDING_LIBRARY)
 #define QUINDLE_API __attribute__((visibility("default")))
 #else
 #define QUINDLE_API
@@ -38,7 +46,8 @@
 [[noreturn]] __attribute__((cold)) QUINDLE_API void GLAssertFailed(const char* file, int line, const char* expression);
 
 // The notice shown by the reporter before the process ends. The default writes
-// the title and the text to the error stream; a windowed host installs one that
+// the title and the text to the error stream (on Windows it shows them in a
+// message box, MessageBoxA); a windowed host installs one that
 // shows a dialog and blocks until the user dismisses it. Passing null restores
 // the default. The notice must not return control to game code by any other
 // path than returning normally.

@@ -65,7 +65,11 @@ QUINDLE_API void GLSetRoomDirectory(const char* pDirectory);
 //
 // A room links against this library, so it shares `kernel` and `theGame` with
 // the host and may use every exported class.
+#if defined(_WIN32)
+#define GL_ROOM_EXPORT extern "C" __declspec(dllexport)
+#else
 #define GL_ROOM_EXPORT extern "C" __attribute__((visibility("default")))
+#endif
 
 extern "C" {
 typedef void (*GLRoomDLLInitFunction)(void* pKernel);

@@ -100,7 +100,8 @@ inline void GLSetAsArray<T>::Remove(T* pElementExisting)
 }
 
 // The instantiations the library provides. Their members are built once, in
-// the library, and exported from it.
+// the library, and exported from it. A DLL cannot export what its header
+// writes inline, so on Windows a game instantiates its own copies.
 class GLObject;
 class GLTarget;
 class GLScreenItem;
@@ -109,6 +110,7 @@ class GLCel;
 class GLNarrator;
 class GLPoint;
 
+#if !defined(_WIN32)
 extern template class QUINDLE_API GLListAsArray<GLObject>;
 extern template class QUINDLE_API GLSetAsArray<GLObject>;
 extern template class QUINDLE_API GLListAsArray<GLTarget>;
@@ -122,5 +124,6 @@ extern template class QUINDLE_API GLSetAsArray<GLCel>;
 extern template class QUINDLE_API GLListAsArray<GLNarrator>;
 extern template class QUINDLE_API GLSetAsArray<GLNarrator>;
 extern template class QUINDLE_API GLListAsArray<GLPoint>;
+#endif
 
 #endif

@@ -258,7 +258,12 @@ public:
     GLSndTrack* mpNextTrack;
 
 private:
+    // The friend names the exported function above; the compiler would
+    // otherwise see an import redeclared without its mark.
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wattributes"
     friend void sndTrkCode(GLScript* pScript, int iState);
+#pragma GCC diagnostic pop
     friend class GLSndManager;
 
     // The two working states of sndTrkCode: 1 steps to the next node and

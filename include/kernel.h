@@ -568,7 +568,11 @@ public:
 };
 
 // The interface the host handed to DLLInit; null until then, never cleared.
-#if defined(QUINDLE_BUILDING_LIBRARY)
+#if defined(_WIN32) && defined(QUINDLE_BUILDING_LIBRARY)
+extern __declspec(dllexport) KernelServices* kernel;
+#elif defined(_WIN32)
+extern __declspec(dllimport) KernelServices* kernel;
+#elif defined(QUINDLE_BUILDING_LIBRARY)
 extern __attribute__((visibility("default"))) KernelServices* kernel;
 #else
 extern KernelServices* kernel;

@@ -6,21 +6,66 @@
 #include "glrmmgr.h"
 #include "room_trace.h"
 
+#if defined(_WIN32)
+#define WIN32_LEAN_AND_MEAN
+#include <windows.h>
+#else
 #include <dlfcn.h>
 #include <link.h>
-#include <unistd.h>
+#endif
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
+#include <fstream>
 #include <optional>
 #include <string>
 
 namespace {
 
-const std::string kRoomDirectory = QUINDLE_ROOM_DIRECTORY;
-const std::string kLoaderDirectory = QUINDLE_LOADER_DIRECTORY;
-const std::string kWorkingDirectory = QUINDLE_WORKING_DIRECTORY;
+#if defined(_WIN32)
+const std::string kExtension = ".dll";
+const std::string kSeparator = "\\";
+
+// The file the loader actually mapped for this module.
+std::string LibraryPath(void* pLibrary)
+{
+    char szPath[MAX_PATH];
+    const DWORD uLength = pLibrary ? ::GetModuleFileNameA(static_cast<HMODULE>(pLibrary), szPath, MAX_PATH) : 0;
+    return std::string(szPath, uLength);
+}
+
+void* FindExport(void* pLibrary, const char* pName)
+{
+    return reinterpret_cast<void*>(::GetProcAddress(static_cast<HMODULE>(pLibrary), pName));
+}
+
+int IsMapped(const std::string& path)
+{
+    return ::GetModuleHandleA(path.c_str()) != nullptr;
+}
+
+std::string ProgramDirectory()
+{
+    char szPath[MAX_PATH];
+    const std::string program(szPath, ::GetModuleFileNameA(nullptr, szPath, MAX_PATH));
+    return program.substr(0, program.rfind('\\'));
+}
+
+// The build names the rooms' directories relative to the test program: the
+// tree Wine sees is the build's under another root.
+std::string FromProgram(const char* pRelative)
+{
+    return (std::filesystem::path(ProgramDirectory()) / pRelative).make_preferred().string();
+}
+
+const std::string kRoomDirectory = FromProgram(QUINDLE_ROOM_DIRECTORY);
+const std::string kLoaderDirectory = FromProgram(QUINDLE_LOADER_DIRECTORY);
+const std::string kWorkingDirectory = FromProgram(QUINDLE_WORKING_DIRECTORY);
+#else
+const std::string kExtension = ".so";
+const std::string kSeparator = "/";
 
 // The file the loader actually mapped for this handle.
 std::string LibraryPath(void* pLibrary)
@@ -31,10 +76,9 @@ std::string LibraryPath(void* pLibrary)
     return pMap->l_name;
 }
 
-RoomTrace* Trace(GLRoomManager& manager)
+void* FindExport(void* pLibrary, const char* pName)
 {
-    auto pTrace = reinterpret_cast<RoomTraceFunction>(::dlsym(manager.GetLibrary(), "roomTrace"));
-    return pTrace ? pTrace() : nullptr;
+    return ::dlsym(pLibrary, pName);
 }
 
 int IsMapped(const std::string& path)
@@ -48,6 +92,23 @@ int IsMapped(const std::string& path)
 std::string ProgramDirectory()
 {
     return std::filesystem::read_symlink("/proc/self/exe").parent_path().string();
+}
+
+const std::string kRoomDirectory = QUINDLE_ROOM_DIRECTORY;
+const std::string kLoaderDirectory = QUINDLE_LOADER_DIRECTORY;
+const std::string kWorkingDirectory = QUINDLE_WORKING_DIRECTORY;
+#endif
+
+// "<directory>/<number>.so", or "<directory>\\<number>.dll" on Windows.
+std::string RoomFile(const std::string& directory, const char* pNumber)
+{
+    return directory + kSeparator + pNumber + kExtension;
+}
+
+RoomTrace* Trace(GLRoomManager& manager)
+{
+    auto pTrace = reinterpret_cast<RoomTraceFunction>(FindExport(manager.GetLibrary(), "roomTrace"));
+    return pTrace ? pTrace() : nullptr;
 }
 
 class RoomTest : public GameTest {
@@ -77,7 +138,7 @@ TEST_F(RoomTest, ARoomIsLoadedByItsNumberStartedWithTheLibrarysKernelAndUnloaded
     EXPECT_EQ(manager.IsRoomLoaded(120), TRUE);
     EXPECT_EQ(manager.IsRoomLoaded(121), FALSE);
     const std::string path = LibraryPath(manager.GetLibrary());
-    EXPECT_EQ(path, kRoomDirectory + "/120.so");
+    EXPECT_EQ(path, RoomFile(kRoomDirectory, "120"));
     RoomTrace* trace = Trace(manager);
     ASSERT_NE(trace, nullptr);
     EXPECT_STREQ(trace->origin, "room directory");
@@ -101,12 +162,12 @@ TEST_F(RoomTest, ARoomIsLoadedByItsNumberStartedWithTheLibrarysKernelAndUnloaded
     manager.UnLoadRoom();
     manager.LoadRoom(121);
     EXPECT_EQ(manager.IsRoomLoaded(121), TRUE);
-    EXPECT_EQ(LibraryPath(manager.GetLibrary()), kRoomDirectory + "/121.so");
+    EXPECT_EQ(LibraryPath(manager.GetLibrary()), RoomFile(kRoomDirectory, "121"));
     manager.UnLoadRoom();
 
     // The longest room number has seven digits.
     EXPECT_EQ(manager.LoadRoom(9999999), TRUE);
-    EXPECT_EQ(LibraryPath(manager.GetLibrary()), kRoomDirectory + "/9999999.so");
+    EXPECT_EQ(LibraryPath(manager.GetLibrary()), RoomFile(kRoomDirectory, "9999999"));
     manager.UnLoadRoom();
 }
 
@@ -116,6 +177,15 @@ TEST_F(RoomTest, LoadingIsRefusedForALongerNumberWhileARoomIsInMemoryOrWhenTheLi
     EXPECT_GL_ASSERT(manager.LoadRoom(4294967295u), "Source/Glrmmgr.cpp", "uRoomNumber <= 9999999");
     EXPECT_GL_ASSERT(manager.LoadRoom(4242), "Source/Glrmmgr.cpp", "!\"Library did not load correctly!!\"");
     EXPECT_EQ(manager.IsRoomLoaded(), FALSE);
+
+    // A file of the room's name that is no library is refused, and the host
+    // is told which file before the check ends the game.
+    std::ofstream(RoomFile(kWorkingDirectory, "123"), std::ios::binary) << "not a library";
+    GLSetRoomDirectory(kWorkingDirectory.c_str());
+    EXPECT_DEATH(manager.LoadRoom(123),
+                 "123\\." + kExtension.substr(1) + ": error: the room library cannot be loaded \\(.*not a .*library.*\\)\n" +
+                     quindle_test::AssertPattern("Source/Glrmmgr.cpp", "!\"Library did not load correctly!!\""));
+    GLSetRoomDirectory(kRoomDirectory.c_str());
 
     manager.LoadRoom(120);
     EXPECT_GL_ASSERT(manager.LoadRoom(120), "Source/Glrmmgr.cpp", "!\"This room already loaded!!\"");
@@ -224,7 +294,7 @@ TEST_F(RoomTest, TheDefaultRoomDirectoryIsTheDirectoryOfTheProgramAndANameMustLe
 {
     GLSetRoomDirectory(nullptr);
     manager.LoadRoom(130);
-    EXPECT_EQ(LibraryPath(manager.GetLibrary()), ProgramDirectory() + "/130.so");
+    EXPECT_EQ(LibraryPath(manager.GetLibrary()), RoomFile(ProgramDirectory(), "130"));
     ASSERT_NE(Trace(manager), nullptr);
     EXPECT_STREQ(Trace(manager)->origin, "program directory");
     manager.UnLoadRoom();
@@ -237,7 +307,12 @@ TEST_F(RoomTest, TheDefaultRoomDirectoryIsTheDirectoryOfTheProgramAndANameMustLe
     // A name must leave room for the room's file name: 3999 characters are
     // kept (a room then fails to load: no such directory); 4000 are refused
     // before anything is kept.
-    const std::string longest = "/" + std::string(3998, 'd');
+#if defined(_WIN32)
+    const std::string root = "C:\\";
+#else
+    const std::string root = "/";
+#endif
+    const std::string longest = root + std::string(3999 - root.size(), 'd');
     GLSetRoomDirectory(longest.c_str());
     EXPECT_GL_ASSERT(manager.LoadRoom(120), "Source/Glrmmgr.cpp", "!\"Library did not load correctly!!\"");
     const std::string tooLong = longest + "d";
@@ -246,21 +321,69 @@ TEST_F(RoomTest, TheDefaultRoomDirectoryIsTheDirectoryOfTheProgramAndANameMustLe
 
 TEST_F(RoomTest, ARelativeRoomDirectoryIsFixedWhenItIsNamedAndTheWorkingDirectoryIsNotSearched)
 {
-    const std::string parent = kRoomDirectory.substr(0, kRoomDirectory.rfind('/'));
-    ASSERT_EQ(::chdir(parent.c_str()), 0);
+    std::filesystem::current_path(kRoomDirectory.substr(0, kRoomDirectory.rfind(kSeparator)));
     GLSetRoomDirectory("room-directory//");
-    ASSERT_EQ(::chdir(kWorkingDirectory.c_str()), 0);
-    ASSERT_EQ(::access("125.so", F_OK), 0);
+    std::filesystem::current_path(kWorkingDirectory);
+    ASSERT_TRUE(std::filesystem::exists("125" + kExtension));
     EXPECT_GL_ASSERT(manager.LoadRoom(125), "Source/Glrmmgr.cpp", "!\"Library did not load correctly!!\"");
 
     // A planted copy of a room that the room directory has is passed over.
-    ASSERT_EQ(::access("120.so", F_OK), 0);
+    ASSERT_TRUE(std::filesystem::exists("120" + kExtension));
     manager.LoadRoom(120);
-    EXPECT_EQ(LibraryPath(manager.GetLibrary()), kRoomDirectory + "/120.so");
+    EXPECT_EQ(LibraryPath(manager.GetLibrary()), RoomFile(kRoomDirectory, "120"));
     ASSERT_NE(Trace(manager), nullptr);
     EXPECT_STREQ(Trace(manager)->origin, "room directory");
 }
 
+#if defined(_WIN32)
+// Windows looks for a library named without a path in the working directory
+// and along PATH, among other places: neither may supply a room.
+TEST_F(RoomTest, ARoomOnPathOrInTheWorkingDirectoryIsNotLoadedButANamedDirectoryIsReadAsGiven)
+{
+    const std::string savedPath = std::getenv("PATH") ? std::getenv("PATH") : "";
+    ::SetEnvironmentVariableA("PATH", (kLoaderDirectory + ";" + savedPath).c_str());
+    std::filesystem::current_path(kWorkingDirectory);
+    // The system itself would take both...
+    for (const char* pPlanted : {"126.dll", "125.dll"}) {
+        HMODULE hPlanted = ::LoadLibraryA(pPlanted);
+        EXPECT_NE(hPlanted, nullptr) << pPlanted;
+        if (hPlanted)
+            ::FreeLibrary(hPlanted);
+    }
+    // ...the room manager takes neither.
+    EXPECT_GL_ASSERT(manager.LoadRoom(126), "Source/Glrmmgr.cpp", "!\"Library did not load correctly!!\"");
+    EXPECT_GL_ASSERT(manager.LoadRoom(125), "Source/Glrmmgr.cpp", "!\"Library did not load correctly!!\"");
+    ::SetEnvironmentVariableA("PATH", savedPath.c_str());
+
+    // The working directory may be the room directory when it is named so,
+    // and a name with forward slashes, spaces and letters outside ASCII is
+    // loaded by its full path written with backslashes.
+    GLSetRoomDirectory(".");
+    manager.LoadRoom(125);
+    EXPECT_EQ(LibraryPath(manager.GetLibrary()), RoomFile(kWorkingDirectory, "125"));
+    manager.UnLoadRoom();
+
+    // "été" when the system's code page, which names files for the library,
+    // has those letters.
+    std::filesystem::path odd = std::filesystem::path(kWorkingDirectory) / L"odd name \u00e9t\u00e9";
+    char szOdd[MAX_PATH];
+    BOOL fLost = FALSE;
+    if (::WideCharToMultiByte(CP_ACP, WC_NO_BEST_FIT_CHARS, odd.c_str(), -1, szOdd, MAX_PATH, nullptr, &fLost) <= 0 ||
+        fLost)
+        odd = std::filesystem::path(kWorkingDirectory) / L"odd name";
+    ASSERT_GT(::WideCharToMultiByte(CP_ACP, 0, odd.c_str(), -1, szOdd, MAX_PATH, nullptr, nullptr), 0);
+    std::filesystem::create_directories(odd);
+    std::filesystem::remove(odd / L"120.dll");
+    std::filesystem::copy_file(RoomFile(kRoomDirectory, "120"), odd / L"120.dll");
+    std::string forward = szOdd;
+    std::replace(forward.begin(), forward.end(), '\\', '/');
+    GLSetRoomDirectory((forward + "/").c_str());
+    manager.LoadRoom(120);
+    EXPECT_EQ(LibraryPath(manager.GetLibrary()), std::string(szOdd) + "\\120.dll");
+    ASSERT_NE(Trace(manager), nullptr);
+    EXPECT_STREQ(Trace(manager)->origin, "room directory");
+}
+#else
 // The loader reads its search path once, when the program starts, so these
 // cases run in a fresh copy of the test program started with the path set.
 class RoomLoaderPathTest : public RoomTest {
@@ -319,6 +442,8 @@ TEST_F(RoomLoaderPathTest, ALoaderPathThatMeansTheWorkingDirectoryDoesNotPlantAR
     GLSetRoomDirectory(".");
     EXPECT_DEATH(LoadAndShow(125), "loaded " + kWorkingDirectory + "/125\\.so");
 }
+
+#endif
 
 // ----- the room library record -----
 

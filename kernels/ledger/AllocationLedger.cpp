@@ -2,9 +2,14 @@
 #include "AllocationLedger.h"
 
 #include <cxxabi.h>
+#if defined(_WIN32)
+#define WIN32_LEAN_AND_MEAN
+#include <windows.h>
+#else
 #include <dlfcn.h>
 #include <sys/uio.h>
 #include <unistd.h>
+#endif
 
 #include <algorithm>
 #include <cstdlib>
@@ -66,10 +71,47 @@ namespace {
 // not (the system reports the fault instead of raising a signal).
 bool ReadMemory(const void* address, void* out, std::size_t n)
 {
+#if defined(_WIN32)
+    SIZE_T read = 0;
+    return ::ReadProcessMemory(::GetCurrentProcess(), address, out, n, &read) && read == n;
+#else
     iovec local{out, n};
     iovec remote{const_cast<void*>(address), n};
     return ::process_vm_readv(::getpid(), &local, 1, &remote, 1, 0) == static_cast<ssize_t>(n);
+#endif
 }
+
+#if defined(_WIN32)
+// The runtime's three classes of type information, known by the table of a
+// type_info of each: a class without bases, with one, and with several. The
+// runtime has no symbol lookup here to name a table by.
+struct NoBase {
+    virtual ~NoBase() = default;
+};
+struct OneBase : NoBase {};
+struct OtherBase {
+    virtual ~OtherBase() = default;
+};
+struct TwoBases : NoBase, OtherBase {};
+
+const void* TableOf(const std::type_info& info)
+{
+    return *reinterpret_cast<const void* const*>(&info);
+}
+
+bool IsClassTypeInfo(const void* typeInfoVtable)
+{
+    return typeInfoVtable == TableOf(typeid(NoBase)) || typeInfoVtable == TableOf(typeid(OneBase)) ||
+           typeInfoVtable == TableOf(typeid(TwoBases));
+}
+#else
+bool IsClassTypeInfo(const void* typeInfoVtable)
+{
+    Dl_info info;
+    return ::dladdr(typeInfoVtable, &info) && info.dli_sname && std::strstr(info.dli_sname, "__cxxabiv1") &&
+           std::strstr(info.dli_sname, "class_type_info");
+}
+#endif
 
 // The class of the object in a block, read from its type information when
 // its first word leads to some: the vtable's slot before the first holds the
@@ -84,9 +126,7 @@ std::string ClassOf(const void* block, std::uint32_t size)
         !ReadMemory(static_cast<const void* const*>(vtable) - 1, &typeInfo, sizeof typeInfo) || !typeInfo ||
         !ReadMemory(typeInfo, &typeInfoVtable, sizeof typeInfoVtable))
         return "";
-    Dl_info info;
-    if (!::dladdr(typeInfoVtable, &info) || !info.dli_sname || !std::strstr(info.dli_sname, "__cxxabiv1") ||
-        !std::strstr(info.dli_sname, "class_type_info"))
+    if (!IsClassTypeInfo(typeInfoVtable))
         return "";
     const char* mangled = static_cast<const std::type_info*>(typeInfo)->name();
     int status = 0;

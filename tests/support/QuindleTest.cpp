@@ -1,6 +1,8 @@
 // QuindleTest.cpp - see QuindleTest.h.
 #include "QuindleTest.h"
 
+#include <cstdio>
+
 namespace quindle_test {
 
 namespace {
@@ -20,13 +22,21 @@ std::string EscapeForRegex(const std::string& text)
 
 std::string AssertPattern(const std::string& file, const std::string& expression, int line)
 {
-    const std::string where = line < 0 ? "[0-9]+" : std::to_string(line);
+    const std::string where = line < 0 ? kAnyNumber : std::to_string(line);
     return "Assert Failed!\nAssertion failed in " + EscapeForRegex(file) + "\\(" + where +
            "\\): " + EscapeForRegex(expression) + "\n";
 }
 
 KernelHolder::KernelHolder()
 {
+#if defined(_WIN32)
+    // Windows shows a failed check in a message box, which would wait for a
+    // click: the tests read the report from the error stream, as on Linux.
+    GLSetAssertNotice([](const char* text, const char* title) {
+        std::fprintf(stderr, "%s\n%s", title, text);
+        std::fflush(stderr);
+    });
+#endif
     DLLInit(&k);
     theGame = nullptr;
 }

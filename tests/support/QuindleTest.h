@@ -16,6 +16,15 @@
 
 namespace quindle_test {
 
+// One or more digits in a death test's expected output: GoogleTest reads
+// POSIX regular expressions on Linux and its own simple ones on Windows.
+#if defined(_WIN32)
+#define QUINDLE_ANY_NUMBER "\\d+"
+#else
+#define QUINDLE_ANY_NUMBER "[0-9]+"
+#endif
+const char kAnyNumber[] = QUINDLE_ANY_NUMBER;
+
 // The exact report of a failed check, as a regular expression: the notice's
 // title, then "Assertion failed in <file>(<line>): <condition>". A line of -1
 // accepts any line.
