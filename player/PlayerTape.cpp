@@ -1,11 +1,13 @@
 // PlayerTape.cpp - recording and replaying a run in the player.
 #include "PlayerTape.h"
 
+#include "CrashReport.h"
 #include "gldefs.h"
 #ifdef QUINDLE_HAVE_WINDOW
 #include "SoftWindow.h"
 #endif
 
+#include <csignal>
 #include <cstdio>
 #include <cstdlib>
 
@@ -107,44 +109,61 @@ bool PlayerTape::Input(bool found, SoftInputEvent* event)
     return true;
 }
 
+const std::string PlayerTape::kNone;
+
 void PlayerTape::WatchChecks(bool window)
 {
-    if (!mActive)
-        return;
     gWatched = this;
     gWindowNotice = window;
     // A failed check ends the process: the tape is finished first, then the
-    // report is shown as it would be without a tape.
+    // report is shown as it would be without a tape, then where the game was.
     GLSetAssertNotice([](const char* text, const char* title) {
         std::string report(text);
         while (!report.empty() && report.back() == '\n')
             report.pop_back();
-        if (!gWatched->mTape.FailedCheck(report) && gWatched->mTape.Replaying())
+        if (gWatched->mActive && !gWatched->mTape.FailedCheck(report) && gWatched->mTape.Replaying())
             std::fprintf(stderr, "quindle-player: %s: replay diverged at frame %u: this check did not fail in the "
                                  "recorded run\n",
                          gTapePath.c_str(), gWatched->mTape.Frames() + 1);
-#ifdef QUINDLE_HAVE_WINDOW
-        if (gWindowNotice) {
-            SoftWindow::ShowMessage(title, text);
-            return;
-        }
-#endif
         std::fprintf(stderr, "%s\n%s", title, text);
         std::fflush(stderr);
+        CrashReportCheckFailed();
+#ifdef QUINDLE_HAVE_WINDOW
+        if (gWindowNotice)
+            SoftWindow::ShowMessage(title, text);
+#endif
     });
 }
 
-int PlayerTape::Finish(bool quit, bool closed, bool fault, int status)
+int PlayerTape::EndNow(TapeEnding ending, const std::string& report)
+{
+    if (!mActive)
+        return 0;
+    const bool replaying = mTape.Replaying();
+    const std::uint32_t frame = mTape.Frames() + 1;
+    if (mTape.EndNow(ending, report) || !replaying)
+        return 0;
+    std::fprintf(stderr, "quindle-player: %s: replay diverged at frame %u: the recorded run did not end here (%s)\n",
+                 mPath.c_str(), frame, TapeEndingText(ending));
+    return 4;
+}
+
+int PlayerTape::EndBySignal(int signal, const char* what, void* data)
+{
+    PlayerTape& tape = *static_cast<PlayerTape*>(data);
+    if (signal == SIGINT || signal == SIGTERM)
+        return tape.mTape.Replaying() ? 0 : tape.EndNow(TapeEnding::kInterrupted, "");
+    return tape.EndNow(TapeEnding::kCrashed, what);
+}
+
+int PlayerTape::Finish(TapeEnding ending, int status)
 {
     if (!mActive)
         return status;
-    const TapeEnding ending = quit     ? TapeEnding::kQuit
-                              : fault  ? TapeEnding::kFault
-                              : closed ? TapeEnding::kClosed
-                                       : TapeEnding::kTimeOver;
     std::string report;
     const int verdict = mTape.Finish(ending, &report);
     if (verdict)
         std::fprintf(stderr, "quindle-player: %s: %s\n", mPath.c_str(), report.c_str());
-    return status ? status : verdict;
+    // A replay that diverged says so whatever else went wrong.
+    return verdict == 4 || verdict == 5 ? verdict : status ? status : verdict;
 }

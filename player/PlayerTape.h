@@ -25,10 +25,21 @@ public:
     bool Replaying() const { return mTape.Replaying(); }
     // Replaying: every frame of the tape has been played.
     bool AtEnd() const { return mTape.ReplayAtEnd(); }
-    // Failed checks end the tape (recording) or are compared with it (replaying).
+    // Installs the library's check notice: the report is shown (in a window,
+    // as a dialog), the tape ended there (recording) or compared with it
+    // (replaying), and the crash report adds where the game was.
     void WatchChecks(bool window);
+    // The run ends now with a report (an error notice, a crash): recording,
+    // the tape is finished with it; replaying, it is compared with the tape's
+    // end. 0, or 4 when the recorded run did not end so (said on the error
+    // stream).
+    int EndNow(TapeEnding ending, const std::string& report);
+    // For the crash report: ends the tape for a crash or a kill by `signal`.
+    static int EndBySignal(int signal, const char* what, void* tape);
+    // The tape being recorded, or empty.
+    const std::string& RecordingPath() const { return mTape.Recording() ? mPath : kNone; }
     // The run is over: the status to exit with, given the run's own.
-    int Finish(bool quit, bool closed, bool fault, int status);
+    int Finish(TapeEnding ending, int status);
 
     std::uint32_t Clock(std::uint32_t reading) override { return mTape.HostClock(reading); }
     bool Input(bool found, SoftInputEvent* event) override;
@@ -40,6 +51,7 @@ private:
     std::string mPath;
     bool mActive = false;
     std::vector<std::string> mArgs;
+    static const std::string kNone;
 };
 
 #endif

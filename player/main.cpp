@@ -4,6 +4,7 @@
 //
 // See Usage() below, and docs/KERNEL.md for the game folder.
 #include "Check.h"
+#include "CrashReport.h"
 #include "GameFolder.h"
 #include "HostReports.h"
 #include "Overlay.h"
@@ -295,6 +296,14 @@ int main(int argc, char** argv)
         return failed;
     k.SetTicksPerFrame(o.step);
     InstallHostReports(k, o.strict, o.trace);
+    SetHostFaultHook([](const char* report, void* t) { return static_cast<PlayerTape*>(t)->EndNow(TapeEnding::kFault, report); },
+                     &tape);
+    CrashHooks crash;
+    crash.kernel = &k;
+    crash.finishTape = &PlayerTape::EndBySignal;
+    crash.data = &tape;
+    crash.tapePath = tape.RecordingPath();
+    InstallCrashReport(crash);
     if (!k.SetGameFolder(o.folder)) {
         std::fprintf(stderr, "quindle-player: %s\n", k.Fault().c_str());
         return 2;
@@ -321,7 +330,6 @@ int main(int argc, char** argv)
             std::fprintf(stderr, "quindle-player: %s\n", error.c_str());
             return 3;
         }
-        GLSetAssertNotice([](const char* text, const char* title) { SoftWindow::ShowMessage(title, text); });
         k.UseRealClock(true);
         run.window = &keys;
         if (!window.StartAudio(k))
@@ -375,8 +383,11 @@ int main(int argc, char** argv)
     int status = 0;
     bool quit = false, closed = false;
     std::uint32_t shown = 0;
+    int interrupted = 0;
     while (!k.HasFault()) {
         if (tape.Replaying() ? tape.AtEnd() : (!o.window || o.ticksGiven) && k.GetTicks() >= o.ticks)
+            break;
+        if ((interrupted = Interrupted()) != 0)
             break;
         const std::uint32_t framesBefore = k.FramesComposed();
         if (!loop.step(loop.state)) {
@@ -387,7 +398,7 @@ int main(int argc, char** argv)
             // Without a frame the headless clock stands still: the run would never end.
             std::fprintf(stderr, "quindle-player: %s: a step drew no frame (the kernel's UpdateScreen was not called)\n",
                          game.library.c_str());
-            status = 3;
+            status = 2;
             break;
         }
 #ifdef QUINDLE_HAVE_WINDOW
@@ -407,12 +418,20 @@ int main(int argc, char** argv)
         std::fprintf(stderr, "\r%70s\r", "");
     if (loop.finish)
         loop.finish(loop.state);
-    status = tape.Finish(quit, closed, k.HasFault(), status);
-
+    CrashReportDone();
+    const bool replaying = tape.Replaying();
+    const TapeEnding ending = quit                ? TapeEnding::kQuit
+                              : k.HasFault()      ? TapeEnding::kFault
+                              : interrupted       ? TapeEnding::kInterrupted
+                              : closed            ? TapeEnding::kClosed
+                                                  : TapeEnding::kTimeOver;
     if (k.HasFault()) {
         std::fprintf(stderr, "quindle-player: %s\n", k.Fault().c_str());
-        status = 2;
+        status = status ? status : 2;
     }
+    if (interrupted)
+        status = status ? status : 128 + interrupted;
+    status = tape.Finish(ending, status);
     if (!o.window) {
         const std::uint8_t* last = run.overlay ? overlay.Frame() : k.Frame();
         if (!SoftWritePng(o.out + "/final.png", last, SoftKernel::kWidth, SoftKernel::kHeight, k.Palette(), &error) ||
@@ -426,12 +445,21 @@ int main(int argc, char** argv)
         }
     }
     const std::size_t leaks = k.Ledger().LiveCount();
-    if (leaks)
-        std::fprintf(stderr, "quindle-player: %zu blocks were not given back:\n", leaks);
+    if (leaks) {
+        std::fprintf(stderr, "quindle-player: %zu blocks were not given back%s:\n", leaks,
+                     o.strict ? " (a fault with --strict)" : "");
+        if (o.strict)
+            status = status ? status : 2;
+    }
     k.Ledger().ReportLeaks(stderr);
+    const char* how = quit          ? "the game quit"
+                      : k.HasFault() ? "stopped by a fault"
+                      : interrupted  ? "stopped by a signal"
+                      : closed       ? "the window was closed"
+                      : replaying    ? "the tape played to its end"
+                                     : "reached its tick limit";
     if (!o.quiet)
-        std::fprintf(stderr, "quindle-player: %s after %u ticks, %u frames%s%s\n",
-                     quit ? "the game quit" : k.HasFault() ? "stopped by a fault" : "time over", k.GetTicks(),
+        std::fprintf(stderr, "quindle-player: %s after %u ticks, %u frames%s%s\n", how, k.TicksSeen(),
                      k.FramesComposed(), o.window ? "" : ", written to ", o.window ? "" : o.out.c_str());
     // The game library stays loaded: objects of the game may still be referred
     // to by the library's statics at exit.

@@ -146,7 +146,7 @@ TEST(DemoPlaythrough, EndsCleanlyAtAnyMoment)
         const int status = std::system(command.c_str());
         const std::string errors = ReadAll(out + "/errors.txt");
         EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0) << "ended at tick " << ticks << "\n" << errors;
-        EXPECT_NE(errors.find("time over"), std::string::npos) << errors;
+        EXPECT_NE(errors.find("reached its tick limit"), std::string::npos) << errors;
         EXPECT_EQ(errors.find("not given back"), std::string::npos) << "ended at tick " << ticks << "\n" << errors;
     }
     (void)std::system(("rm -rf " + out).c_str());

@@ -45,6 +45,9 @@ public:
     void SetInFrameHook(bool in) { mInFrameHook = in; }
 
     std::uint32_t Now() const;
+    // The clock as the game last saw it, without reading it again (nothing
+    // passes the seam): what a report of a crash names.
+    std::uint32_t LastSeen() const { return mSeam ? mLastNow : OwnClock(); }
     // A frame was composed: the virtual clock moves on.
     void AdvanceClock();
 

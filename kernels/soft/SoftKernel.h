@@ -136,6 +136,9 @@ public:
     const SoftPalette& Palette() const { return mPalette; }
     void SetPalette(const SoftPalette& palette);
     std::uint32_t FramesComposed() const { return mFramesComposed; }
+    // The clock as the game last read it; reading it so changes nothing (a
+    // tape between the kernel and the game sees no call).
+    std::uint32_t TicksSeen() const { return mInput.LastSeen(); }
     // Composes the frame from the current state without advancing the clock.
     void Compose();
     // The first fault met, empty when none.

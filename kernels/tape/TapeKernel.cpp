@@ -304,7 +304,10 @@ bool TapeKernel::HostInput(bool found, TapeInputEvent* event)
 
 bool TapeKernel::ReplayAtEnd() const
 {
-    return mMode == Mode::kReplay && mReader->HasEnd() && mFrameNumber >= mReader->FrameCount();
+    // A run that ended with a report (a failed check, an error notice, a
+    // crash) goes on into the calls after the last frame, to meet it again.
+    return mMode == Mode::kReplay && mReader->HasEnd() && mReader->EndReport().empty() &&
+           mFrameNumber >= mReader->FrameCount();
 }
 
 void TapeKernel::StartRecordedFrame()
@@ -350,21 +353,23 @@ int TapeKernel::Finish(TapeEnding ending, std::string* report)
         return 5;
     }
     const TapeEnding recorded = mReader->Ending();
-    if (recorded == TapeEnding::kFailedCheck || (recorded == TapeEnding::kQuit) != (ending == TapeEnding::kQuit)) {
+    // A run that ended with a report (a failed check, an error notice, a
+    // crash) must end with it again.
+    const bool reported = !mReader->EndReport().empty();
+    if (reported || (recorded == TapeEnding::kQuit) != (ending == TapeEnding::kQuit)) {
         *report = "replay diverged at " + Where() + ": the recorded run ended because " +
-                  TapeEndingText(recorded) +
-                  (recorded == TapeEnding::kFailedCheck ? " (" + mReader->EndReport() + ")" : std::string()) +
+                  TapeEndingText(recorded) + (reported ? " (" + mReader->EndReport() + ")" : std::string()) +
                   ", the replay because " + TapeEndingText(ending);
         return 4;
     }
     return 0;
 }
 
-bool TapeKernel::FailedCheck(const std::string& report)
+bool TapeKernel::EndNow(TapeEnding ending, const std::string& report)
 {
     if (mMode == Mode::kRecord) {
         mFrame.calls.resize(mCallsUsed);
-        mWriter.WriteEnd(mFrame, TapeEnding::kFailedCheck, mFrameNumber, report);
+        mWriter.WriteEnd(mFrame, ending, mFrameNumber, report);
         mMode = Mode::kPass;
         return true;
     }
@@ -372,8 +377,8 @@ bool TapeKernel::FailedCheck(const std::string& report)
         return false;
     if (mNeedFrame)
         LoadFrame();
-    return mInPartial && mPos == mFrame.calls.size() && mReader->HasEnd() &&
-           mReader->Ending() == TapeEnding::kFailedCheck && mReader->EndReport() == report;
+    return mInPartial && mPos == mFrame.calls.size() && mReader->HasEnd() && mReader->Ending() == ending &&
+           mReader->EndReport() == report;
 }
 
 // ----- the operations -----

@@ -54,7 +54,7 @@ TEST_F(SoftPlayer, RunsTheExampleHeadlessTakesTheScriptedClicksAndQuitsOrRunsOut
     // Without a quit the run ends when its time is over.
     const Result timed = Play(game, "--out " + game.Path("o") + " --ticks 30 --step 3");
     EXPECT_EQ(timed.status, 0) << timed.output;
-    EXPECT_NE(timed.output.find("time over after 30 ticks, 10 frames"), std::string::npos) << timed.output;
+    EXPECT_NE(timed.output.find("reached its tick limit after 30 ticks, 10 frames"), std::string::npos) << timed.output;
 }
 
 TEST_F(SoftPlayer, TwoRunsOfTheSameGameAndScriptGiveTheSameFrames)
@@ -117,7 +117,7 @@ TEST_F(SoftPlayer, PlaysInAWindow)
     const Result r = Shell("SDL_VIDEODRIVER=dummy SDL_AUDIODRIVER=dummy " + std::string(PLAYER) + " " + game.Dir() +
                            " --window --scale 1 --ticks 20 --script " + game.Path("clicks.txt"));
     EXPECT_EQ(r.status, 0) << r.output;
-    EXPECT_NE(r.output.find("time over after"), std::string::npos) << r.output;
+    EXPECT_NE(r.output.find("reached its tick limit after"), std::string::npos) << r.output;
 }
 #endif
 

@@ -4,10 +4,12 @@
 //
 // Game arguments: "check" makes a click fail a check of the library
 // (a cel of priority -5); "sdl" pushes a click on the actor into SDL's event
-// queue at the tenth frame, as a window's user would make it.
+// queue at the tenth frame, as a window's user would make it; "crash" runs room
+// 7, which crashes at tick 30.
 #include "two_plane_game.h"
 
 #include "glcel.h"
+#include "glrmmgr.h"
 #ifdef TAPE_GAME_SDL
 #include <SDL2/SDL.h>
 #endif
@@ -20,6 +22,7 @@ struct TapeGame : TwoPlaneGame {
     GLCel* actor = nullptr;
     bool failCheck = false;
     bool pushClicks = false;
+    GLRoomManager* rooms = nullptr;
     int frames = 0;
 };
 
@@ -81,6 +84,8 @@ extern "C" __attribute__((visibility("default"))) int QuindleGameStart(const Qui
     for (int i = 1; i < host->argc; i++) {
         g->failCheck = g->failCheck || std::strcmp(host->argv[i], "check") == 0;
         g->pushClicks = g->pushClicks || std::strcmp(host->argv[i], "sdl") == 0;
+        if (std::strcmp(host->argv[i], "crash") == 0)
+            g->rooms = new GLRoomManager;
     }
     StartGame(*g);
     const ZOR_Rect screen(0, 0, 639, 479);
@@ -91,6 +96,10 @@ extern "C" __attribute__((visibility("default"))) int QuindleGameStart(const Qui
     g->actor->SetSelectFunction(&OnActor);
     g->actor->Show();
     g->actor->ForceUpdate();
+    if (g->rooms) {
+        g->rooms->LoadRoom(7);
+        g->rooms->InitRoom();
+    }
     loop->state = g;
     loop->step = &Step;
     loop->finish = &Finish;
