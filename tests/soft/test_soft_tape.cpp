@@ -106,6 +106,27 @@ TEST_F(SoftTape, ARunThatFailedACheckReplaysToTheSameReport)
     EXPECT_EQ(replayed.output.find("diverged"), std::string::npos) << replayed.output;
 }
 
+// A room that crashes at tick 30: one report naming the signal, the tick, the
+// room and the room's line, exit 6, and the tape finished, so that its replay
+// ends in the same report at the same frame.
+TEST_F(SoftTape, ACrashIsReportedWhereItHappenedAndItsTapeReplaysToIt)
+{
+    std::filesystem::copy_file(CRASH_ROOM, game.Path("7.so"));
+    const std::string where = "quindle-player: the game crashed: segmentation fault (SIGSEGV) at tick 30, frame 31, room 7\n";
+    const std::string line = "roomDoIt at tests/soft/games/crash_room.cpp:23 (7.so)";
+    const Result recorded = Record("--no-gif --out " + game.Path("a") + " -- crash");
+    EXPECT_EQ(recorded.status, 6) << recorded.output;
+    EXPECT_NE(recorded.output.find(where), std::string::npos) << recorded.output;
+    EXPECT_NE(recorded.output.find("  #0 " + line), std::string::npos) << recorded.output;
+    EXPECT_NE(recorded.output.find("the run's tape: " + tape), std::string::npos) << recorded.output;
+
+    const Result replayed = Play("--replay " + tape + " --no-gif --out " + game.Path("b"));
+    EXPECT_EQ(replayed.status, 6) << replayed.output;
+    EXPECT_NE(replayed.output.find(where), std::string::npos) << replayed.output;
+    EXPECT_NE(replayed.output.find("  #0 " + line), std::string::npos) << replayed.output;
+    EXPECT_EQ(replayed.output.find("diverged"), std::string::npos) << replayed.output;
+}
+
 TEST_F(SoftTape, BrokenTapesAreRefusedNamingTheFileAndThePlace)
 {
     ASSERT_EQ(Record("--no-gif --out " + game.Path("a")).status, 0);
