@@ -105,6 +105,15 @@ void PlayerOverlay::PickColors(const SoftPalette& p)
 
 const std::uint8_t* PlayerOverlay::Draw(SoftKernel& kernel, const Status& status)
 {
+    // What the overlay asks of the library (a walkable area it reads, a point
+    // it copies) goes through the library's kernel, which may be a tape of
+    // the game's calls: while the overlay draws, the library's kernel is the
+    // soft kernel itself, so nothing of the overlay's reaches the game's.
+    struct KernelSwap {
+        KernelServices* game = ::kernel;
+        ~KernelSwap() { ::kernel = game; }
+    } swap;
+    ::kernel = &kernel;
     std::copy(kernel.Frame(), kernel.Frame() + mFrame.size(), mFrame.begin());
     PickColors(kernel.Palette());
     kernel.Inspect(&mPlanes);
