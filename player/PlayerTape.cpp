@@ -7,9 +7,14 @@
 #include "SoftWindow.h"
 #endif
 
+#include <dirent.h>
+#include <sys/stat.h>
+
+#include <algorithm>
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
+#include <ctime>
 
 namespace {
 
@@ -32,7 +37,66 @@ void Stopped(TapeKernel::Stop why, const std::string& report, void*)
     std::_Exit(why == TapeKernel::Stop::kTapeEnded ? 5 : 4);
 }
 
+bool MakeDirectories(const std::string& path)
+{
+    for (std::size_t at = 1; at <= path.size(); at++) {
+        if (at < path.size() && path[at] != '/')
+            continue;
+        const std::string part = path.substr(0, at);
+        struct stat st;
+        if (::stat(part.c_str(), &st) != 0 && ::mkdir(part.c_str(), 0777) != 0)
+            return false;
+    }
+    return true;
+}
+
 } // namespace
+
+std::string SessionTapePath(const std::string& title, std::string* error)
+{
+    const char* data = std::getenv("XDG_DATA_HOME");
+    const char* home = std::getenv("HOME");
+    std::string dir;
+    if (data && data[0] == '/')
+        dir = data;
+    else if (home && home[0])
+        dir = std::string(home) + "/.local/share";
+    else {
+        *error = "no data folder for the session's tape (neither XDG_DATA_HOME nor HOME is set)";
+        return std::string();
+    }
+    std::string name = title.empty() ? "untitled" : title;
+    std::replace(name.begin(), name.end(), '/', '_');
+    if (name[0] == '.')
+        name[0] = '_';
+    dir += "/quindle/" + name;
+    if (!MakeDirectories(dir)) {
+        *error = dir + ": cannot make the folder for the session's tape";
+        return std::string();
+    }
+    // The last ten sessions are kept: names sort by when they were made.
+    std::vector<std::string> old;
+    if (DIR* d = ::opendir(dir.c_str())) {
+        while (const dirent* e = ::readdir(d)) {
+            const std::string n = e->d_name;
+            if (n.size() > 13 && n.compare(0, 8, "session-") == 0 && n.compare(n.size() - 5, 5, ".tape") == 0)
+                old.push_back(n);
+        }
+        ::closedir(d);
+    }
+    std::sort(old.begin(), old.end());
+    for (std::size_t i = 0; i + 9 < old.size(); i++)
+        std::remove((dir + "/" + old[i]).c_str());
+    const std::time_t now = std::time(nullptr);
+    std::tm local{};
+    ::localtime_r(&now, &local);
+    char stamp[32];
+    std::strftime(stamp, sizeof stamp, "%Y%m%d-%H%M%S", &local);
+    std::string path = dir + "/session-" + stamp + ".tape";
+    for (int n = 2; ::access(path.c_str(), F_OK) == 0; n++)
+        path = dir + "/session-" + stamp + "-" + std::to_string(n) + ".tape";
+    return path;
+}
 
 int PlayerTape::Open(const std::string& record, const std::string& replay, bool haveScript,
                      const std::string& title, const std::string& library, bool window, std::uint32_t* step,

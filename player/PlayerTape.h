@@ -11,6 +11,11 @@
 #include <string>
 #include <vector>
 
+// Where a window session records by default: a new tape in
+// "$XDG_DATA_HOME/quindle/<title>/" (~/.local/share without it), the older
+// ones beyond the last ten removed. Empty, with `error`, when there is none.
+std::string SessionTapePath(const std::string& title, std::string* error);
+
 class PlayerTape : public SoftClockInputSeam {
 public:
     explicit PlayerTape(SoftKernel& kernel) : mSoft(kernel), mTape(kernel) {}

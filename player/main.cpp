@@ -62,6 +62,9 @@ void Usage(std::FILE* out)
                  "  --trace           print each sample, message, room, robot and movie\n"
                  "                    the game starts, as TICK WHAT, on standard output\n"
                  "  --record FILE     write the run on a tape (see docs/TAPE.md)\n"
+                 "  --no-record       in a window, record no tape (by default each window\n"
+                 "                    session is recorded in $XDG_DATA_HOME/quindle/<title>/,\n"
+                 "                    the last ten kept)\n"
                  "  --replay FILE     play a tape: its input, clock and step, with every output\n"
                  "                    option (or watched with --window); stops at the first\n"
                  "                    call the game makes otherwise than on the tape\n"
@@ -81,7 +84,10 @@ void Usage(std::FILE* out)
                  "  3  a game that cannot start (its library does not load or start)\n"
                  "  4  a replay that diverged (the report names the frame and the call)\n"
                  "  5  a tape that ended before its game did\n"
-                 "A failed check of the library ends a replay as it ended the recorded run.\n");
+                 "  6  the game crashed (the report names the tick, the room and the stack)\n"
+                 "A failed check of the library ends a replay as it ended the recorded run.\n"
+                 "SIGINT or SIGTERM stops the run between frames with 128 + the signal; a tape\n"
+                 "being recorded is finished first, whatever ends the run.\n");
 }
 
 struct Options {
@@ -102,6 +108,7 @@ struct Options {
     bool check = false;
     bool strict = false;
     bool trace = false;
+    bool noRecord = false;
     int scale = 0; // the largest that fits the display
     std::string record, replay;
     std::vector<char*> gameArgs;
@@ -185,6 +192,8 @@ bool ParseOptions(int argc, char** argv, Options* o, std::string* error)
             (a == "--record" ? o->record : o->replay) = next;
         } else if (a == "--no-gif") {
             o->noGif = true;
+        } else if (a == "--no-record") {
+            o->noRecord = true;
         } else if (a == "--quiet") {
             o->quiet = true;
         } else if (a == "--window") {
@@ -291,6 +300,12 @@ int main(int argc, char** argv)
 
     SoftKernel k;
     PlayerTape tape(k);
+    if (o.window && !o.noRecord && o.record.empty() && o.replay.empty()) {
+        // Every crash a tester sees in a window comes with its replay.
+        o.record = SessionTapePath(game.title, &error);
+        if (o.record.empty())
+            std::fprintf(stderr, "quindle-player: %s: playing without a tape\n", error.c_str());
+    }
     if (const int failed = tape.Open(o.record, o.replay, !o.script.empty(), game.title, game.library, o.window,
                                      &o.step, &o.gameArgs))
         return failed;

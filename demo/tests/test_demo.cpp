@@ -307,7 +307,7 @@ TEST(DemoWindow, StartsAndEndsCleanly)
     char dir[] = "/tmp/quindle-demo-window-XXXXXX";
     ASSERT_TRUE(::mkdtemp(dir));
     const std::string out = dir;
-    const std::string command = "SDL_VIDEODRIVER=dummy SDL_AUDIODRIVER=none " + std::string(PLAYER) + " " +
+    const std::string command = "SDL_VIDEODRIVER=dummy SDL_AUDIODRIVER=none XDG_DATA_HOME=" + out + " " + PLAYER + " " +
                                 DEMO_FOLDER + " --window --ticks 90 > " + out + "/log.txt 2> " + out + "/errors.txt";
     const int status = std::system(command.c_str());
     const std::string log = ReadAll(out + "/log.txt"), errors = ReadAll(out + "/errors.txt");
