@@ -39,6 +39,11 @@ public:
     // end. 0, or 4 when the recorded run did not end so (said on the error
     // stream).
     int EndNow(TapeEnding ending, const std::string& report);
+    // Replaying: the recorded run ended here with this report.
+    bool ReplayEndsHere(const std::string& report)
+    {
+        return mTape.Replaying() && mTape.EndNow(mReader.Ending(), report);
+    }
     // For the crash report: ends the tape for a crash or a kill by `signal`.
     static int EndBySignal(int signal, const char* what, void* tape);
     // The tape being recorded, or empty.

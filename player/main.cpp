@@ -229,10 +229,118 @@ struct Run {
     std::string writeError;
     int pngs = 0;
     PlayerOverlay* overlay = nullptr; // headless with --overlay
+    PlayerTape* tape = nullptr;
 #ifdef QUINDLE_HAVE_WINDOW
     PlayerWindowKeys* window = nullptr;
+    SoftWindow* shown = nullptr;
 #endif
 };
+
+// How a run ended.
+struct Ending {
+    bool quit = false;
+    bool closed = false;
+    int interrupted = 0; // the signal
+    int status = 0;      // the run's own status so far
+    bool modal = false;  // inside the game's modal input loop
+};
+
+const char* const kModalNote = "ended inside a modal input loop";
+
+// The end of a run: the tape finished, the last frame and the GIF written,
+// the leaks and the summary reported. Returns the status to exit with.
+int EndRun(Run& run, SoftKernel& k, Ending e)
+{
+    const Options& o = *run.options;
+    PlayerTape& tape = *run.tape;
+    std::string error;
+    CrashReportDone();
+    const bool replaying = tape.Replaying();
+    const TapeEnding ending = e.quit          ? TapeEnding::kQuit
+                              : k.HasFault()  ? TapeEnding::kFault
+                              : e.interrupted ? TapeEnding::kInterrupted
+                              : e.closed      ? TapeEnding::kClosed
+                                              : TapeEnding::kTimeOver;
+    int status = e.status;
+    if (k.HasFault()) {
+        std::fprintf(stderr, "quindle-player: %s\n", k.Fault().c_str());
+        status = status ? status : 2;
+    }
+    if (e.interrupted)
+        status = status ? status : 128 + e.interrupted;
+    if (e.modal) {
+        // The game is inside a call: it cannot be finished, and the tape ends
+        // with the note, so that its replay ends at the same call.
+        std::fprintf(stderr, "quindle-player: %s\n", kModalNote);
+        const int verdict = replaying ? 0 : tape.EndNow(ending, kModalNote);
+        status = status ? status : verdict;
+    } else {
+        status = tape.Finish(ending, status);
+    }
+    if (!o.window) {
+        const std::uint8_t* last = run.overlay ? run.overlay->Frame() : k.Frame();
+        if (!SoftWritePng(o.out + "/final.png", last, SoftKernel::kWidth, SoftKernel::kHeight, k.Palette(), &error) ||
+            !run.gif.Close(&error)) {
+            std::fprintf(stderr, "quindle-player: %s\n", error.c_str());
+            status = status ? status : 2;
+        }
+        if (!run.writeError.empty()) {
+            std::fprintf(stderr, "quindle-player: %s\n", run.writeError.c_str());
+            status = status ? status : 2;
+        }
+    }
+    // Inside a modal loop the game still holds what it took.
+    const std::size_t leaks = e.modal ? 0 : k.Ledger().LiveCount();
+    if (leaks) {
+        std::fprintf(stderr, "quindle-player: %zu blocks were not given back%s:\n", leaks,
+                     o.strict ? " (a fault with --strict)" : "");
+        if (o.strict)
+            status = status ? status : 2;
+        k.Ledger().ReportLeaks(stderr);
+    }
+    const char* how = e.quit          ? "the game quit"
+                      : k.HasFault()  ? "stopped by a fault"
+                      : e.interrupted ? "stopped by a signal"
+                      : e.closed      ? "the window was closed"
+                      : replaying     ? "the tape played to its end"
+                                      : "reached its tick limit";
+    if (!o.quiet)
+        std::fprintf(stderr, "quindle-player: %s after %u ticks, %u frames%s%s\n", how,
+                     e.modal ? k.OwnTicks() : k.TicksSeen(),
+                     k.FramesComposed(), o.window ? "" : ", written to ", o.window ? "" : o.out.c_str());
+    return status;
+}
+
+// GetEvent asked again within a frame with nothing due: the game waits in a
+// modal loop. A window gathers its input here, and what ends a run between
+// frames (the tick limit, Ctrl+Q, the window closed, a signal; replaying, the
+// end of the tape) ends it here too.
+void OnModal(SoftKernel& k, void* data)
+{
+    Run& run = *static_cast<Run*>(data);
+    const Options& o = *run.options;
+    Ending e;
+    e.modal = true;
+    bool end = false;
+#ifdef QUINDLE_HAVE_WINDOW
+    if (run.shown) {
+        run.shown->Pump(k);
+        e.quit = run.shown->QuitAsked();
+        e.closed = run.shown->Closed();
+    }
+#endif
+    if (run.tape->Replaying()) {
+        end = run.tape->ReplayEndsHere(kModalNote);
+    } else {
+        e.interrupted = Interrupted();
+        end = e.quit || e.closed || e.interrupted || ((!o.window || o.ticksGiven) && k.OwnTicks() >= o.ticks);
+    }
+    if (!end)
+        return;
+    const int status = EndRun(run, k, e);
+    std::fflush(nullptr);
+    std::_Exit(status);
+}
 
 void OnFrame(SoftKernel& k, void* data)
 {
@@ -334,6 +442,7 @@ int main(int argc, char** argv)
 
     Run run;
     run.options = &o;
+    run.tape = &tape;
     PlayerOverlay overlay;
     if (o.overlay && !o.window)
         run.overlay = &overlay;
@@ -347,6 +456,7 @@ int main(int argc, char** argv)
         }
         k.UseRealClock(true);
         run.window = &keys;
+        run.shown = &window;
         if (!window.StartAudio(k))
             std::fprintf(stderr, "quindle-player: no audio device: playing without sound\n");
     }
@@ -368,6 +478,7 @@ int main(int argc, char** argv)
         }
     }
     k.SetFrameHook(&OnFrame, &run);
+    k.SetModalHook(&OnModal, &run);
 
     void* library = ::dlopen(game.library.c_str(), RTLD_NOW | RTLD_GLOBAL);
     if (!library) {
@@ -433,50 +544,12 @@ int main(int argc, char** argv)
         std::fprintf(stderr, "\r%70s\r", "");
     if (loop.finish)
         loop.finish(loop.state);
-    CrashReportDone();
-    const bool replaying = tape.Replaying();
-    const TapeEnding ending = quit                ? TapeEnding::kQuit
-                              : k.HasFault()      ? TapeEnding::kFault
-                              : interrupted       ? TapeEnding::kInterrupted
-                              : closed            ? TapeEnding::kClosed
-                                                  : TapeEnding::kTimeOver;
-    if (k.HasFault()) {
-        std::fprintf(stderr, "quindle-player: %s\n", k.Fault().c_str());
-        status = status ? status : 2;
-    }
-    if (interrupted)
-        status = status ? status : 128 + interrupted;
-    status = tape.Finish(ending, status);
-    if (!o.window) {
-        const std::uint8_t* last = run.overlay ? overlay.Frame() : k.Frame();
-        if (!SoftWritePng(o.out + "/final.png", last, SoftKernel::kWidth, SoftKernel::kHeight, k.Palette(), &error) ||
-            !run.gif.Close(&error)) {
-            std::fprintf(stderr, "quindle-player: %s\n", error.c_str());
-            status = status ? status : 2;
-        }
-        if (!run.writeError.empty()) {
-            std::fprintf(stderr, "quindle-player: %s\n", run.writeError.c_str());
-            status = status ? status : 2;
-        }
-    }
-    const std::size_t leaks = k.Ledger().LiveCount();
-    if (leaks) {
-        std::fprintf(stderr, "quindle-player: %zu blocks were not given back%s:\n", leaks,
-                     o.strict ? " (a fault with --strict)" : "");
-        if (o.strict)
-            status = status ? status : 2;
-    }
-    k.Ledger().ReportLeaks(stderr);
-    const char* how = quit          ? "the game quit"
-                      : k.HasFault() ? "stopped by a fault"
-                      : interrupted  ? "stopped by a signal"
-                      : closed       ? "the window was closed"
-                      : replaying    ? "the tape played to its end"
-                                     : "reached its tick limit";
-    if (!o.quiet)
-        std::fprintf(stderr, "quindle-player: %s after %u ticks, %u frames%s%s\n", how, k.TicksSeen(),
-                     k.FramesComposed(), o.window ? "" : ", written to ", o.window ? "" : o.out.c_str());
+    Ending ending;
+    ending.quit = quit;
+    ending.closed = closed;
+    ending.interrupted = interrupted;
+    ending.status = status;
     // The game library stays loaded: objects of the game may still be referred
     // to by the library's statics at exit.
-    return status;
+    return EndRun(run, k, ending);
 }

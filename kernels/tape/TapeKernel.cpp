@@ -369,6 +369,11 @@ bool TapeKernel::EndNow(TapeEnding ending, const std::string& report)
 {
     if (mMode == Mode::kRecord) {
         mFrame.calls.resize(mCallsUsed);
+        // Ended inside an operation (a modal loop's GetEvent, a crash in the
+        // kernel): that call is on the tape too, as a replay has made it when
+        // it gets here.
+        if (mDepth > 0)
+            mFrame.calls.push_back(mCall);
         mWriter.WriteEnd(mFrame, ending, mFrameNumber, report);
         mMode = Mode::kPass;
         return true;

@@ -127,6 +127,29 @@ TEST_F(SoftTape, ACrashIsReportedWhereItHappenedAndItsTapeReplaysToIt)
     EXPECT_EQ(replayed.output.find("diverged"), std::string::npos) << replayed.output;
 }
 
+// A modal hog waits for the quit key inside the first frame: the virtual
+// clock moves on there, so the key ends the game at its tick, and without it
+// the tick limit ends the run inside the loop. Both runs replay from their tapes.
+TEST_F(SoftTape, AModalLoopEndsAtItsKeyOrAtTheTickLimitAndReplays)
+{
+    game.Write("quit.txt", "50 quit\n");
+    const struct {
+        std::string script;
+        std::string said;
+    } cases[] = {
+        {"--script " + game.Path("quit.txt"), "the game quit after 50 ticks, 1 frames"},
+        {"", "ended inside a modal input loop\nquindle-player: reached its tick limit after 100 ticks"},
+    };
+    for (const auto& c : cases) {
+        const Result r = Shell(std::string(PLAYER) + " " + game.Dir() + " --no-gif --out " + game.Path("a") +
+                               " --ticks 100 --record " + tape + " " + c.script + " -- modal");
+        EXPECT_EQ(r.status, 0) << r.output;
+        EXPECT_NE(r.output.find(c.said), std::string::npos) << r.output;
+        const Result replayed = Play("--replay " + tape + " --no-gif --out " + game.Path("b"));
+        EXPECT_EQ(replayed.status, 0) << c.said << "\n" << replayed.output;
+    }
+}
+
 TEST_F(SoftTape, BrokenTapesAreRefusedNamingTheFileAndThePlace)
 {
     ASSERT_EQ(Record("--no-gif --out " + game.Path("a")).status, 0);

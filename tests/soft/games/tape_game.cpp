@@ -5,7 +5,8 @@
 // Game arguments: "check" makes a click fail a check of the library
 // (a cel of priority -5); "sdl" pushes a click on the actor into SDL's event
 // queue at the tenth frame, as a window's user would make it; "crash" runs room
-// 7, which crashes at tick 30.
+// 7, which crashes at tick 30; "modal" makes a quit handler the one modal hog,
+// so that the first frame waits for the quit key.
 #include "two_plane_game.h"
 
 #include "glcel.h"
@@ -23,6 +24,7 @@ struct TapeGame : TwoPlaneGame {
     bool failCheck = false;
     bool pushClicks = false;
     GLRoomManager* rooms = nullptr;
+    GLQuitHandler* hog = nullptr;
     int frames = 0;
 };
 
@@ -68,6 +70,10 @@ int Step(void*)
 void Finish(void* state)
 {
     TapeGame* g = static_cast<TapeGame*>(state);
+    if (g->hog) {
+        g->game->mpUser->mpHogs->Remove(g->hog);
+        delete g->hog;
+    }
     delete g->actor;
     EndGame(*g);
     delete g;
@@ -86,6 +92,8 @@ extern "C" __attribute__((visibility("default"))) int QuindleGameStart(const Qui
         g->pushClicks = g->pushClicks || std::strcmp(host->argv[i], "sdl") == 0;
         if (std::strcmp(host->argv[i], "crash") == 0)
             g->rooms = new GLRoomManager;
+        if (std::strcmp(host->argv[i], "modal") == 0)
+            g->hog = new GLQuitHandler;
     }
     StartGame(*g);
     const ZOR_Rect screen(0, 0, 639, 479);
@@ -96,6 +104,11 @@ extern "C" __attribute__((visibility("default"))) int QuindleGameStart(const Qui
     g->actor->SetSelectFunction(&OnActor);
     g->actor->Show();
     g->actor->ForceUpdate();
+    if (g->hog) {
+        g->game->mpUser->mpHogs->AddToEnd(g->hog);
+        g->game->mpUser->HogsAreModal(TRUE);
+        g->game->mpUser->DoesHandleNulls(TRUE);
+    }
     if (g->rooms) {
         g->rooms->LoadRoom(7);
         g->rooms->InitRoom();
