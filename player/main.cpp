@@ -379,6 +379,14 @@ void OnFrame(SoftKernel& k, void* data)
     }
 }
 
+// A path given relative to where the player was started, made absolute: the
+// game runs in its own folder.
+void Absolute(std::string* path, const std::string& from)
+{
+    if (!path->empty() && (*path)[0] != '/')
+        *path = from + "/" + *path;
+}
+
 bool MakeDirectory(const std::string& dir)
 {
     struct stat st;
@@ -400,6 +408,13 @@ int main(int argc, char** argv)
     }
     if (o.check)
         return CheckGameFolder(o.folder, o.script, o.strict, stdout);
+    char started[4096];
+    if (!::getcwd(started, sizeof started)) {
+        std::fprintf(stderr, "quindle-player: the working directory cannot be read\n");
+        return 2;
+    }
+    for (std::string* path : {&o.folder, &o.script, &o.out, &o.gif, &o.record, &o.replay})
+        Absolute(path, started);
     GameFile game;
     if (!ReadGameFile(o.folder, &game, &error)) {
         std::fprintf(stderr, "quindle-player: %s\n", error.c_str());
@@ -492,8 +507,13 @@ int main(int argc, char** argv)
         return 3;
     }
 
-    // The game folder is the directory of the room libraries.
+    // The game folder is the directory of the room libraries, and the game's
+    // working directory: what it reads by a relative name is in its folder.
     GLSetRoomDirectory(o.folder.c_str());
+    if (::chdir(o.folder.c_str()) != 0) {
+        std::fprintf(stderr, "quindle-player: %s: cannot work in the game folder\n", o.folder.c_str());
+        return 2;
+    }
     tape.WatchChecks(o.window);
 
     o.gameArgs.insert(o.gameArgs.begin(), argv[0]);
