@@ -74,13 +74,6 @@ std::string Format(const char* format, ...)
     return buffer;
 }
 
-// A member of an event set. The set is typed for targets but may hold any
-// object (the cast takes GLObjects and keeps their address), so a member is
-// read as the object it is and asked what it is.
-GLTarget* EventMember(const GLSetAsArray<GLTarget>* events, int i)
-{
-    return dynamic_cast<GLTarget*>(static_cast<GLObject*>(static_cast<void*>(events->At(i))));
-}
 
 // What a target is called in the pointer's list.
 std::string TargetName(GLTarget* target, int place)
@@ -94,6 +87,14 @@ std::string TargetName(GLTarget* target, int place)
 }
 
 } // namespace
+
+// The set is typed for targets but may hold any object (the cast takes
+// GLObjects and keeps their address), so a member is read as the object it is
+// and asked what it is.
+GLTarget* EventMember(const GLSetAsArray<GLTarget>* events, int i)
+{
+    return dynamic_cast<GLTarget*>(static_cast<GLObject*>(static_cast<void*>(events->At(i))));
+}
 
 PlayerOverlay::PlayerOverlay() : mFrame(static_cast<std::size_t>(kW) * kH, 0) {}
 

@@ -421,6 +421,14 @@ int main(int argc, char** argv)
         return 2;
     }
 
+    if (o.window) {
+        // Without a display SDL would fall back to a driver that shows nothing.
+        const char* driver = std::getenv("SDL_VIDEODRIVER");
+        if (!std::getenv("DISPLAY") && !std::getenv("WAYLAND_DISPLAY") && !(driver && driver[0])) {
+            std::fprintf(stderr, "quindle-player: --window needs a display (neither DISPLAY nor WAYLAND_DISPLAY is set)\n");
+            return 3;
+        }
+    }
     SoftKernel k;
     PlayerTape tape(k);
     if (o.window && !o.noRecord && o.record.empty() && o.replay.empty()) {

@@ -546,6 +546,14 @@ void RecordingKernel::AddMessage(int k1, int k2, int k3, int k4, int sequence, i
     messages.push_back(Message{{k1, k2, k3, k4}, sequence, talker, text, audioTicks});
 }
 
+void RecordingKernel::RememberMessage(const Message& message)
+{
+    for (int i = 0; i < 4; ++i)
+        mLastKeys[i] = message.keys[i];
+    mLastKeys[4] = message.sequence;
+    mHaveLastMessage = true;
+}
+
 const RecordingKernel::Message* RecordingKernel::FindMessage(int k1, int k2, int k3, int k4, int sequence) const
 {
     for (const auto& message : messages)
@@ -575,17 +583,16 @@ int RecordingKernel::GetMessage(int k1, int k2, int k3, int k4, int iSequence, c
         std::strncpy(pBuffer, message->text.c_str(), static_cast<std::size_t>(iBufferSize));
         pBuffer[iBufferSize - 1] = '\0';
     }
-    mLastMessage = message;
+    RememberMessage(*message);
     return message->talker;
 }
 
 int RecordingKernel::GetNextMessageSize(int* piSize)
 {
     Log("GetNextMessageSize");
-    if (!mLastMessage)
+    if (!mHaveLastMessage)
         return 0;
-    const Message* next = FindMessage(mLastMessage->keys[0], mLastMessage->keys[1], mLastMessage->keys[2],
-                                      mLastMessage->keys[3], mLastMessage->sequence + 1);
+    const Message* next = FindMessage(mLastKeys[0], mLastKeys[1], mLastKeys[2], mLastKeys[3], mLastKeys[4] + 1);
     if (!next)
         return 0;
     *piSize = static_cast<int>(next->text.size()) + 1;
@@ -595,28 +602,26 @@ int RecordingKernel::GetNextMessageSize(int* piSize)
 int RecordingKernel::GetNextMessage(char* pBuffer, int iBufferSize)
 {
     Log("GetNextMessage", iBufferSize);
-    if (!mLastMessage)
+    if (!mHaveLastMessage)
         return 0;
-    const Message* next = FindMessage(mLastMessage->keys[0], mLastMessage->keys[1], mLastMessage->keys[2],
-                                      mLastMessage->keys[3], mLastMessage->sequence + 1);
+    const Message* next = FindMessage(mLastKeys[0], mLastKeys[1], mLastKeys[2], mLastKeys[3], mLastKeys[4] + 1);
     if (!next)
         return 0;
     if (iBufferSize > 0) {
         std::strncpy(pBuffer, next->text.c_str(), static_cast<std::size_t>(iBufferSize));
         pBuffer[iBufferSize - 1] = '\0';
     }
-    mLastMessage = next;
+    RememberMessage(*next);
     return next->talker;
 }
 
 void RecordingKernel::GetLastMessageKeys(int* piKeys)
 {
     Log("GetLastMessageKeys");
-    if (!mLastMessage)
+    if (!mHaveLastMessage)
         return;
-    for (int i = 0; i < 4; ++i)
-        piKeys[i] = mLastMessage->keys[i];
-    piKeys[4] = mLastMessage->sequence;
+    for (int i = 0; i < 5; ++i)
+        piKeys[i] = mLastKeys[i];
 }
 
 int RecordingKernel::PlayMessageAudio(int k1, int k2, int k3, int k4, int iSequence, int a, int iVolume, int b)

@@ -304,6 +304,7 @@ private:
             mCalls.push_back(std::string(name) + "()");
     }
     const Message* FindMessage(int k1, int k2, int k3, int k4, int sequence) const;
+    void RememberMessage(const Message& message);
 
     std::vector<std::string> mCalls;
     AllocationLedger mLedger;
@@ -313,7 +314,10 @@ private:
     std::int32_t mNextPlaneId = kFirstPlaneId;
     std::int32_t mNextItemId = 1;
     std::int32_t mNextPolygonId = 0;
-    const Message* mLastMessage = nullptr;
+    // The last message handed out, by its keys: `messages` may grow (and move)
+    // between one message and the next.
+    bool mHaveLastMessage = false;
+    int mLastKeys[5] = {0, 0, 0, 0, 0}; // four keys, then the sequence
     std::map<int, std::uint32_t> mSpeechEnds; // message index -> tick its speech ends
     int mRobotPolls = 0;
 };

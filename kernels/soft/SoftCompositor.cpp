@@ -271,16 +271,19 @@ void SoftCompositor::ComposePlanes()
         DrawPlane(*plane, false);
         const ZOR_Rect r = Intersect(plane->rect, kScreen);
         const int w = plane->rect.right - plane->rect.left + 1, h = plane->rect.bottom - plane->rect.top + 1;
+        // Styles 1, 2, 3, 4 (and again from 5): a wipe from the left, a wipe
+        // from the top, a box from the middle, a dissolve.
+        enum { kWipeLeft = 0, kWipeTop = 1, kBoxOut = 2 };
         const int kind = (plane->style - 1) % 4;
         for (int y = r.top; y <= r.bottom; y++) {
             for (int x = r.left; x <= r.right; x++) {
                 const int lx = x - plane->rect.left, ly = y - plane->rect.top;
                 bool revealed;
-                if (kind == 0)
+                if (kind == kWipeLeft)
                     revealed = lx * 100 < w * percent;
-                else if (kind == 1)
+                else if (kind == kWipeTop)
                     revealed = ly * 100 < h * percent;
-                else if (kind == kSourceMemBitmap)
+                else if (kind == kBoxOut)
                     revealed = std::abs(2 * lx - w) * 100 < w * percent && std::abs(2 * ly - h) * 100 < h * percent;
                 else
                     revealed = static_cast<int>((static_cast<unsigned>(lx) * 37u + static_cast<unsigned>(ly) * 91u +

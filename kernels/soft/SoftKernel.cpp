@@ -194,8 +194,11 @@ void SoftKernel::GetEvent(std::uint32_t uMask, KernelEventRecord* pRecord)
     // moves on there, and the host may gather input or end the run.
     if (mInput.WaitInFrame(uMask) && mModalHook)
         mModalHook(*this, mModalHookData);
-    if (pRecord && mInput.NextEvent(uMask, pRecord))
+    if (pRecord && mInput.NextEvent(uMask, pRecord)) {
         mMovies.InputArrived();
+        if (mInputHook)
+            mInputHook(*this, *pRecord, mInputHookData);
+    }
 }
 
 void SoftKernel::ShowCursor()

@@ -137,6 +137,13 @@ public:
         mModalHook = hook;
         mModalHookData = data;
     }
+    // Called after GetEvent hands out a press or a key, with the event (the
+    // player's --trace looks at what the press lands on).
+    void SetInputHook(void (*hook)(SoftKernel&, const KernelEventRecord&, void*), void* data)
+    {
+        mInputHook = hook;
+        mInputHookData = data;
+    }
     void SetTraceHook(void (*hook)(const char* line, void*), void* data)
     {
         mTraceHook = hook;
@@ -408,6 +415,8 @@ private:
     void (*mFrameHook)(SoftKernel&, void*) = nullptr;
     void* mFrameHookData = nullptr;
     void (*mModalHook)(SoftKernel&, void*) = nullptr;
+    void (*mInputHook)(SoftKernel&, const KernelEventRecord&, void*) = nullptr;
+    void* mInputHookData = nullptr;
     void* mModalHookData = nullptr;
     void (*mTraceHook)(const char*, void*) = nullptr;
     void* mTraceHookData = nullptr;

@@ -105,6 +105,13 @@ TEST_F(SoftPlayer, BadInputGivesAMessageNamingTheFileAndAFailingStatus)
         EXPECT_NE(r.output.find("quindle-player: " + c.message), std::string::npos) << r.output;
         EXPECT_EQ(r.output.find("Sanitizer"), std::string::npos) << r.output;
     }
+#ifdef QUINDLE_HAVE_WINDOW
+    const Result noDisplay = Shell("env -u DISPLAY -u WAYLAND_DISPLAY -u SDL_VIDEODRIVER " + std::string(PLAYER) +
+                                   " " + game.Dir() + " --window --no-record");
+    EXPECT_EQ(noDisplay.status, 3);
+    EXPECT_EQ(noDisplay.output,
+              "quindle-player: --window needs a display (neither DISPLAY nor WAYLAND_DISPLAY is set)\n");
+#endif
 }
 
 #ifdef QUINDLE_HAVE_WINDOW

@@ -127,26 +127,33 @@ TEST_F(SoftTape, ACrashIsReportedWhereItHappenedAndItsTapeReplaysToIt)
     EXPECT_EQ(replayed.output.find("diverged"), std::string::npos) << replayed.output;
 }
 
-// A modal hog waits for the quit key inside the first frame: the virtual
-// clock moves on there, so the key ends the game at its tick, and without it
-// the tick limit ends the run inside the loop. Both runs replay from their tapes.
-TEST_F(SoftTape, AModalLoopEndsAtItsKeyOrAtTheTickLimitAndReplays)
+// How a run ends, said in one line with its status, and recorded so that its
+// tape replays to the same end. A modal hog waits for the quit key inside the
+// first frame: the virtual clock moves on there, so the key ends the game at
+// its tick, and without it the tick limit ends the run inside the loop.
+TEST_F(SoftTape, EachEndOfARunIsSaidWithItsStatusAndReplays)
 {
     game.Write("quit.txt", "50 quit\n");
+    const std::string quitAt50 = "--script " + game.Path("quit.txt");
     const struct {
-        std::string script;
+        std::string args;
+        int status;
         std::string said;
     } cases[] = {
-        {"--script " + game.Path("quit.txt"), "the game quit after 50 ticks, 1 frames"},
-        {"", "ended inside a modal input loop\nquindle-player: reached its tick limit after 100 ticks"},
+        {quitAt50 + " -- modal", 0, "the game quit after 50 ticks, 1 frames"},
+        {"-- modal", 0, "ended inside a modal input loop\nquindle-player: reached its tick limit after 100 ticks"},
+        {"", 0, "reached its tick limit after 100 ticks, 100 frames"},
+        {"-- leak", 0, "1 blocks were not given back:"},
+        {"--strict -- leak", 2, "1 blocks were not given back (a fault with --strict):"},
+        {"--trace --script " + game.Path("script.txt") + " -- noupdate", 0, "press at (95, 80) goes through cel"},
     };
     for (const auto& c : cases) {
         const Result r = Shell(std::string(PLAYER) + " " + game.Dir() + " --no-gif --out " + game.Path("a") +
-                               " --ticks 100 --record " + tape + " " + c.script + " -- modal");
-        EXPECT_EQ(r.status, 0) << r.output;
+                               " --ticks 100 --record " + tape + " " + c.args);
+        EXPECT_EQ(r.status, c.status) << c.args << "\n" << r.output;
         EXPECT_NE(r.output.find(c.said), std::string::npos) << r.output;
         const Result replayed = Play("--replay " + tape + " --no-gif --out " + game.Path("b"));
-        EXPECT_EQ(replayed.status, 0) << c.said << "\n" << replayed.output;
+        EXPECT_EQ(replayed.status, 0) << c.args << "\n" << replayed.output;
     }
 }
 

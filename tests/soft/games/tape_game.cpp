@@ -6,7 +6,8 @@
 // (a cel of priority -5); "sdl" pushes a click on the actor into SDL's event
 // queue at the tenth frame, as a window's user would make it; "crash" runs room
 // 7, which crashes at tick 30; "modal" makes a quit handler the one modal hog,
-// so that the first frame waits for the quit key.
+// so that the first frame waits for the quit key; "leak" keeps its actor at
+// the end; "noupdate" shows the actor without updating it (it takes no clicks).
 #include "two_plane_game.h"
 
 #include "glcel.h"
@@ -23,6 +24,8 @@ struct TapeGame : TwoPlaneGame {
     GLCel* actor = nullptr;
     bool failCheck = false;
     bool pushClicks = false;
+    bool leak = false;
+    bool noUpdate = false;
     GLRoomManager* rooms = nullptr;
     GLQuitHandler* hog = nullptr;
     int frames = 0;
@@ -74,7 +77,8 @@ void Finish(void* state)
         g->game->mpUser->mpHogs->Remove(g->hog);
         delete g->hog;
     }
-    delete g->actor;
+    if (!g->leak)
+        delete g->actor;
     EndGame(*g);
     delete g;
     gGame = nullptr;
@@ -94,6 +98,8 @@ extern "C" __attribute__((visibility("default"))) int QuindleGameStart(const Qui
             g->rooms = new GLRoomManager;
         if (std::strcmp(host->argv[i], "modal") == 0)
             g->hog = new GLQuitHandler;
+        g->leak = g->leak || std::strcmp(host->argv[i], "leak") == 0;
+        g->noUpdate = g->noUpdate || std::strcmp(host->argv[i], "noupdate") == 0;
     }
     StartGame(*g);
     const ZOR_Rect screen(0, 0, 639, 479);
@@ -103,7 +109,8 @@ extern "C" __attribute__((visibility("default"))) int QuindleGameStart(const Qui
     g->actor = new GLCel(g->front, 100, 0, 0, GLPoint(100, 100), 10, kFullSizeScale);
     g->actor->SetSelectFunction(&OnActor);
     g->actor->Show();
-    g->actor->ForceUpdate();
+    if (!g->noUpdate)
+        g->actor->ForceUpdate();
     if (g->hog) {
         g->game->mpUser->mpHogs->AddToEnd(g->hog);
         g->game->mpUser->HogsAreModal(TRUE);
