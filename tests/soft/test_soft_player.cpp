@@ -106,6 +106,7 @@ TEST_F(SoftPlayer, BadInputGivesAMessageNamingTheFileAndAFailingStatus)
         EXPECT_EQ(r.output.find("Sanitizer"), std::string::npos) << r.output;
     }
 #ifdef QUINDLE_HAVE_WINDOW
+    ASSERT_EQ(Shell(std::string(MAKE_EXAMPLE) + " " + game.Dir() + " " + EXAMPLE_GAME).status, 0);
     const Result noDisplay = Shell("env -u DISPLAY -u WAYLAND_DISPLAY -u SDL_VIDEODRIVER " + std::string(PLAYER) +
                                    " " + game.Dir() + " --window --no-record");
     EXPECT_EQ(noDisplay.status, 3);

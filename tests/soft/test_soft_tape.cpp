@@ -143,8 +143,8 @@ TEST_F(SoftTape, EachEndOfARunIsSaidWithItsStatusAndReplays)
         {quitAt50 + " -- modal", 0, "the game quit after 50 ticks, 1 frames"},
         {"-- modal", 0, "ended inside a modal input loop\nquindle-player: reached its tick limit after 100 ticks"},
         {"", 0, "reached its tick limit after 100 ticks, 100 frames"},
-        {"-- leak", 0, "1 blocks were not given back:"},
-        {"--strict -- leak", 2, "1 blocks were not given back (a fault with --strict):"},
+        {"-- leak", 0, " blocks were not given back:\n"},
+        {"--strict -- leak", 2, " blocks were not given back (a fault with --strict):\n"},
         {"--trace --script " + game.Path("script.txt") + " -- noupdate", 0, "press at (95, 80) goes through cel"},
     };
     for (const auto& c : cases) {
