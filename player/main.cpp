@@ -324,6 +324,7 @@ void OnModal(SoftKernel& k, void* data)
     bool end = false;
 #ifdef QUINDLE_HAVE_WINDOW
     if (run.shown) {
+        ::usleep(1000); // the loop waits for the player: it need not spin the processor
         run.shown->Pump(k);
         e.quit = run.shown->QuitAsked();
         e.closed = run.shown->Closed();
