@@ -6,6 +6,7 @@
 
 #include <sys/wait.h>
 
+#include <csignal>
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
@@ -155,6 +156,12 @@ TEST_F(SoftTape, EachEndOfARunIsSaidWithItsStatusAndReplays)
         const Result replayed = Play("--replay " + tape + " --no-gif --out " + game.Path("b"));
         EXPECT_EQ(replayed.status, 0) << c.args << "\n" << replayed.output;
     }
+    // SIGTERM stops the run between frames, after the tape is finished.
+    const Result killed = Shell("(" + std::string(PLAYER) + " " + game.Dir() + " --no-gif --out " + game.Path("a") +
+                                " --ticks 2000000000 --record " + tape + " & p=$!; sleep 1; kill -TERM $p; wait $p)");
+    EXPECT_EQ(killed.status, 128 + SIGTERM) << killed.output;
+    EXPECT_NE(killed.output.find("stopped by a signal after"), std::string::npos) << killed.output;
+    EXPECT_EQ(Play("--replay " + tape + " --no-gif --out " + game.Path("b")).status, 0);
 }
 
 TEST_F(SoftTape, BrokenTapesAreRefusedNamingTheFileAndThePlace)
