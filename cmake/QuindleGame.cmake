@@ -10,6 +10,9 @@
 #       program that makes assets, run by a custom target, writes into the
 #       folder itself (the property QUINDLE_GAME_FOLDER of <target> names it).
 #
+#   Games and rooms are built with line information in every build type, so
+#   that a crash report names their functions and lines.
+#
 #   quindle_add_room(<game target> <number> SOURCES <files>...)
 #       Builds room library <number> (1..9999999), target <game target>_room_<number>,
 #       into the game's folder, where the player's room manager finds it.
@@ -65,6 +68,7 @@ function(quindle_add_game target)
   # keeps multi-configuration generators from adding a folder per configuration.
   add_library(${target} SHARED ${arg_SOURCES})
   target_link_libraries(${target} PUBLIC quindle::quindle quindle::game)
+  _quindle_line_info(${target})
   set_target_properties(${target} PROPERTIES
     LIBRARY_OUTPUT_DIRECTORY "$<1:${folder}>"
     QUINDLE_GAME_FOLDER "${folder}")
@@ -88,6 +92,15 @@ function(quindle_add_game target)
   endif()
   if(arg_DEPENDS)
     add_dependencies(${target} ${arg_DEPENDS})
+  endif()
+endfunction()
+
+# A crash report names the game's and the rooms' functions and lines: they
+# are built with line tables in every build type (the debug ones have more).
+# Set QUINDLE_GAME_LINE_INFO to OFF to leave them out.
+function(_quindle_line_info target)
+  if(NOT DEFINED QUINDLE_GAME_LINE_INFO OR QUINDLE_GAME_LINE_INFO)
+    target_compile_options(${target} PRIVATE $<$<NOT:$<CONFIG:Debug,RelWithDebInfo>>:-g1>)
   endif()
 endfunction()
 
@@ -117,6 +130,7 @@ function(quindle_add_room game number)
   set(room ${game}_room_${number})
   add_library(${room} MODULE ${arg_SOURCES})
   target_link_libraries(${room} PRIVATE ${game})
+  _quindle_line_info(${room})
   set_target_properties(${room} PROPERTIES
     OUTPUT_NAME "${number}" PREFIX "" SUFFIX ".so" LIBRARY_OUTPUT_DIRECTORY "$<1:${folder}>")
 endfunction()

@@ -13,5 +13,9 @@ class SoftKernel;
 // messages, rooms, robots, movies) is printed on standard output as
 // "<tick> <what>".
 void InstallHostReports(SoftKernel& kernel, bool strict, bool trace);
+// Called with the report ("<file>:<line>: error: <what>") before a fault ends
+// the player, to finish the run's tape; a status other than 0 replaces the 2
+// the player exits with.
+void SetHostFaultHook(int (*hook)(const char* report, void* data), void* data);
 
 #endif

@@ -74,13 +74,6 @@ std::string Format(const char* format, ...)
     return buffer;
 }
 
-// A member of an event set. The set is typed for targets but may hold any
-// object (the cast takes GLObjects and keeps their address), so a member is
-// read as the object it is and asked what it is.
-GLTarget* EventMember(const GLSetAsArray<GLTarget>* events, int i)
-{
-    return dynamic_cast<GLTarget*>(static_cast<GLObject*>(static_cast<void*>(events->At(i))));
-}
 
 // What a target is called in the pointer's list.
 std::string TargetName(GLTarget* target, int place)
@@ -95,6 +88,14 @@ std::string TargetName(GLTarget* target, int place)
 
 } // namespace
 
+// The set is typed for targets but may hold any object (the cast takes
+// GLObjects and keeps their address), so a member is read as the object it is
+// and asked what it is.
+GLTarget* EventMember(const GLSetAsArray<GLTarget>* events, int i)
+{
+    return dynamic_cast<GLTarget*>(static_cast<GLObject*>(static_cast<void*>(events->At(i))));
+}
+
 PlayerOverlay::PlayerOverlay() : mFrame(static_cast<std::size_t>(kW) * kH, 0) {}
 
 void PlayerOverlay::PickColors(const SoftPalette& p)
@@ -105,6 +106,15 @@ void PlayerOverlay::PickColors(const SoftPalette& p)
 
 const std::uint8_t* PlayerOverlay::Draw(SoftKernel& kernel, const Status& status)
 {
+    // What the overlay asks of the library (a walkable area it reads, a point
+    // it copies) goes through the library's kernel, which may be a tape of
+    // the game's calls: while the overlay draws, the library's kernel is the
+    // soft kernel itself, so nothing of the overlay's reaches the game's.
+    struct KernelSwap {
+        KernelServices* game = ::kernel;
+        ~KernelSwap() { ::kernel = game; }
+    } swap;
+    ::kernel = &kernel;
     std::copy(kernel.Frame(), kernel.Frame() + mFrame.size(), mFrame.begin());
     PickColors(kernel.Palette());
     kernel.Inspect(&mPlanes);

@@ -28,10 +28,15 @@
 #define QUINDLE_PLAYER_OVERLAY_H
 
 #include "SoftKernel.h"
+#include "glset.h"
+#include "gltarget.h"
 
 #include <cstdint>
 #include <string>
 #include <vector>
+
+// A member of a plane's event set, as the target it is (null when it is none).
+GLTarget* EventMember(const GLSetAsArray<GLTarget>* events, int i);
 
 class PlayerOverlay {
 public:

@@ -1,13 +1,20 @@
 // PlayerTape.cpp - recording and replaying a run in the player.
 #include "PlayerTape.h"
 
+#include "CrashReport.h"
 #include "gldefs.h"
 #ifdef QUINDLE_HAVE_WINDOW
 #include "SoftWindow.h"
 #endif
 
+#include <dirent.h>
+#include <sys/stat.h>
+
+#include <algorithm>
+#include <csignal>
 #include <cstdio>
 #include <cstdlib>
+#include <ctime>
 
 namespace {
 
@@ -30,7 +37,66 @@ void Stopped(TapeKernel::Stop why, const std::string& report, void*)
     std::_Exit(why == TapeKernel::Stop::kTapeEnded ? 5 : 4);
 }
 
+bool MakeDirectories(const std::string& path)
+{
+    for (std::size_t at = 1; at <= path.size(); at++) {
+        if (at < path.size() && path[at] != '/')
+            continue;
+        const std::string part = path.substr(0, at);
+        struct stat st;
+        if (::stat(part.c_str(), &st) != 0 && ::mkdir(part.c_str(), 0777) != 0)
+            return false;
+    }
+    return true;
+}
+
 } // namespace
+
+std::string SessionTapePath(const std::string& title, std::string* error)
+{
+    const char* data = std::getenv("XDG_DATA_HOME");
+    const char* home = std::getenv("HOME");
+    std::string dir;
+    if (data && data[0] == '/')
+        dir = data;
+    else if (home && home[0])
+        dir = std::string(home) + "/.local/share";
+    else {
+        *error = "no data folder for the session's tape (neither XDG_DATA_HOME nor HOME is set)";
+        return std::string();
+    }
+    std::string name = title.empty() ? "untitled" : title;
+    std::replace(name.begin(), name.end(), '/', '_');
+    if (name[0] == '.')
+        name[0] = '_';
+    dir += "/quindle/" + name;
+    if (!MakeDirectories(dir)) {
+        *error = dir + ": cannot make the folder for the session's tape";
+        return std::string();
+    }
+    // The last ten sessions are kept: names sort by when they were made.
+    std::vector<std::string> old;
+    if (DIR* d = ::opendir(dir.c_str())) {
+        while (const dirent* e = ::readdir(d)) {
+            const std::string n = e->d_name;
+            if (n.size() > 13 && n.compare(0, 8, "session-") == 0 && n.compare(n.size() - 5, 5, ".tape") == 0)
+                old.push_back(n);
+        }
+        ::closedir(d);
+    }
+    std::sort(old.begin(), old.end());
+    for (std::size_t i = 0; i + 9 < old.size(); i++)
+        std::remove((dir + "/" + old[i]).c_str());
+    const std::time_t now = std::time(nullptr);
+    std::tm local{};
+    ::localtime_r(&now, &local);
+    char stamp[32];
+    std::strftime(stamp, sizeof stamp, "%Y%m%d-%H%M%S", &local);
+    std::string path = dir + "/session-" + stamp + ".tape";
+    for (int n = 2; ::access(path.c_str(), F_OK) == 0; n++)
+        path = dir + "/session-" + stamp + "-" + std::to_string(n) + ".tape";
+    return path;
+}
 
 int PlayerTape::Open(const std::string& record, const std::string& replay, bool haveScript,
                      const std::string& title, const std::string& library, bool window, std::uint32_t* step,
@@ -107,44 +173,61 @@ bool PlayerTape::Input(bool found, SoftInputEvent* event)
     return true;
 }
 
+const std::string PlayerTape::kNone;
+
 void PlayerTape::WatchChecks(bool window)
 {
-    if (!mActive)
-        return;
     gWatched = this;
     gWindowNotice = window;
     // A failed check ends the process: the tape is finished first, then the
-    // report is shown as it would be without a tape.
+    // report is shown as it would be without a tape, then where the game was.
     GLSetAssertNotice([](const char* text, const char* title) {
         std::string report(text);
         while (!report.empty() && report.back() == '\n')
             report.pop_back();
-        if (!gWatched->mTape.FailedCheck(report) && gWatched->mTape.Replaying())
+        if (gWatched->mActive && !gWatched->mTape.FailedCheck(report) && gWatched->mTape.Replaying())
             std::fprintf(stderr, "quindle-player: %s: replay diverged at frame %u: this check did not fail in the "
                                  "recorded run\n",
                          gTapePath.c_str(), gWatched->mTape.Frames() + 1);
-#ifdef QUINDLE_HAVE_WINDOW
-        if (gWindowNotice) {
-            SoftWindow::ShowMessage(title, text);
-            return;
-        }
-#endif
         std::fprintf(stderr, "%s\n%s", title, text);
         std::fflush(stderr);
+        CrashReportCheckFailed();
+#ifdef QUINDLE_HAVE_WINDOW
+        if (gWindowNotice)
+            SoftWindow::ShowMessage(title, text);
+#endif
     });
 }
 
-int PlayerTape::Finish(bool quit, bool closed, bool fault, int status)
+int PlayerTape::EndNow(TapeEnding ending, const std::string& report)
+{
+    if (!mActive)
+        return 0;
+    const bool replaying = mTape.Replaying();
+    const std::uint32_t frame = mTape.Frames() + 1;
+    if (mTape.EndNow(ending, report) || !replaying)
+        return 0;
+    std::fprintf(stderr, "quindle-player: %s: replay diverged at frame %u: the recorded run did not end here (%s)\n",
+                 mPath.c_str(), frame, TapeEndingText(ending));
+    return 4;
+}
+
+int PlayerTape::EndBySignal(int signal, const char* what, void* data)
+{
+    PlayerTape& tape = *static_cast<PlayerTape*>(data);
+    if (signal == SIGINT || signal == SIGTERM)
+        return tape.mTape.Replaying() ? 0 : tape.EndNow(TapeEnding::kInterrupted, "");
+    return tape.EndNow(TapeEnding::kCrashed, what);
+}
+
+int PlayerTape::Finish(TapeEnding ending, int status)
 {
     if (!mActive)
         return status;
-    const TapeEnding ending = quit     ? TapeEnding::kQuit
-                              : fault  ? TapeEnding::kFault
-                              : closed ? TapeEnding::kClosed
-                                       : TapeEnding::kTimeOver;
     std::string report;
     const int verdict = mTape.Finish(ending, &report);
     if (verdict)
         std::fprintf(stderr, "quindle-player: %s: %s\n", mPath.c_str(), report.c_str());
-    return status ? status : verdict;
+    // A replay that diverged says so whatever else went wrong.
+    return verdict == 4 || verdict == 5 ? verdict : status ? status : verdict;
 }

@@ -11,6 +11,11 @@
 #include <string>
 #include <vector>
 
+// Where a window session records by default: a new tape in
+// "$XDG_DATA_HOME/quindle/<title>/" (~/.local/share without it), the older
+// ones beyond the last ten removed. Empty, with `error`, when there is none.
+std::string SessionTapePath(const std::string& title, std::string* error);
+
 class PlayerTape : public SoftClockInputSeam {
 public:
     explicit PlayerTape(SoftKernel& kernel) : mSoft(kernel), mTape(kernel) {}
@@ -25,10 +30,26 @@ public:
     bool Replaying() const { return mTape.Replaying(); }
     // Replaying: every frame of the tape has been played.
     bool AtEnd() const { return mTape.ReplayAtEnd(); }
-    // Failed checks end the tape (recording) or are compared with it (replaying).
+    // Installs the library's check notice: the report is shown (in a window,
+    // as a dialog), the tape ended there (recording) or compared with it
+    // (replaying), and the crash report adds where the game was.
     void WatchChecks(bool window);
+    // The run ends now with a report (an error notice, a crash): recording,
+    // the tape is finished with it; replaying, it is compared with the tape's
+    // end. 0, or 4 when the recorded run did not end so (said on the error
+    // stream).
+    int EndNow(TapeEnding ending, const std::string& report);
+    // Replaying: the recorded run ended here with this report.
+    bool ReplayEndsHere(const std::string& report)
+    {
+        return mTape.Replaying() && mTape.EndNow(mReader.Ending(), report);
+    }
+    // For the crash report: ends the tape for a crash or a kill by `signal`.
+    static int EndBySignal(int signal, const char* what, void* tape);
+    // The tape being recorded, or empty.
+    const std::string& RecordingPath() const { return mTape.Recording() ? mPath : kNone; }
     // The run is over: the status to exit with, given the run's own.
-    int Finish(bool quit, bool closed, bool fault, int status);
+    int Finish(TapeEnding ending, int status);
 
     std::uint32_t Clock(std::uint32_t reading) override { return mTape.HostClock(reading); }
     bool Input(bool found, SoftInputEvent* event) override;
@@ -40,6 +61,7 @@ private:
     std::string mPath;
     bool mActive = false;
     std::vector<std::string> mArgs;
+    static const std::string kNone;
 };
 
 #endif

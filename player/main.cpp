@@ -4,6 +4,7 @@
 //
 // See Usage() below, and docs/KERNEL.md for the game folder.
 #include "Check.h"
+#include "CrashReport.h"
 #include "GameFolder.h"
 #include "HostReports.h"
 #include "Overlay.h"
@@ -63,6 +64,9 @@ void Usage(std::FILE* out)
                  "  --trace           print each sample, message, room, robot and movie\n"
                  "                    the game starts, as TICK WHAT, on standard output\n"
                  "  --record FILE     write the run on a tape (see docs/TAPE.md)\n"
+                 "  --no-record       in a window, record no tape (by default each window\n"
+                 "                    session is recorded in $XDG_DATA_HOME/quindle/<title>/,\n"
+                 "                    the last ten kept)\n"
                  "  --replay FILE     play a tape: its input, clock and step, with every output\n"
                  "                    option (or watched with --window); stops at the first\n"
                  "                    call the game makes otherwise than on the tape\n"
@@ -88,7 +92,10 @@ void Usage(std::FILE* out)
                  "  3  a game that cannot start (no library, the loader refuses it, or it fails to start)\n"
                  "  4  a replay that diverged (the report names the frame and the call)\n"
                  "  5  a tape that ended before its game did\n"
-                 "A failed check of the library ends a replay as it ended the recorded run.\n");
+                 "  6  the game crashed (the report names the tick, the room and the stack)\n"
+                 "A failed check of the library ends a replay as it ended the recorded run.\n"
+                 "SIGINT or SIGTERM stops the run between frames with 128 + the signal; a tape\n"
+                 "being recorded is finished first, whatever ends the run.\n");
 }
 
 struct Options {
@@ -109,6 +116,7 @@ struct Options {
     bool check = false;
     bool strict = false;
     bool trace = false;
+    bool noRecord = false;
     int scale = 0; // the largest that fits the display
     std::string record, replay;
     std::vector<char*> gameArgs;
@@ -198,6 +206,8 @@ bool ParseOptions(int argc, char** argv, Options* o, std::string* error)
             (a == "--record" ? o->record : o->replay) = next;
         } else if (a == "--no-gif") {
             o->noGif = true;
+        } else if (a == "--no-record") {
+            o->noRecord = true;
         } else if (a == "--quiet") {
             o->quiet = true;
         } else if (a == "--window") {
@@ -239,10 +249,119 @@ struct Run {
     std::string writeError;
     int pngs = 0;
     PlayerOverlay* overlay = nullptr; // headless with --overlay
+    PlayerTape* tape = nullptr;
 #ifdef QUINDLE_HAVE_WINDOW
     PlayerWindowKeys* window = nullptr;
+    SoftWindow* shown = nullptr;
 #endif
 };
+
+// How a run ended.
+struct Ending {
+    bool quit = false;
+    bool closed = false;
+    int interrupted = 0; // the signal
+    int status = 0;      // the run's own status so far
+    bool modal = false;  // inside the game's modal input loop
+};
+
+const char* const kModalNote = "ended inside a modal input loop";
+
+// The end of a run: the tape finished, the last frame and the GIF written,
+// the leaks and the summary reported. Returns the status to exit with.
+int EndRun(Run& run, SoftKernel& k, Ending e)
+{
+    const Options& o = *run.options;
+    PlayerTape& tape = *run.tape;
+    std::string error;
+    CrashReportDone();
+    const bool replaying = tape.Replaying();
+    const TapeEnding ending = e.quit          ? TapeEnding::kQuit
+                              : k.HasFault()  ? TapeEnding::kFault
+                              : e.interrupted ? TapeEnding::kInterrupted
+                              : e.closed      ? TapeEnding::kClosed
+                                              : TapeEnding::kTimeOver;
+    int status = e.status;
+    if (k.HasFault()) {
+        std::fprintf(stderr, "quindle-player: %s\n", k.Fault().c_str());
+        status = status ? status : 2;
+    }
+    if (e.interrupted)
+        status = status ? status : 128 + e.interrupted;
+    if (e.modal) {
+        // The game is inside a call: it cannot be finished, and the tape ends
+        // with the note, so that its replay ends at the same call.
+        std::fprintf(stderr, "quindle-player: %s\n", kModalNote);
+        const int verdict = replaying ? 0 : tape.EndNow(ending, kModalNote);
+        status = status ? status : verdict;
+    } else {
+        status = tape.Finish(ending, status);
+    }
+    if (!o.window) {
+        const std::uint8_t* last = run.overlay ? run.overlay->Frame() : k.Frame();
+        if (!SoftWritePng(o.out + "/final.png", last, SoftKernel::kWidth, SoftKernel::kHeight, k.Palette(), &error) ||
+            !run.gif.Close(&error)) {
+            std::fprintf(stderr, "quindle-player: %s\n", error.c_str());
+            status = status ? status : 2;
+        }
+        if (!run.writeError.empty()) {
+            std::fprintf(stderr, "quindle-player: %s\n", run.writeError.c_str());
+            status = status ? status : 2;
+        }
+    }
+    // Inside a modal loop the game still holds what it took.
+    const std::size_t leaks = e.modal ? 0 : k.Ledger().LiveCount();
+    if (leaks) {
+        std::fprintf(stderr, "quindle-player: %zu blocks were not given back%s:\n", leaks,
+                     o.strict ? " (a fault with --strict)" : "");
+        if (o.strict)
+            status = status ? status : 2;
+        k.Ledger().ReportLeaks(stderr);
+    }
+    const char* how = e.quit          ? "the game quit"
+                      : k.HasFault()  ? "stopped by a fault"
+                      : e.interrupted ? "stopped by a signal"
+                      : e.closed      ? "the window was closed"
+                      : replaying     ? "the tape played to its end"
+                                      : "reached its tick limit";
+    if (!o.quiet)
+        std::fprintf(stderr, "quindle-player: %s after %u ticks, %u frames%s%s\n", how,
+                     e.modal ? k.OwnTicks() : k.TicksSeen(),
+                     k.FramesComposed(), o.window ? "" : ", written to ", o.window ? "" : o.out.c_str());
+    return status;
+}
+
+// GetEvent asked again within a frame with nothing due: the game waits in a
+// modal loop. A window gathers its input here, and what ends a run between
+// frames (the tick limit, Ctrl+Q, the window closed, a signal; replaying, the
+// end of the tape) ends it here too.
+void OnModal(SoftKernel& k, void* data)
+{
+    Run& run = *static_cast<Run*>(data);
+    const Options& o = *run.options;
+    Ending e;
+    e.modal = true;
+    bool end = false;
+#ifdef QUINDLE_HAVE_WINDOW
+    if (run.shown) {
+        ::usleep(1000); // the loop waits for the player: it need not spin the processor
+        run.shown->Pump(k);
+        e.quit = run.shown->QuitAsked();
+        e.closed = run.shown->Closed();
+    }
+#endif
+    if (run.tape->Replaying()) {
+        end = run.tape->ReplayEndsHere(kModalNote);
+    } else {
+        e.interrupted = Interrupted();
+        end = e.quit || e.closed || e.interrupted || ((!o.window || o.ticksGiven) && k.OwnTicks() >= o.ticks);
+    }
+    if (!end)
+        return;
+    const int status = EndRun(run, k, e);
+    std::fflush(nullptr);
+    std::_Exit(status);
+}
 
 void OnFrame(SoftKernel& k, void* data)
 {
@@ -281,6 +400,14 @@ void OnFrame(SoftKernel& k, void* data)
     }
 }
 
+// A path given relative to where the player was started, made absolute: the
+// game runs in its own folder.
+void Absolute(std::string* path, const std::string& from)
+{
+    if (!path->empty() && (*path)[0] != '/')
+        *path = from + "/" + *path;
+}
+
 bool MakeDirectory(const std::string& dir)
 {
     struct stat st;
@@ -302,19 +429,49 @@ int main(int argc, char** argv)
     }
     if (o.check)
         return CheckGameFolder(o.folder, o.script, o.strict, stdout);
+    char started[4096];
+    if (!::getcwd(started, sizeof started)) {
+        std::fprintf(stderr, "quindle-player: the working directory cannot be read\n");
+        return 2;
+    }
+    for (std::string* path : {&o.folder, &o.script, &o.out, &o.gif, &o.record, &o.replay, &o.saves.saveFile,
+                              &o.saves.load, &o.saves.check})
+        Absolute(path, started);
     GameFile game;
     if (!ReadGameFile(o.folder, &game, &error)) {
         std::fprintf(stderr, "quindle-player: %s\n", error.c_str());
         return 2;
     }
 
+    if (o.window) {
+        // Without a display SDL would fall back to a driver that shows nothing.
+        const char* driver = std::getenv("SDL_VIDEODRIVER");
+        if (!std::getenv("DISPLAY") && !std::getenv("WAYLAND_DISPLAY") && !(driver && driver[0])) {
+            std::fprintf(stderr, "quindle-player: --window needs a display (neither DISPLAY nor WAYLAND_DISPLAY is set)\n");
+            return 3;
+        }
+    }
     SoftKernel k;
     PlayerTape tape(k);
+    if (o.window && !o.noRecord && o.record.empty() && o.replay.empty()) {
+        // Every crash a tester sees in a window comes with its replay.
+        o.record = SessionTapePath(game.title, &error);
+        if (o.record.empty())
+            std::fprintf(stderr, "quindle-player: %s: playing without a tape\n", error.c_str());
+    }
     if (const int failed = tape.Open(o.record, o.replay, !o.script.empty(), game.title, game.library, o.window,
                                      &o.step, &o.gameArgs))
         return failed;
     k.SetTicksPerFrame(o.step);
     InstallHostReports(k, o.strict, o.trace);
+    SetHostFaultHook([](const char* report, void* t) { return static_cast<PlayerTape*>(t)->EndNow(TapeEnding::kFault, report); },
+                     &tape);
+    CrashHooks crash;
+    crash.kernel = &k;
+    crash.finishTape = &PlayerTape::EndBySignal;
+    crash.data = &tape;
+    crash.tapePath = tape.RecordingPath();
+    InstallCrashReport(crash);
     if (!k.SetGameFolder(o.folder)) {
         std::fprintf(stderr, "quindle-player: %s\n", k.Fault().c_str());
         return 2;
@@ -330,6 +487,7 @@ int main(int argc, char** argv)
 
     Run run;
     run.options = &o;
+    run.tape = &tape;
     PlayerOverlay overlay;
     if (o.overlay && !o.window)
         run.overlay = &overlay;
@@ -341,9 +499,9 @@ int main(int argc, char** argv)
             std::fprintf(stderr, "quindle-player: %s\n", error.c_str());
             return 3;
         }
-        GLSetAssertNotice([](const char* text, const char* title) { SoftWindow::ShowMessage(title, text); });
         k.UseRealClock(true);
         run.window = &keys;
+        run.shown = &window;
         if (!window.StartAudio(k))
             std::fprintf(stderr, "quindle-player: no audio device: playing without sound\n");
     }
@@ -365,6 +523,7 @@ int main(int argc, char** argv)
         }
     }
     k.SetFrameHook(&OnFrame, &run);
+    k.SetModalHook(&OnModal, &run);
 
     QuindleGameStartFunction start = nullptr;
     if (const int failed = LoadGameLibrary(game.library, &start, &error)) {
@@ -372,8 +531,13 @@ int main(int argc, char** argv)
         return failed;
     }
 
-    // The game folder is the directory of the room libraries.
+    // The game folder is the directory of the room libraries, and the game's
+    // working directory: what it reads by a relative name is in its folder.
     GLSetRoomDirectory(o.folder.c_str());
+    if (::chdir(o.folder.c_str()) != 0) {
+        std::fprintf(stderr, "quindle-player: %s: cannot work in the game folder\n", o.folder.c_str());
+        return 2;
+    }
     tape.WatchChecks(o.window);
 
     o.gameArgs.insert(o.gameArgs.begin(), argv[0]);
@@ -395,8 +559,11 @@ int main(int argc, char** argv)
     int status = 0;
     bool quit = false, closed = false;
     std::uint32_t shown = 0;
+    int interrupted = 0;
     while (!k.HasFault()) {
         if (tape.Replaying() ? tape.AtEnd() : (!o.window || o.ticksGiven) && k.GetTicks() >= o.ticks)
+            break;
+        if ((interrupted = Interrupted()) != 0)
             break;
         const std::uint32_t framesBefore = k.FramesComposed();
         if (!loop.step(loop.state)) {
@@ -407,7 +574,7 @@ int main(int argc, char** argv)
             // Without a frame the headless clock stands still: the run would never end.
             std::fprintf(stderr, "quindle-player: %s: a step drew no frame (the kernel's UpdateScreen was not called)\n",
                          game.library.c_str());
-            status = 3;
+            status = 2;
             break;
         }
         int saveKey = 0;
@@ -433,33 +600,12 @@ int main(int argc, char** argv)
         std::fprintf(stderr, "\r%70s\r", "");
     if (loop.finish)
         loop.finish(loop.state);
-    status = tape.Finish(quit, closed, k.HasFault(), status);
-
-    if (k.HasFault()) {
-        std::fprintf(stderr, "quindle-player: %s\n", k.Fault().c_str());
-        status = 2;
-    }
-    if (!o.window) {
-        const std::uint8_t* last = run.overlay ? overlay.Frame() : k.Frame();
-        if (!SoftWritePng(o.out + "/final.png", last, SoftKernel::kWidth, SoftKernel::kHeight, k.Palette(), &error) ||
-            !run.gif.Close(&error)) {
-            std::fprintf(stderr, "quindle-player: %s\n", error.c_str());
-            status = status ? status : 2;
-        }
-        if (!run.writeError.empty()) {
-            std::fprintf(stderr, "quindle-player: %s\n", run.writeError.c_str());
-            status = status ? status : 2;
-        }
-    }
-    const std::size_t leaks = k.Ledger().LiveCount();
-    if (leaks)
-        std::fprintf(stderr, "quindle-player: %zu blocks were not given back:\n", leaks);
-    k.Ledger().ReportLeaks(stderr);
-    if (!o.quiet)
-        std::fprintf(stderr, "quindle-player: %s after %u ticks, %u frames%s%s\n",
-                     quit ? "the game quit" : k.HasFault() ? "stopped by a fault" : "time over", k.GetTicks(),
-                     k.FramesComposed(), o.window ? "" : ", written to ", o.window ? "" : o.out.c_str());
+    Ending ending;
+    ending.quit = quit;
+    ending.closed = closed;
+    ending.interrupted = interrupted;
+    ending.status = status;
     // The game library stays loaded: objects of the game may still be referred
     // to by the library's statics at exit.
-    return status;
+    return EndRun(run, k, ending);
 }

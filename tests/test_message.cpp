@@ -36,11 +36,14 @@ using MessageTest = QuindleTest;
 TEST_F(MessageTest, FillByKeysThenByNextTakesTextTalkerAndTheKeysTheKernelReports)
 {
     k.AddMessage(7, 8, 9, 10, 1, 4, "First line");
-    k.AddMessage(7, 8, 9, 10, 2, 5, "Second");
     GLMessage message;
     EXPECT_EQ(Held(message), "null by 0 keys -1 -1 -1 -1 -1 last -1 -1 -1 -1 -1");
     EXPECT_EQ(message.Fill(7, 8, 9, 10, 1), 4);
     EXPECT_EQ(Held(message), "'First line' by 4 keys 7 8 9 10 1 last 7 8 9 10 1");
+    // Messages added after one was handed out (the store may move) leave "next" working.
+    k.AddMessage(7, 8, 9, 10, 2, 5, "Second");
+    for (int i = 0; i < 64; i++)
+        k.AddMessage(1, 1, 1, 1, i + 1, 1, "filler");
     EXPECT_EQ(k.Calls(), (std::vector<std::string>{"GetMessageSize(7,8,9,10,1)", "GetMessage(7,8,9,10,1,11)",
                                                    "GetLastMessageKeys()"}));
 

@@ -146,7 +146,7 @@ TEST(DemoPlaythrough, EndsCleanlyAtAnyMoment)
         const int status = std::system(command.c_str());
         const std::string errors = ReadAll(out + "/errors.txt");
         EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0) << "ended at tick " << ticks << "\n" << errors;
-        EXPECT_NE(errors.find("time over"), std::string::npos) << errors;
+        EXPECT_NE(errors.find("reached its tick limit"), std::string::npos) << errors;
         EXPECT_EQ(errors.find("not given back"), std::string::npos) << "ended at tick " << ticks << "\n" << errors;
     }
     (void)std::system(("rm -rf " + out).c_str());
@@ -357,7 +357,7 @@ TEST(DemoWindow, StartsAndEndsCleanly)
     char dir[] = "/tmp/quindle-demo-window-XXXXXX";
     ASSERT_TRUE(::mkdtemp(dir));
     const std::string out = dir;
-    const std::string command = "SDL_VIDEODRIVER=dummy SDL_AUDIODRIVER=none " + std::string(PLAYER) + " " +
+    const std::string command = "SDL_VIDEODRIVER=dummy SDL_AUDIODRIVER=none XDG_DATA_HOME=" + out + " " + PLAYER + " " +
                                 DEMO_FOLDER + " --window --ticks 90 > " + out + "/log.txt 2> " + out + "/errors.txt";
     const int status = std::system(command.c_str());
     const std::string log = ReadAll(out + "/log.txt"), errors = ReadAll(out + "/errors.txt");

@@ -531,6 +531,14 @@ void RecordingKernel::AddMessage(int k1, int k2, int k3, int k4, int sequence, i
     messages.push_back(Message{{k1, k2, k3, k4}, sequence, talker, text, audioTicks});
 }
 
+void RecordingKernel::RememberMessage(const Message& message)
+{
+    for (int i = 0; i < 4; ++i)
+        mLastKeys[i] = message.keys[i];
+    mLastKeys[4] = message.sequence;
+    mHaveLastMessage = true;
+}
+
 const RecordingKernel::Message* RecordingKernel::FindMessage(int k1, int k2, int k3, int k4, int sequence) const
 {
     for (const auto& message : messages)
@@ -542,9 +550,9 @@ const RecordingKernel::Message* RecordingKernel::FindMessage(int k1, int k2, int
 
 const RecordingKernel::Message* RecordingKernel::NextMessage() const
 {
-    return mLastMessage ? FindMessage(mLastMessage->keys[0], mLastMessage->keys[1], mLastMessage->keys[2],
-                                      mLastMessage->keys[3], mLastMessage->sequence + 1)
-                        : nullptr;
+    // Found again by its keys: AddMessage may have moved the one last got.
+    return mHaveLastMessage ? FindMessage(mLastKeys[0], mLastKeys[1], mLastKeys[2], mLastKeys[3], mLastKeys[4] + 1)
+                            : nullptr;
 }
 
 int RecordingKernel::SizeOf(const Message* message, int* piSize)
@@ -563,7 +571,7 @@ int RecordingKernel::HandOut(const Message* message, char* pBuffer, int iBufferS
         std::strncpy(pBuffer, message->text.c_str(), static_cast<std::size_t>(iBufferSize));
         pBuffer[iBufferSize - 1] = '\0';
     }
-    mLastMessage = message;
+    RememberMessage(*message);
     return message->talker;
 }
 
@@ -594,11 +602,10 @@ int RecordingKernel::GetNextMessage(char* pBuffer, int iBufferSize)
 void RecordingKernel::GetLastMessageKeys(int* piKeys)
 {
     Log("GetLastMessageKeys");
-    if (!mLastMessage)
+    if (!mHaveLastMessage)
         return;
-    for (int i = 0; i < 4; ++i)
-        piKeys[i] = mLastMessage->keys[i];
-    piKeys[4] = mLastMessage->sequence;
+    for (int i = 0; i < 5; ++i)
+        piKeys[i] = mLastKeys[i];
 }
 
 int RecordingKernel::PlayMessageAudio(int k1, int k2, int k3, int k4, int iSequence, int a, int iVolume, int b)

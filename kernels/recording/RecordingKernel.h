@@ -182,6 +182,7 @@ private:
     // Copies a message's text (cut to the buffer) and makes it the one last
     // got; returns its talker, 0 when there is none.
     int HandOut(const Message* message, char* pBuffer, int iBufferSize);
+    void RememberMessage(const Message& message);
 
     std::vector<std::string> mCalls;
     AllocationLedger mLedger;
@@ -191,7 +192,10 @@ private:
     std::int32_t mNextPlaneId = kFirstPlaneId;
     std::int32_t mNextItemId = 1;
     std::int32_t mNextPolygonId = 0;
-    const Message* mLastMessage = nullptr;
+    // The last message handed out, by its keys: `messages` may grow (and move)
+    // between one message and the next.
+    bool mHaveLastMessage = false;
+    int mLastKeys[5] = {0, 0, 0, 0, 0}; // four keys, then the sequence
     std::map<int, std::uint32_t> mSpeechEnds; // message index -> tick its speech ends
     int mRobotPolls = 0;
 };

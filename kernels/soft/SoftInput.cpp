@@ -64,8 +64,27 @@ std::uint32_t SoftInput::OwnClock() const
 
 void SoftInput::AdvanceClock()
 {
+    mLooks = 0;
     if (!mRealClock)
         mTicks += mTicksPerFrame;
+}
+
+bool SoftInput::WaitInFrame(std::uint32_t uMask)
+{
+    if (mLooks++ == 0)
+        return false;
+    const std::uint32_t now = OwnClock();
+    std::uint32_t next = now + mTicksPerFrame;
+    for (const SoftInputEvent& e : mQueue) {
+        if ((e.type & uMask) == 0)
+            continue;
+        if (e.tick <= now)
+            return false;
+        next = e.tick < next ? e.tick : next;
+    }
+    if (!mRealClock)
+        mTicks = next;
+    return true;
 }
 
 bool SoftInput::NextEvent(std::uint32_t uMask, KernelEventRecord* pRecord)

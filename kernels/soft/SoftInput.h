@@ -47,12 +47,23 @@ public:
     void SetInFrameHook(bool in) { mInFrameHook = in; }
 
     std::uint32_t Now() const;
+    // The clock as the game last saw it, without reading it again (nothing
+    // passes the seam): what a report of a crash names.
+    std::uint32_t LastSeen() const { return mSeam ? mLastNow : OwnClock(); }
+    // The kernel's own clock, whatever a seam makes of it.
+    std::uint32_t OwnTicks() const { return OwnClock(); }
     // A frame was composed: the virtual clock moves on.
     void AdvanceClock();
 
     // Fills `record` with the first due event of a type in `mask`, or a null
     // event at the pointer. True when a press or a key was handed out.
     bool NextEvent(std::uint32_t mask, KernelEventRecord* record);
+    // Asked for an event again within one frame (a modal loop draws no frame
+    // between): true, and the virtual clock has moved on to the next queued
+    // event or by one frame's ticks, whichever comes first, so that waiting
+    // for a later event ends. False for the frame's first look, or when an
+    // event of the mask is due.
+    bool WaitInFrame(std::uint32_t mask);
     // A press or key is due: takes it (it ends a movie).
     bool TakeEnding();
 
@@ -73,6 +84,7 @@ private:
     bool mRealClock = false;
     SoftClockInputSeam* mSeam = nullptr;
     bool mInFrameHook = false;
+    std::uint32_t mLooks = 0; // GetEvent calls since the last frame
     mutable std::uint32_t mLastNow = 0;
     std::uint64_t mRealStart = 0;
     std::deque<SoftInputEvent> mQueue;

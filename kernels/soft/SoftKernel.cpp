@@ -193,8 +193,15 @@ void SoftKernel::UpdateScreen(int /*fFlag*/)
 
 void SoftKernel::GetEvent(std::uint32_t uMask, KernelEventRecord* pRecord)
 {
-    if (pRecord && mInput.NextEvent(uMask, pRecord))
+    // A modal loop asks again and again with no frame between: the clock
+    // moves on there, and the host may gather input or end the run.
+    if (mInput.WaitInFrame(uMask) && mModalHook)
+        mModalHook(*this, mModalHookData);
+    if (pRecord && mInput.NextEvent(uMask, pRecord)) {
         mMovies.InputArrived();
+        if (mInputHook)
+            mInputHook(*this, *pRecord, mInputHookData);
+    }
 }
 
 void SoftKernel::ShowCursor()

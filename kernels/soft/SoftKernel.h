@@ -37,7 +37,10 @@
 // is the same every time. With a real clock (the player's window) it reads the
 // time since the kernel started. GetTime answers whole seconds of that clock.
 // The clock and the input queue live in SoftInput.h; headless, events come
-// from a script (SoftScript.h) as the clock reaches their tick.
+// from a script (SoftScript.h) as the clock reaches their tick. A modal input
+// loop asks GetEvent again and again with no frame between: from the second
+// look in a frame the virtual clock moves on to the next queued event, or by
+// one frame's ticks, so that the loop sees the time pass.
 //
 // Sound: SoftAudio.h.
 //
@@ -129,6 +132,21 @@ public:
     // Called with one line for each step a developer debugging a game follows:
     // "sample 5 starts", "sample 5 stops", "sample 5 ends", "message 100 1 1 0 1
     // (talker 1): <text>", "robot 10 starts", "movie 300.VMD starts".
+    // Called when GetEvent is asked again within one frame with nothing due
+    // (a modal input loop), after the virtual clock has moved on: a window
+    // gathers its input here, and a host may end the run from here.
+    void SetModalHook(void (*hook)(SoftKernel&, void*), void* data)
+    {
+        mModalHook = hook;
+        mModalHookData = data;
+    }
+    // Called after GetEvent hands out a press or a key, with the event (the
+    // player's --trace looks at what the press lands on).
+    void SetInputHook(void (*hook)(SoftKernel&, const KernelEventRecord&, void*), void* data)
+    {
+        mInputHook = hook;
+        mInputHookData = data;
+    }
     void SetTraceHook(void (*hook)(const char* line, void*), void* data)
     {
         mTraceHook = hook;
@@ -139,6 +157,12 @@ public:
     const SoftPalette& Palette() const { return mPalette; }
     void SetPalette(const SoftPalette& palette);
     std::uint32_t FramesComposed() const { return mFramesComposed; }
+    // The clock as the game last read it; reading it so changes nothing (a
+    // tape between the kernel and the game sees no call).
+    std::uint32_t TicksSeen() const { return mInput.LastSeen(); }
+    // The kernel's own clock (a tape may serve the game another); reading it
+    // changes nothing.
+    std::uint32_t OwnTicks() const { return mInput.OwnTicks(); }
     // Composes the frame without advancing the clock: first what time moves
     // is brought up to the clock (transitions ending, scrolls finishing,
     // movies moving to their frame), then the frame is drawn from that state.
@@ -395,6 +419,10 @@ private:
     std::uint32_t mFramesComposed = 0;
     void (*mFrameHook)(SoftKernel&, void*) = nullptr;
     void* mFrameHookData = nullptr;
+    void (*mModalHook)(SoftKernel&, void*) = nullptr;
+    void (*mInputHook)(SoftKernel&, const KernelEventRecord&, void*) = nullptr;
+    void* mInputHookData = nullptr;
+    void* mModalHookData = nullptr;
     void (*mTraceHook)(const char*, void*) = nullptr;
     void* mTraceHookData = nullptr;
 

@@ -9,6 +9,7 @@
 #include <array>
 #include <cstring>
 #include <unordered_set>
+#include <iterator>
 
 namespace {
 
@@ -107,7 +108,7 @@ bool SoftParseViewManifest(const std::string& text, const std::string& name, std
         }
         seen[static_cast<int>(loop)][static_cast<int>(cel)] = true;
         cels->push_back(SoftCelEntry{static_cast<int>(loop), static_cast<int>(cel), w[3], static_cast<int>(ox),
-                                     static_cast<int>(oy)});
+                                     static_cast<int>(oy), static_cast<int>(i) + 1});
     }
     if (cels->empty()) {
         *error = name + ": the view has no cels";
@@ -364,6 +365,7 @@ void SoftResources::SetFolder(const std::string& folder)
     mMessagesRead = false;
     mMessages.clear();
     mHeldPixels = 0;
+    mMessagesError.clear();
 }
 
 std::string SoftResources::PathOf(const std::string& relative) const
@@ -446,6 +448,9 @@ const SoftView* SoftResources::View(int view, std::string* error)
                 bmp.originX = c.originX;
                 bmp.originY = c.originY;
                 ok = ReadBitmap(files[i], &bmp, &slot.error);
+                if (!ok) // the manifest's line tells which cel wanted the picture
+                    slot.error += " (" + path + ":" + std::to_string(c.line) + ", loop " + std::to_string(c.loop) +
+                                  " cel " + std::to_string(c.cel) + ")";
             }
             if (ok)
                 slot.value = std::move(v);
@@ -457,12 +462,27 @@ const SoftView* SoftResources::View(int view, std::string* error)
     return found->second.value.get();
 }
 
+void SoftResources::SetPaletteForImages(const SoftPalette& palette)
+{
+    if (std::memcmp(&palette, &mPalette, sizeof palette) == 0)
+        return;
+    mPalette = palette;
+    const auto dropRead = [](auto& slots) {
+        for (auto i = slots.begin(); i != slots.end();)
+            i = i->second.put ? std::next(i) : slots.erase(i);
+    };
+    dropRead(mViews);
+    dropRead(mPictures);
+    mGeneration++;
+}
+
 void SoftResources::PutView(int view, SoftView v)
 {
     mGeneration++;
     Slot<SoftView>& slot = mViews[view];
     slot.value = std::make_unique<SoftView>(std::move(v));
     slot.error.clear();
+    slot.put = true;
 }
 
 void SoftResources::PutPicture(int picture, SoftBitmap b)
@@ -470,6 +490,7 @@ void SoftResources::PutPicture(int picture, SoftBitmap b)
     mGeneration++;
     Slot<SoftBitmap>& slot = mPictures[picture];
     slot.value = std::make_unique<SoftBitmap>(std::move(b));
+    slot.put = true;
     slot.error.clear();
 }
 

@@ -47,6 +47,7 @@ struct SoftCelEntry {
     std::string file;
     int originX = 0;
     int originY = 0;
+    int line = 0; // the manifest's line that names it
 };
 
 struct SoftRobotFrame {
@@ -143,7 +144,10 @@ public:
     // Registers a view made in memory (tests, generated games); replaces a cached one.
     void PutView(int view, SoftView v);
     void PutPicture(int picture, SoftBitmap b);
-    void SetPaletteForImages(const SoftPalette& palette) { mPalette = palette; }
+    // The palette pictures read from files are matched to. A different one
+    // drops the views and pictures read before (not those put in memory), so
+    // that they are read again with it; a robot keeps the frames it has.
+    void SetPaletteForImages(const SoftPalette& palette);
     // Grows whenever a view or picture handed out before may have been
     // replaced or dropped (a new folder, PutView, PutPicture).
     std::uint64_t Generation() const { return mGeneration; }
@@ -152,6 +156,7 @@ private:
     template <class T> struct Slot {
         std::unique_ptr<T> value;
         std::string error;
+        bool put = false; // made in memory (PutView, PutPicture), not read
     };
     // Whether the PNGs of one resource, by their headers, fit beside what is
     // held already; else false with `error` naming the file that passes

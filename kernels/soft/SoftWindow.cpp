@@ -228,6 +228,7 @@ void SoftWindow::Pump(SoftKernel& kernel)
             if (e.key.keysym.sym == SDLK_q && (e.key.keysym.mod & KMOD_CTRL)) {
                 in.message = kQuitKey;
                 in.modifiers = kQuitModifiers;
+                mQuitAsked = true;
             } else {
                 in.message = KeyCode(e.key.keysym.sym);
                 if (in.message == 0)

@@ -48,6 +48,8 @@ public:
     void Hold(bool hold);
     // True once the window was closed.
     bool Closed() const { return mClosed; }
+    // Ctrl+Q was pressed (it is also handed to the game as its quit key).
+    bool QuitAsked() const { return mQuitAsked; }
     // A modal message box (the library's assertion notice, in a window).
     static void ShowMessage(const char* title, const char* text);
 
@@ -59,6 +61,7 @@ private:
     void* mTexture = nullptr;  // SDL_Texture*
     int mScale = 2;
     bool mClosed = false;
+    bool mQuitAsked = false;
     unsigned mAudio = 0;       // SDL_AudioDeviceID, 0 when none
     int mAudioRate = 22050;
     std::map<long long, double> mCursors; // per source: the position mixed up to, in WAV frames

@@ -158,6 +158,10 @@ const char* TapeEndingText(TapeEnding ending)
         return "the kernel met a fault";
     case TapeEnding::kFailedCheck:
         return "a check of the library failed";
+    case TapeEnding::kCrashed:
+        return "the game crashed";
+    case TapeEnding::kInterrupted:
+        return "it was interrupted";
     }
     return "?";
 }
@@ -435,7 +439,7 @@ bool TapeReader::Parse(const std::uint8_t* data, std::size_t size, const std::st
             const std::uint8_t ending = e.Byte();
             const std::uint64_t frames = e.Var();
             mEndReport = e.String();
-            if (!e.ok || e.at != e.n || ending < 1 || ending > 5 || frames != mFrameOffsets.size())
+            if (!e.ok || e.at != e.n || ending < 1 || ending > 7 || frames != mFrameOffsets.size())
                 return fail("damaged end record", start);
             mEnding = static_cast<TapeEnding>(ending);
             mHasEnd = true;

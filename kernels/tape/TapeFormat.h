@@ -72,7 +72,18 @@ struct TapeHeader {
 };
 
 // How the recorded run ended.
-enum class TapeEnding : std::uint8_t { kQuit = 1, kTimeOver = 2, kClosed = 3, kFault = 4, kFailedCheck = 5 };
+// kFault: the kernel met a fault or the library sent an error notice; kCrashed:
+// the game's code crashed (the report names the signal); kInterrupted: the
+// run was stopped by SIGINT or SIGTERM.
+enum class TapeEnding : std::uint8_t {
+    kQuit = 1,
+    kTimeOver = 2,
+    kClosed = 3,
+    kFault = 4,
+    kFailedCheck = 5,
+    kCrashed = 6,
+    kInterrupted = 7
+};
 const char* TapeEndingText(TapeEnding ending);
 
 // Writes a tape record by record, each reaching the file within a sixtieth of a

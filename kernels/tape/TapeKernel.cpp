@@ -329,7 +329,10 @@ bool TapeKernel::HostInput(bool found, TapeInputEvent* event)
 
 bool TapeKernel::ReplayAtEnd() const
 {
-    return mMode == Mode::kReplay && mReader->HasEnd() && mFrameNumber >= mReader->FrameCount();
+    // A run that ended with a report (a failed check, an error notice, a
+    // crash) goes on into the calls after the last frame, to meet it again.
+    return mMode == Mode::kReplay && mReader->HasEnd() && mReader->EndReport().empty() &&
+           mFrameNumber >= mReader->FrameCount();
 }
 
 void TapeKernel::StartRecordedFrame()
@@ -375,21 +378,28 @@ int TapeKernel::Finish(TapeEnding ending, std::string* report)
         return 5;
     }
     const TapeEnding recorded = mReader->Ending();
-    if (recorded == TapeEnding::kFailedCheck || (recorded == TapeEnding::kQuit) != (ending == TapeEnding::kQuit)) {
+    // A run that ended with a report (a failed check, an error notice, a
+    // crash) must end with it again.
+    const bool reported = !mReader->EndReport().empty();
+    if (reported || (recorded == TapeEnding::kQuit) != (ending == TapeEnding::kQuit)) {
         *report = "replay diverged at " + Where() + ": the recorded run ended because " +
-                  TapeEndingText(recorded) +
-                  (recorded == TapeEnding::kFailedCheck ? " (" + mReader->EndReport() + ")" : std::string()) +
+                  TapeEndingText(recorded) + (reported ? " (" + mReader->EndReport() + ")" : std::string()) +
                   ", the replay because " + TapeEndingText(ending);
         return 4;
     }
     return 0;
 }
 
-bool TapeKernel::FailedCheck(const std::string& report)
+bool TapeKernel::EndNow(TapeEnding ending, const std::string& report)
 {
     if (mMode == Mode::kRecord) {
         mFrame.calls.resize(mCallsUsed);
-        mWriter.WriteEnd(mFrame, TapeEnding::kFailedCheck, mFrameNumber, report);
+        // Ended inside an operation (a modal loop's GetEvent, a crash in the
+        // kernel): that call is on the tape too, as a replay has made it when
+        // it gets here.
+        if (mDepth > 0)
+            mFrame.calls.push_back(mCall);
+        mWriter.WriteEnd(mFrame, ending, mFrameNumber, report);
         mMode = Mode::kPass;
         return true;
     }
@@ -397,8 +407,8 @@ bool TapeKernel::FailedCheck(const std::string& report)
         return false;
     if (mNeedFrame)
         LoadFrame();
-    return mInPartial && mPos == mFrame.calls.size() && mReader->HasEnd() &&
-           mReader->Ending() == TapeEnding::kFailedCheck && mReader->EndReport() == report;
+    return mInPartial && mPos == mFrame.calls.size() && mReader->HasEnd() && mReader->Ending() == ending &&
+           mReader->EndReport() == report;
 }
 
 // ----- the operations -----

@@ -77,7 +77,12 @@ public:
     // A check of the library failed with this report. Recording: ends the
     // tape there. Replaying: true when the recorded run failed the same check
     // at the same call.
-    bool FailedCheck(const std::string& report);
+    bool FailedCheck(const std::string& report) { return EndNow(TapeEnding::kFailedCheck, report); }
+    // The run ends now, in the middle of a frame perhaps (a failed check, an
+    // error notice, a crash, a kill), with this report. Recording: writes the
+    // calls so far and the end, and closes the tape. Replaying: true when the
+    // recorded run ended the same way, with the same report, at the same call.
+    bool EndNow(TapeEnding ending, const std::string& report);
 
     std::uint32_t Frames() const { return mFrameNumber; }
     std::uint32_t LastTick() const { return mLastTicks; }

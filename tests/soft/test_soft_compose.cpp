@@ -227,6 +227,23 @@ TEST_F(SoftCompose, PicturesMirrorAddAtAndMoveWithTheirPlane)
     e.Fill(30, 22, 33, 25, 12); // mirrored: right half first
     e.Fill(34, 22, 37, 25, 10);
     EXPECT_TRUE(FrameMatches(k, e, "pictures"));
+    {
+        // A new palette maps a picture read before it afresh: colour 12's
+        // shade is now at 200, and 12 is another colour.
+        SoftKernel fresh;
+        ASSERT_TRUE(fresh.SetGameFolder(game.Dir()));
+        KernelPlaneRecord* q = MakePlane(fresh, -4, 7, ZOR_Rect(0, 0, 9, 9), 0, 5, 0);
+        fresh.UpdateScreen(1);
+        ASSERT_EQ(fresh.Frame()[5], 12);
+        SoftPalette palette = fresh.Palette();
+        palette.colors[200] = palette.colors[12];
+        palette.colors[12] = SoftColor{1, 2, 3};
+        fresh.SetPalette(palette);
+        q->picture = 5;
+        fresh.UpdatePlane(q);
+        fresh.UpdateScreen(1);
+        EXPECT_EQ(fresh.Frame()[5], 200);
+    }
 
     KernelScreenItemRecord* r = MakeItem(k, p, 10, 0, 1, 0, 10);
     k.MovePlaneItems(p->id, 5, 1, 1);

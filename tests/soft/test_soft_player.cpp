@@ -5,6 +5,7 @@
 #include "SoftText.h"
 
 #include <cstdio>
+#include <algorithm>
 #include <filesystem>
 
 using namespace soft_test;
@@ -54,7 +55,7 @@ TEST_F(SoftPlayer, RunsTheExampleHeadlessTakesTheScriptedClicksAndQuitsOrRunsOut
     // Without a quit the run ends when its time is over.
     const Result timed = Play(game, "--out " + game.Path("o") + " --ticks 30 --step 3");
     EXPECT_EQ(timed.status, 0) << timed.output;
-    EXPECT_NE(timed.output.find("time over after 30 ticks, 10 frames"), std::string::npos) << timed.output;
+    EXPECT_NE(timed.output.find("reached its tick limit after 30 ticks, 10 frames"), std::string::npos) << timed.output;
 }
 
 TEST_F(SoftPlayer, TwoRunsOfTheSameGameAndScriptGiveTheSameFrames)
@@ -104,20 +105,42 @@ TEST_F(SoftPlayer, BadInputGivesAMessageNamingTheFileAndAFailingStatus)
         EXPECT_NE(r.output.find("quindle-player: " + c.message), std::string::npos) << r.output;
         EXPECT_EQ(r.output.find("Sanitizer"), std::string::npos) << r.output;
     }
+#ifdef QUINDLE_HAVE_WINDOW
+    ASSERT_EQ(Shell(std::string(MAKE_EXAMPLE) + " " + game.Dir() + " " + EXAMPLE_GAME).status, 0);
+    const Result noDisplay = Shell("env -u DISPLAY -u WAYLAND_DISPLAY -u SDL_VIDEODRIVER " + std::string(PLAYER) +
+                                   " " + game.Dir() + " --window --no-record");
+    EXPECT_EQ(noDisplay.status, 3);
+    EXPECT_EQ(noDisplay.output,
+              "quindle-player: --window needs a display (neither DISPLAY nor WAYLAND_DISPLAY is set)\n");
+#endif
 }
 
 #ifdef QUINDLE_HAVE_WINDOW
 // The window with SDL's display-less drivers: frames are shown, the real clock
-// runs, the sound is mixed, and the run ends by its ticks.
+// runs, the sound is mixed, and the run ends by its ticks. The session is
+// recorded in the data folder, beside the last nine of before, and replays.
 TEST_F(SoftPlayer, PlaysInAWindow)
 {
     // Clicks (each plays the example's blip) come at once: the script's ticks
     // are the real clock's here.
     game.Write("clicks.txt", "0 press 100 100\n1 press 200 200\n");
-    const Result r = Shell("SDL_VIDEODRIVER=dummy SDL_AUDIODRIVER=dummy " + std::string(PLAYER) + " " + game.Dir() +
-                           " --window --scale 1 --ticks 20 --script " + game.Path("clicks.txt"));
+    const std::string sessions = game.Path("data/quindle/quindle example");
+    for (int i = 10; i < 21; i++)
+        game.Write("data/quindle/quindle example/session-20000101-0000" + std::to_string(i) + ".tape", "old");
+    const Result r = Shell("SDL_VIDEODRIVER=dummy SDL_AUDIODRIVER=dummy XDG_DATA_HOME=" + game.Path("data") + " " +
+                           PLAYER + " " + game.Dir() + " --window --scale 1 --ticks 20 --script " +
+                           game.Path("clicks.txt"));
     EXPECT_EQ(r.status, 0) << r.output;
-    EXPECT_NE(r.output.find("time over after"), std::string::npos) << r.output;
+    EXPECT_NE(r.output.find("reached its tick limit after"), std::string::npos) << r.output;
+    std::vector<std::string> kept;
+    for (const auto& e : std::filesystem::directory_iterator(sessions))
+        kept.push_back(e.path().filename().string());
+    std::sort(kept.begin(), kept.end());
+    ASSERT_EQ(kept.size(), 10u);
+    EXPECT_EQ(kept[0], "session-20000101-000012.tape");
+    const Result replayed = Shell(std::string(PLAYER) + " " + game.Dir() + " --quiet --no-gif --out " +
+                                  game.Path("re") + " --replay '" + sessions + "/" + kept.back() + "'");
+    EXPECT_EQ(replayed.status, 0) << replayed.output;
 }
 #endif
 

@@ -41,7 +41,7 @@ TEST(SoftResources, ViewsAnswerTheirLoopsAndCelsAndBadOnesAreReportedByFileAndFa
         {1, v + "1.txt: loop 0 has no cel 1 (cels are numbered from 0)"},
         {2, v + "2.txt:1: expected 'cel <loop 0..999> <cel 0..9999> <file.png> <originX> <originY>'"},
         {4, v + "broken.png: not a readable PNG"},
-        {5, v + "missing.png: no such file"},
+        {5, v + "missing.png: no such file (" + v + "5.txt:1, loop 0 cel 0)"},
         {6, v + "6.txt:2: loop 0 cel 0 is given twice"},
         {7, v + "7.txt: loop 0 is missing (loops are numbered from 0)"},
         {8, v + "8.txt: the view has no cels"},
@@ -254,6 +254,11 @@ TEST(SoftMessageFile, ABadLineIsNamed)
     int size = 0;
     EXPECT_FALSE(k.GetMessageSize(1, 2, 3, 4, 1, &size));
     EXPECT_EQ(k.Fault().rfind(game.Path("messages.txt") + ":2: expected", 0), 0u) << k.Fault();
+    // Another folder, with good messages, forgets the bad file.
+    TempGame other;
+    other.Write("messages.txt", "1 2 3 4 1 1 \"ok\"\n");
+    ASSERT_TRUE(k.SetGameFolder(other.Dir()));
+    EXPECT_TRUE(k.GetMessageSize(1, 2, 3, 4, 1, &size));
     std::vector<SoftMessage> messages;
     std::string error;
     EXPECT_FALSE(SoftParseMessages("1 1 1 1 1 1 \"a\"\n1 1 1 1 1 2 \"b\"\n", "m", &messages, &error));

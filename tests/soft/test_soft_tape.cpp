@@ -7,7 +7,9 @@
 
 #include <sys/wait.h>
 
+#include <csignal>
 #include <cstdio>
+#include <filesystem>
 #include <fstream>
 #include <iterator>
 
@@ -85,6 +87,64 @@ TEST_F(SoftTape, ARunThatFailedACheckReplaysToTheSameReport)
     EXPECT_NE(replayed.output.find(report), std::string::npos) << replayed.output;
     EXPECT_EQ(replayed.output.find("diverged"), std::string::npos) << replayed.output;
 }
+
+// A room that crashes at tick 30: one report naming the signal, the tick, the
+// room and the room's line, exit 6, and the tape finished, so that its replay
+// ends in the same report at the same frame.
+TEST_F(SoftTape, ACrashIsReportedWhereItHappenedAndItsTapeReplaysToIt)
+{
+    std::filesystem::copy_file(CRASH_ROOM, game.Path("7.so"));
+    const std::string where = "quindle-player: the game crashed: segmentation fault (SIGSEGV) at tick 30, frame 31, room 7\n";
+    const std::string line = "roomDoIt at tests/soft/games/crash_room.cpp:23 (7.so)";
+    const Result recorded = Record("--no-gif --out " + game.Path("a") + " -- crash");
+    EXPECT_EQ(recorded.status, 6) << recorded.output;
+    EXPECT_NE(recorded.output.find(where), std::string::npos) << recorded.output;
+    EXPECT_NE(recorded.output.find("  #0 " + line), std::string::npos) << recorded.output;
+    EXPECT_NE(recorded.output.find("the run's tape: " + tape), std::string::npos) << recorded.output;
+
+    const Result replayed = Play("--replay " + tape + " --no-gif --out " + game.Path("b"));
+    EXPECT_EQ(replayed.status, 6) << replayed.output;
+    EXPECT_NE(replayed.output.find(where), std::string::npos) << replayed.output;
+    EXPECT_NE(replayed.output.find("  #0 " + line), std::string::npos) << replayed.output;
+    EXPECT_EQ(replayed.output.find("diverged"), std::string::npos) << replayed.output;
+}
+
+// How a run ends, said in one line with its status, and recorded so that its
+// tape replays to the same end. A modal hog waits for the quit key inside the
+// first frame: the virtual clock moves on there, so the key ends the game at
+// its tick, and without it the tick limit ends the run inside the loop.
+TEST_F(SoftTape, EachEndOfARunIsSaidWithItsStatusAndReplays)
+{
+    game.Write("quit.txt", "50 quit\n");
+    const std::string quitAt50 = "--script " + game.Path("quit.txt");
+    const struct {
+        std::string args;
+        int status;
+        std::string said;
+    } cases[] = {
+        {quitAt50 + " -- modal", 0, "the game quit after 50 ticks, 1 frames"},
+        {"-- modal", 0, "ended inside a modal input loop\nquindle-player: reached its tick limit after 100 ticks"},
+        {"", 0, "reached its tick limit after 100 ticks, 100 frames"},
+        {"-- leak", 0, " blocks were not given back:\n"},
+        {"--strict -- leak", 2, " blocks were not given back (a fault with --strict):\n"},
+        {"--trace --script " + game.Path("script.txt") + " -- noupdate", 0, "press at (95, 80) goes through cel"},
+    };
+    for (const auto& c : cases) {
+        const Result r = Shell(std::string(PLAYER) + " " + game.Dir() + " --no-gif --out " + game.Path("a") +
+                               " --ticks 100 --record " + tape + " " + c.args);
+        EXPECT_EQ(r.status, c.status) << c.args << "\n" << r.output;
+        EXPECT_NE(r.output.find(c.said), std::string::npos) << r.output;
+        const Result replayed = Play("--replay " + tape + " --no-gif --out " + game.Path("b"));
+        EXPECT_EQ(replayed.status, 0) << c.args << "\n" << replayed.output;
+    }
+    // SIGTERM stops the run between frames, after the tape is finished.
+    const Result killed = Shell("(" + std::string(PLAYER) + " " + game.Dir() + " --no-gif --out " + game.Path("a") +
+                                " --ticks 2000000000 --record " + tape + " & p=$!; sleep 1; kill -TERM $p; wait $p)");
+    EXPECT_EQ(killed.status, 128 + SIGTERM) << killed.output;
+    EXPECT_NE(killed.output.find("stopped by a signal after"), std::string::npos) << killed.output;
+    EXPECT_EQ(Play("--replay " + tape + " --no-gif --out " + game.Path("b")).status, 0);
+}
+
 
 // How the tape reader refuses a tape is tested on its own; here the player's
 // exit statuses: 2 for a damaged tape or one of another game, 5 for one that stops short.

@@ -4,10 +4,14 @@
 //
 // Game arguments: "check" makes a click fail a check of the library
 // (a cel of priority -5); "sdl" pushes a click on the actor into SDL's event
-// queue at the tenth frame, as a window's user would make it.
+// queue at the tenth frame, as a window's user would make it; "crash" runs room
+// 7, which crashes at tick 30; "modal" makes a quit handler the one modal hog,
+// so that the first frame waits for the quit key; "leak" keeps its actor at
+// the end; "noupdate" shows the actor without updating it (it takes no clicks).
 #include "two_plane_game.h"
 
 #include "glcel.h"
+#include "glrmmgr.h"
 #ifdef TAPE_GAME_SDL
 #include <SDL2/SDL.h>
 #endif
@@ -20,6 +24,10 @@ struct TapeGame : TwoPlaneGame {
     GLCel* actor = nullptr;
     bool failCheck = false;
     bool pushClicks = false;
+    bool leak = false;
+    bool noUpdate = false;
+    GLRoomManager* rooms = nullptr;
+    GLQuitHandler* hog = nullptr;
     int frames = 0;
 };
 
@@ -65,7 +73,12 @@ int Step(void*)
 void Finish(void* state)
 {
     TapeGame* g = static_cast<TapeGame*>(state);
-    delete g->actor;
+    if (g->hog) {
+        g->game->mpUser->mpHogs->Remove(g->hog);
+        delete g->hog;
+    }
+    if (!g->leak)
+        delete g->actor;
     EndGame(*g);
     delete g;
     gGame = nullptr;
@@ -78,6 +91,12 @@ void* Start(const QuindleHost* host)
     for (int i = 1; i < host->argc; i++) {
         g->failCheck = g->failCheck || std::strcmp(host->argv[i], "check") == 0;
         g->pushClicks = g->pushClicks || std::strcmp(host->argv[i], "sdl") == 0;
+        if (std::strcmp(host->argv[i], "crash") == 0)
+            g->rooms = new GLRoomManager;
+        if (std::strcmp(host->argv[i], "modal") == 0)
+            g->hog = new GLQuitHandler;
+        g->leak = g->leak || std::strcmp(host->argv[i], "leak") == 0;
+        g->noUpdate = g->noUpdate || std::strcmp(host->argv[i], "noupdate") == 0;
     }
     StartGame(*g);
     const ZOR_Rect screen(0, 0, 639, 479);
@@ -87,7 +106,17 @@ void* Start(const QuindleHost* host)
     g->actor = new GLCel(g->front, 100, 0, 0, GLPoint(100, 100), 10, kFullSizeScale);
     g->actor->SetSelectFunction(&OnActor);
     g->actor->Show();
-    g->actor->ForceUpdate();
+    if (!g->noUpdate)
+        g->actor->ForceUpdate();
+    if (g->hog) {
+        g->game->mpUser->mpHogs->AddToEnd(g->hog);
+        g->game->mpUser->HogsAreModal(TRUE);
+        g->game->mpUser->DoesHandleNulls(TRUE);
+    }
+    if (g->rooms) {
+        g->rooms->LoadRoom(7);
+        g->rooms->InitRoom();
+    }
     return g;
 }
 
