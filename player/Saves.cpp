@@ -160,6 +160,10 @@ int PlayerSaves::AfterFrame(int key)
         std::fprintf(stderr, "quindle-player: no saves while a tape records or replays\n");
         return 0;
     }
+    if (mEndSession) {
+        mEndSession(mEndSessionData);
+        mEndSession = nullptr;
+    }
     const std::string quick = saves->SlotFile("quick");
     if (key == 5) {
         if (!MakeFolders(mFolder))

@@ -50,6 +50,15 @@ public:
     // save or restore asked for by F5 (key 5) or F9 (key 9). Returns 0, or 2
     // when --save-at could not write its save.
     int AfterFrame(int key);
+    // A window session's own tape (not one asked for with --record) does not
+    // refuse F5 and F9: it is ended, whole and replayable up to there, by
+    // `end` before the first quick save or restore, since a replay could not
+    // make them.
+    void EndsSessionTape(void (*end)(void*), void* data)
+    {
+        mEndSession = end;
+        mEndSessionData = data;
+    }
 
 private:
     SoftKernel& mKernel;
@@ -57,6 +66,8 @@ private:
     std::string mFolder;
     bool mTape;
     bool mSaved = false;
+    void (*mEndSession)(void*) = nullptr;
+    void* mEndSessionData = nullptr;
 };
 
 #endif

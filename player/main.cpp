@@ -453,7 +453,8 @@ int main(int argc, char** argv)
     }
     SoftKernel k;
     PlayerTape tape(k);
-    if (o.window && !o.noRecord && o.record.empty() && o.replay.empty()) {
+    const bool sessionTape = o.window && !o.noRecord && o.record.empty() && o.replay.empty();
+    if (sessionTape) {
         // Every crash a tester sees in a window comes with its replay.
         o.record = SessionTapePath(game.title, &error);
         if (o.record.empty())
@@ -548,7 +549,17 @@ int main(int argc, char** argv)
         std::fprintf(stderr, "quindle-player: %s: the game did not start\n", game.library.c_str());
         return 3;
     }
-    PlayerSaves saves(k, o.saves, game.title, !o.record.empty() || !o.replay.empty());
+    PlayerSaves saves(k, o.saves, game.title, !sessionTape && (!o.record.empty() || !o.replay.empty()));
+    if (sessionTape && !o.record.empty())
+        saves.EndsSessionTape(
+            [](void* t) {
+                PlayerTape& session = *static_cast<PlayerTape*>(t);
+                const std::string path = session.RecordingPath();
+                session.EndNow(TapeEnding::kInterrupted, "");
+                std::fprintf(stderr, "quindle-player: the session's tape ends before this quick save or restore: %s\n",
+                             path.c_str());
+            },
+            &tape);
     if (const int done = saves.Checking() ? saves.Check() : saves.Started(&events); done || saves.Checking()) {
         if (loop.finish)
             loop.finish(loop.state);
