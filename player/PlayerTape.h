@@ -30,6 +30,9 @@ public:
     bool Replaying() const { return mTape.Replaying(); }
     // Replaying: every frame of the tape has been played.
     bool AtEnd() const { return mTape.ReplayAtEnd(); }
+    // Replaying a session tape cut before a quick save or restore, at its
+    // end: the recorded run went on untaped, so the game is not finished.
+    bool AtCut() const { return AtEnd() && mReader.Ending() == TapeEnding::kCut; }
     // Installs the library's check notice: the report is shown (in a window,
     // as a dialog), the tape ended there (recording) or compared with it
     // (replaying), and the crash report adds where the game was.

@@ -263,6 +263,7 @@ struct Ending {
     int interrupted = 0; // the signal
     int status = 0;      // the run's own status so far
     bool modal = false;  // inside the game's modal input loop
+    bool cut = false;    // a replay at the cut of a session's tape: the game is not finished
 };
 
 const char* const kModalNote = "ended inside a modal input loop";
@@ -309,8 +310,9 @@ int EndRun(Run& run, SoftKernel& k, Ending e)
             status = status ? status : 2;
         }
     }
-    // Inside a modal loop the game still holds what it took.
-    const std::size_t leaks = e.modal ? 0 : k.Ledger().LiveCount();
+    // Inside a modal loop, or at the cut of a session's tape, the game still
+    // holds what it took.
+    const std::size_t leaks = e.modal || e.cut ? 0 : k.Ledger().LiveCount();
     if (leaks) {
         std::fprintf(stderr, "quindle-player: %zu blocks were not given back%s:\n", leaks,
                      o.strict ? " (a fault with --strict)" : "");
@@ -555,7 +557,7 @@ int main(int argc, char** argv)
             [](void* t) {
                 PlayerTape& session = *static_cast<PlayerTape*>(t);
                 const std::string path = session.RecordingPath();
-                session.EndNow(TapeEnding::kInterrupted, "");
+                session.EndNow(TapeEnding::kCut, "");
                 std::fprintf(stderr, "quindle-player: the session's tape ends before this quick save or restore: %s\n",
                              path.c_str());
             },
@@ -609,9 +611,10 @@ int main(int argc, char** argv)
     }
     if (progress)
         std::fprintf(stderr, "\r%70s\r", "");
-    if (loop.finish)
-        loop.finish(loop.state);
     Ending ending;
+    ending.cut = tape.AtCut();
+    if (loop.finish && !ending.cut)
+        loop.finish(loop.state);
     ending.quit = quit;
     ending.closed = closed;
     ending.interrupted = interrupted;

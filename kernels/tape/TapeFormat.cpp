@@ -162,6 +162,8 @@ const char* TapeEndingText(TapeEnding ending)
         return "the game crashed";
     case TapeEnding::kInterrupted:
         return "it was interrupted";
+    case TapeEnding::kCut:
+        return "the session's tape was cut before a quick save or restore";
     }
     return "?";
 }
@@ -439,7 +441,7 @@ bool TapeReader::Parse(const std::uint8_t* data, std::size_t size, const std::st
             const std::uint8_t ending = e.Byte();
             const std::uint64_t frames = e.Var();
             mEndReport = e.String();
-            if (!e.ok || e.at != e.n || ending < 1 || ending > 7 || frames != mFrameOffsets.size())
+            if (!e.ok || e.at != e.n || ending < 1 || ending > 8 || frames != mFrameOffsets.size())
                 return fail("damaged end record", start);
             mEnding = static_cast<TapeEnding>(ending);
             mHasEnd = true;

@@ -74,7 +74,9 @@ struct TapeHeader {
 // How the recorded run ended.
 // kFault: the kernel met a fault or the library sent an error notice; kCrashed:
 // the game's code crashed (the report names the signal); kInterrupted: the
-// run was stopped by SIGINT or SIGTERM.
+// run was stopped by SIGINT or SIGTERM; kCut: a window session's own tape was
+// ended before a quick save or restore, which a replay cannot make: the run
+// went on untaped, and a replay stops there without finishing the game.
 enum class TapeEnding : std::uint8_t {
     kQuit = 1,
     kTimeOver = 2,
@@ -82,7 +84,8 @@ enum class TapeEnding : std::uint8_t {
     kFault = 4,
     kFailedCheck = 5,
     kCrashed = 6,
-    kInterrupted = 7
+    kInterrupted = 7,
+    kCut = 8
 };
 const char* TapeEndingText(TapeEnding ending);
 
