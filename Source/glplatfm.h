@@ -20,6 +20,15 @@ void* GLPlatformFindExport(void* pLibrary, const char* pName);
 // Frees a library that GLPlatformLoadLibrary loaded.
 void GLPlatformFreeLibrary(void* pLibrary);
 
+#ifdef __EMSCRIPTEN__
+// A web page links its rooms in: each export of room uNumber is registered by
+// its name before the game starts, and GLPlatformLoadLibrary then finds the
+// room by its number. FALSE for a name that is not a room export, or when the
+// table is full.
+extern "C" __attribute__((visibility("default"))) int GLPlatformAddRoom(unsigned long uNumber, const char* pExport,
+                                                                        void* pFunction);
+#endif
+
 // Whether the name is that of a regular file (not a directory, a FIFO or a
 // device, which would fail or block a reader).
 int GLPlatformIsRegularFile(const char* pName);
