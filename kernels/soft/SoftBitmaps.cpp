@@ -60,7 +60,7 @@ int LineWidth(FT_Face face, const std::string& line)
     return w;
 }
 
-const char* const kFontName = "DejaVu Sans";
+[[maybe_unused]] const char* const kFontName = "DejaVu Sans";
 const char* const kDebianFontPath = "/usr/share/fonts/truetype/dejavu/DejaVuSans.ttf";
 
 bool IsFile(const std::string& path)
