@@ -346,6 +346,7 @@ int main(int argc, char** argv)
         }
         GLSetAssertNotice([](const char* text, const char* title) { SoftWindow::ShowMessage(title, text); });
         k.UseRealClock(true);
+        k.SetIdleHook([](SoftKernel& kernel, void* w) { static_cast<SoftWindow*>(w)->Idle(kernel); }, &window);
         run.window = &keys;
         if (!window.StartAudio(k))
             std::fprintf(stderr, "quindle-player: no audio device: playing without sound\n");

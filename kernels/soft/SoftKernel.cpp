@@ -184,14 +184,20 @@ void SoftKernel::UpdateScreen(int /*fFlag*/)
         mInput.SetInFrameHook(false);
     }
     mInput.AdvanceClock();
+    mEmptyLookups = 0;
 }
 
 // ----- input and cursor -----
 
 void SoftKernel::GetEvent(std::uint32_t uMask, KernelEventRecord* pRecord)
 {
-    if (pRecord && mInput.NextEvent(uMask, pRecord))
+    if (pRecord && mInput.NextEvent(uMask, pRecord)) {
         mMovies.InputArrived();
+        mEmptyLookups = 0;
+    } else if (mIdleHook && ++mEmptyLookups >= kIdleLookups) {
+        mEmptyLookups = 0;
+        mIdleHook(*this, mIdleHookData);
+    }
 }
 
 void SoftKernel::ShowCursor()

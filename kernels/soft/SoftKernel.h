@@ -123,6 +123,16 @@ public:
         mFrameHook = hook;
         mFrameHookData = data;
     }
+    // Called when GetEvent has found no press or key kIdleLookups times since
+    // the last frame: the game waits for input in a loop of its own without
+    // drawing. A window gathers its input there, and a web page hands control
+    // back to the browser, which would otherwise never deliver the input.
+    static constexpr int kIdleLookups = 64;
+    void SetIdleHook(void (*hook)(SoftKernel&, void*), void* data)
+    {
+        mIdleHook = hook;
+        mIdleHookData = data;
+    }
     // Called with one line for each step a developer debugging a game follows:
     // "sample 5 starts", "sample 5 stops", "sample 5 ends", "message 100 1 1 0 1
     // (talker 1): <text>", "robot 10 starts", "movie 300.VMD starts".
@@ -390,6 +400,9 @@ private:
     std::uint32_t mFramesComposed = 0;
     void (*mFrameHook)(SoftKernel&, void*) = nullptr;
     void* mFrameHookData = nullptr;
+    void (*mIdleHook)(SoftKernel&, void*) = nullptr;
+    void* mIdleHookData = nullptr;
+    int mEmptyLookups = 0; // GetEvent calls without a press or key since the last frame or idle call
     void (*mTraceHook)(const char*, void*) = nullptr;
     void* mTraceHookData = nullptr;
 

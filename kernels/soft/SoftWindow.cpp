@@ -249,6 +249,12 @@ void SoftWindow::Pump(SoftKernel& kernel)
         Mix(kernel);
 }
 
+void SoftWindow::Idle(SoftKernel& kernel)
+{
+    Pump(kernel);
+    SDL_Delay(1);
+}
+
 void SoftWindow::Hold(bool hold)
 {
     mHeld = hold;

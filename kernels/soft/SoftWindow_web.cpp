@@ -209,6 +209,12 @@ void SoftWindow::Pump(SoftKernel& kernel)
         Mix(kernel);
 }
 
+void SoftWindow::Idle(SoftKernel& kernel)
+{
+    emscripten_sleep(4);
+    Pump(kernel);
+}
+
 void SoftWindow::Hold(bool hold)
 {
     mHeld = hold;

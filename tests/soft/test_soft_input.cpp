@@ -105,6 +105,32 @@ TEST(SoftInput, EventsAreHandedOutWhenTheClockReachesThemAndMatchTheMask)
     EXPECT_EQ(k.FramesComposed(), 7u);
 }
 
+// A game waiting for input in a loop of its own, without drawing, reaches the
+// host's idle hook; a game that draws between its looks, or finds input, does not.
+TEST(SoftInput, LooksForInputWithoutAFrameBetweenReachTheIdleHook)
+{
+    SoftKernel k;
+    int idle = 0;
+    k.SetIdleHook([](SoftKernel&, void* n) { ++*static_cast<int*>(n); }, &idle);
+    KernelEventRecord rec{};
+    for (int i = 0; i < SoftKernel::kIdleLookups - 1; i++)
+        k.GetEvent(kEventMaskAll, &rec);
+    k.UpdateScreen(1);
+    for (int i = 0; i < SoftKernel::kIdleLookups - 1; i++)
+        k.GetEvent(kEventMaskAll, &rec);
+    EXPECT_EQ(idle, 0);
+    k.GetEvent(kEventMaskAll, &rec);
+    EXPECT_EQ(idle, 1);
+    SoftInputEvent press;
+    press.type = kEventPointerDown;
+    for (int i = 0; i < 3 * SoftKernel::kIdleLookups; i++) {
+        if (i % (SoftKernel::kIdleLookups - 1) == 0)
+            k.PushInput(press);
+        k.GetEvent(kEventMaskAll, &rec);
+    }
+    EXPECT_EQ(idle, 1);
+}
+
 TEST(SoftInput, RandomNumbersReachBothEndsAndRepeatForTheSameSeed)
 {
     SoftKernel a, b;
