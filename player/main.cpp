@@ -254,12 +254,18 @@ void OnFrame(SoftKernel& k, void* data)
                     Sha256Hex(k.Frame(), static_cast<std::size_t>(SoftKernel::kWidth) * SoftKernel::kHeight).c_str());
 #ifdef __EMSCRIPTEN__
     // A page runs the whole game in one call: now and then it lets the browser
-    // draw and answer.
-    static double lastYield = 0;
-    if (emscripten_get_now() - lastYield > 100) {
+    // draw and answer. The time from one frame's hook to the next is what a
+    // frame costs the page's main thread (the page keeps them, in
+    // Module.quindleFrameMillis by tick, for a test to read).
+    static double lastYield = 0, lastFrame = 0;
+    const double now = emscripten_get_now();
+    if (lastFrame > 0)
+        EM_ASM({ (Module.quindleFrameMillis = Module.quindleFrameMillis || [])[$0] = $1; }, tick, now - lastFrame);
+    if (now - lastYield > 100) {
         emscripten_sleep(0);
         lastYield = emscripten_get_now();
     }
+    lastFrame = emscripten_get_now();
 #endif
     if (o.frames.count(tick) || (o.every && tick % o.every == 0)) {
         char name[32];

@@ -105,8 +105,16 @@ function gzipSize(folder) {
       fail('the page printed\n' + got + '\nbut the native player\n' + expected);
     console.log('tools/web test: the scripted run matches the native player:\n' + got);
     const frames = Number((/, (\d+) frames/.exec(got) || [0, 0])[1]);
+    // What each frame cost the page's main thread, the yields to the browser left out.
+    const costs = await tab.evaluate(() => (Module.quindleFrameMillis || []).map((ms, tick) => [tick, ms])
+                                                                        .filter((e) => e && e[1] !== undefined));
+    const sorted = costs.map((c) => c[1]).sort((a, b) => a - b);
+    const at = (q) => sorted[Math.min(sorted.length - 1, Math.floor(q * sorted.length))] || 0;
+    const worst = costs.reduce((w, c) => (c[1] > w[1] ? c : w), [0, 0]);
     console.log(`tools/web test: ${frames} frames in ${seconds.toFixed(1)} s, ` +
-                `${(seconds * 1000 / Math.max(1, frames)).toFixed(2)} ms a frame on average (loading included)`);
+                `${(seconds * 1000 / Math.max(1, frames)).toFixed(2)} ms a frame on average (loading included); ` +
+                `a frame's cost: median ${at(0.5).toFixed(3)} ms, 99th percentile ${at(0.99).toFixed(3)} ms, ` +
+                `longest ${worst[1].toFixed(3)} ms at tick ${worst[0]}`);
     await tab.close();
 
     // 2. A click on the courtyard floor.
