@@ -1,6 +1,6 @@
 // web-test.js - the demo's page in headless Chromium (run by `tools/web test`).
 //
-//   node tools/web-test.js <source root> <output folder>
+//   node tools/web-test.js <source root> <output folder> <native build folder>
 //
 // 1. Plays the demo's scripted run in the page and in the native player, and
 //    fails unless both print the same frame hashes and the same end line.
@@ -16,9 +16,8 @@ const zlib = require('zlib');
 const { spawnSync } = require('child_process');
 const puppeteer = require('puppeteer-core');
 
-const [root, out] = process.argv.slice(2);
+const [root, out, native] = process.argv.slice(2);
 const page = path.join(root, 'build/web/demo-page');
-const native = path.join(root, 'build/debug');
 const ticks = 4000, hashes = '640,1080';
 // Pip stands by the tree; a click behind the well sends him round its front.
 const pipStart = { x: 150, y: 420 }, target = { x: 460, y: 330 };
