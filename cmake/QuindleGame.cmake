@@ -123,7 +123,9 @@ function(_quindle_add_page target folder page title assets)
   # The rooms add their own files (quindle_add_room); the page starts with one
   # that says so.
   set(first ${CMAKE_CURRENT_BINARY_DIR}/${target}_page.cpp)
-  file(WRITE ${first} "// The web page of ${target}: its rooms register themselves in files of their own.\n")
+  # (file(CONFIGURE) writes only what changed, so a configure rebuilds nothing.)
+  file(CONFIGURE OUTPUT ${first}
+       CONTENT "// The web page of ${target}: its rooms register themselves in files of their own.\n" @ONLY)
   add_executable(${target}_page ${first})
   target_link_libraries(${target}_page PRIVATE quindle_player_web ${target})
   # The player runs unchanged: every frame it shows hands control back to the
@@ -208,7 +210,7 @@ function(_quindle_add_web_room game number room sources)
     string(APPEND registrations "        GLPlatformAddRoom(${number}, \"${name}\", reinterpret_cast<void*>(&${renamed}));\n")
   endforeach()
   set(file ${CMAKE_CURRENT_BINARY_DIR}/${room}_register.cpp)
-  file(WRITE ${file} "// Room ${number} of ${game}, linked into the page: its exports by name.
+  file(CONFIGURE OUTPUT ${file} CONTENT "// Room ${number} of ${game}, linked into the page: its exports by name.
 extern \"C\" int GLPlatformAddRoom(unsigned long uNumber, const char* pExport, void* pFunction);
 ${declarations}
 namespace {
@@ -218,7 +220,7 @@ struct Register {
 ${registrations}    }
 } gRegister;
 } // namespace
-")
+" @ONLY)
   if(TARGET ${game}_page)
     target_sources(${game}_page PRIVATE ${file})
     target_link_libraries(${game}_page PRIVATE ${room})
