@@ -59,6 +59,15 @@ const char* GLPlatformLoadError();
 // the buffer, when it cannot be read. The caller closes the file with fclose.
 std::FILE* GLPlatformOpenText(const char* pName, char* pWhy, std::size_t uWhySize);
 
+#ifdef __EMSCRIPTEN__
+// A web page links its rooms in: each export of room uNumber is registered by
+// its name before the game starts, and GLPlatformLoadLibrary then finds the
+// room by its number. FALSE for a name that is not a room export, or when the
+// table is full.
+extern "C" __attribute__((visibility("default"))) int GLPlatformAddRoom(unsigned long uNumber, const char* pExport,
+                                                                        void* pFunction);
+#endif
+
 // Shows the text under the title through the notice the assertion reporter
 // uses (GLSetAssertNotice) and returns once it is dismissed. The notice has no
 // styles, so the style (OK button, icon) is not passed on.

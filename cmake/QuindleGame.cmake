@@ -2,20 +2,26 @@
 # its room libraries, and a test that plays it headless.
 #
 #   quindle_add_game(<target> SOURCES <files>... [FOLDER <dir>] [TITLE <text>]
-#                    [ASSETS <dirs>...] [DEPENDS <targets>...])
+#                    [ASSETS <dirs>...] [DEPENDS <targets>...] [WEB [PAGE <dir>]])
 #       Builds the game library <target> into its game folder (default
 #       ${CMAKE_CURRENT_BINARY_DIR}/<target>) and writes the folder's game.txt.
 #       At build time the contents of each ASSETS folder are copied into the
 #       game folder. The game library builds after the DEPENDS targets: a
 #       program that makes assets, run by a custom target, writes into the
 #       folder itself (the property QUINDLE_GAME_FOLDER of <target> names it).
+#       With WEB, a build with Emscripten's toolchain also makes the game's web
+#       page, target <target>_page, in PAGE (default <folder>-page): index.html,
+#       game.js and game.wasm (the player, the library and the game with its
+#       rooms), game.data with game-data.js (the game folder). Any static file
+#       server serves it (docs/WEB.md). Other builds take WEB and make no page.
 #
 #   Games and rooms are built with line information in every build type, so
 #   that a crash report names their functions and lines.
 #
 #   quindle_add_room(<game target> <number> SOURCES <files>...)
 #       Builds room library <number> (1..9999999), target <game target>_room_<number>,
-#       into the game's folder, where the player's room manager finds it.
+#       into the game's folder, where the player's room manager finds it. In a
+#       web build the room is linked into the game's page instead.
 #
 #   quindle_add_playthrough_test(<name> GAME <game target> SCRIPT <file>
 #                                [TICKS <n>] [FRAMES <t1,t2,...>])
@@ -31,6 +37,7 @@
 #       when the tape cannot be read or ends before its game did, or on a
 #       failed check.
 include_guard(GLOBAL)
+set(_QUINDLE_GAME_CMAKE_DIR ${CMAKE_CURRENT_LIST_DIR})
 
 # A configure error for arguments no function takes, or for a required
 # argument (`value`) left empty: `missing` says what is wrong then.
@@ -44,7 +51,7 @@ function(_quindle_check_arguments where unparsed value missing)
 endfunction()
 
 function(quindle_add_game target)
-  cmake_parse_arguments(PARSE_ARGV 1 arg "" "FOLDER;TITLE" "SOURCES;ASSETS;DEPENDS")
+  cmake_parse_arguments(PARSE_ARGV 1 arg "WEB" "FOLDER;TITLE;PAGE" "SOURCES;ASSETS;DEPENDS")
   _quindle_check_arguments("quindle_add_game(${target})" "${arg_UNPARSED_ARGUMENTS}" "${arg_SOURCES}"
                            "SOURCES names no file")
   if(NOT arg_FOLDER)
@@ -66,7 +73,12 @@ function(quindle_add_game target)
 
   # The game library: shared, so that its rooms link against it. The $<1:>
   # keeps multi-configuration generators from adding a folder per configuration.
-  add_library(${target} SHARED ${arg_SOURCES})
+  if(EMSCRIPTEN)
+    # A page loads no libraries: the game is linked into it.
+    add_library(${target} STATIC ${arg_SOURCES})
+  else()
+    add_library(${target} SHARED ${arg_SOURCES})
+  endif()
   target_link_libraries(${target} PUBLIC quindle::quindle quindle::game)
   _quindle_line_info(${target})
   set_target_properties(${target} PROPERTIES
@@ -93,6 +105,59 @@ function(quindle_add_game target)
   if(arg_DEPENDS)
     add_dependencies(${target} ${arg_DEPENDS})
   endif()
+  if(arg_WEB AND EMSCRIPTEN)
+    if(NOT arg_PAGE)
+      set(arg_PAGE ${folder}-page)
+    endif()
+    get_filename_component(page "${arg_PAGE}" ABSOLUTE BASE_DIR ${CMAKE_CURRENT_BINARY_DIR})
+    set(title "${arg_TITLE}")
+    if(NOT title)
+      set(title "${target}")
+    endif()
+    _quindle_add_page(${target} "${folder}" "${page}" "${title}" "${assets}")
+  endif()
+endfunction()
+
+# The web page of a game (quindle_add_game ... WEB): the player's loop with
+# the game linked in, and the game folder packed beside it.
+function(_quindle_add_page target folder page title assets)
+  if(NOT TARGET quindle_player_web)
+    message(FATAL_ERROR "quindle_add_game(${target} WEB): the player's web half (quindle_player_web) was not built")
+  endif()
+  # The rooms add their own files (quindle_add_room); the page starts with one
+  # that says so.
+  set(first ${CMAKE_CURRENT_BINARY_DIR}/${target}_page.cpp)
+  # (file(CONFIGURE) writes only what changed, so a configure rebuilds nothing.)
+  file(CONFIGURE OUTPUT ${first}
+       CONTENT "// The web page of ${target}: its rooms register themselves in files of their own.\n" @ONLY)
+  add_executable(${target}_page ${first})
+  target_link_libraries(${target}_page PRIVATE quindle_player_web ${target})
+  # The player runs unchanged: every frame it shows hands control back to the
+  # browser (Asyncify), and the page calls main with the player's arguments.
+  target_link_options(${target}_page PRIVATE
+    -sASYNCIFY=1 -sASYNCIFY_STACK_SIZE=262144 -sALLOW_MEMORY_GROWTH=1 -sINITIAL_MEMORY=67108864
+    -sEXIT_RUNTIME=1 -sINVOKE_RUN=0 -sFORCE_FILESYSTEM=1 "-sEXPORTED_RUNTIME_METHODS=['callMain']")
+  set_target_properties(${target}_page PROPERTIES
+    OUTPUT_NAME game SUFFIX ".js" RUNTIME_OUTPUT_DIRECTORY "$<1:${page}>")
+
+  # The game folder, packed on every build (the assets may have changed), and
+  # the font the soft kernel draws text with, at the path it looks for it.
+  find_program(QUINDLE_FILE_PACKAGER file_packager.py
+               HINTS ${EMSCRIPTEN_ROOT_PATH}/tools /usr/share/emscripten/tools NO_CMAKE_FIND_ROOT_PATH)
+  set(font /usr/share/fonts/truetype/dejavu/DejaVuSans.ttf)
+  set(pack --preload ${folder}@/game)
+  if(EXISTS ${font})
+    list(APPEND pack ${font}@${font})
+  endif()
+  add_custom_target(${target}_page_data ALL
+    COMMAND ${CMAKE_COMMAND} -E env EM_CONFIG=/usr/share/emscripten/.emscripten
+            python3 ${QUINDLE_FILE_PACKAGER} ${page}/game.data ${pack} --js-output=${page}/game-data.js
+            --exclude "*.a" --exclude "*.o" --quiet
+    WORKING_DIRECTORY ${page}
+    COMMENT "Packing the game folder of ${target} into ${page}/game.data" VERBATIM)
+  add_dependencies(${target}_page_data ${target})
+  add_dependencies(${target}_page ${target}_page_data)
+  configure_file(${_QUINDLE_GAME_CMAKE_DIR}/quindle-page.html.in ${page}/index.html @ONLY)
 endfunction()
 
 # A crash report names the game's and the rooms' functions and lines: they
@@ -125,14 +190,55 @@ function(quindle_add_room game number)
   endif()
   _quindle_check_arguments("quindle_add_room(${game} ${number})" "${arg_UNPARSED_ARGUMENTS}" "${arg_SOURCES}"
                            "SOURCES names no file")
+  set(room ${game}_room_${number})
+  if(EMSCRIPTEN)
+    _quindle_add_web_room(${game} ${number} ${room} "${arg_SOURCES}")
+    return()
+  endif()
   # One module per room, named by its number: the room manager loads <number>.so
   # from the game folder.
-  set(room ${game}_room_${number})
   add_library(${room} MODULE ${arg_SOURCES})
   target_link_libraries(${room} PRIVATE ${game})
   _quindle_line_info(${room})
   set_target_properties(${room} PROPERTIES
     OUTPUT_NAME "${number}" PREFIX "" SUFFIX ".so" LIBRARY_OUTPUT_DIRECTORY "$<1:${folder}>")
+endfunction()
+
+# A room in a web page: its five exports are renamed after the room, so that
+# every room of the game links into one page, and a file made here registers
+# them under the room's number before the game starts.
+function(_quindle_add_web_room game number room sources)
+  set(names roomDLLInit roomInit roomDoIt roomHandleEvent roomDispose)
+  set(types "void(void*)" "void()" "void()" "int(void*)" "void()")
+  add_library(${room} OBJECT ${sources})
+  target_link_libraries(${room} PRIVATE ${game})
+  set(declarations "")
+  set(registrations "")
+  foreach(i RANGE 4)
+    list(GET names ${i} name)
+    list(GET types ${i} type)
+    set(renamed quindle_room_${number}_${name})
+    target_compile_definitions(${room} PRIVATE ${name}=${renamed})
+    string(REGEX REPLACE "^([a-z]+)\\((.*)\\)$" "\\1 ${renamed}(\\2)" declaration "${type}")
+    string(APPEND declarations "extern \"C\" ${declaration};\n")
+    string(APPEND registrations "        GLPlatformAddRoom(${number}, \"${name}\", reinterpret_cast<void*>(&${renamed}));\n")
+  endforeach()
+  set(file ${CMAKE_CURRENT_BINARY_DIR}/${room}_register.cpp)
+  file(CONFIGURE OUTPUT ${file} CONTENT "// Room ${number} of ${game}, linked into the page: its exports by name.
+extern \"C\" int GLPlatformAddRoom(unsigned long uNumber, const char* pExport, void* pFunction);
+${declarations}
+namespace {
+struct Register {
+    Register()
+    {
+${registrations}    }
+} gRegister;
+} // namespace
+" @ONLY)
+  if(TARGET ${game}_page)
+    target_sources(${game}_page PRIVATE ${file})
+    target_link_libraries(${game}_page PRIVATE ${room})
+  endif()
 endfunction()
 
 # What a test that runs the player needs, checked at configure time: the game

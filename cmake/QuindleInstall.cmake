@@ -52,7 +52,8 @@ configure_package_config_file(${PROJECT_SOURCE_DIR}/cmake/quindleConfig.cmake.in
 write_basic_package_version_file(${PROJECT_BINARY_DIR}/quindleConfigVersion.cmake
   COMPATIBILITY SameMinorVersion)
 install(FILES ${PROJECT_BINARY_DIR}/quindleConfig.cmake ${PROJECT_BINARY_DIR}/quindleConfigVersion.cmake
-  ${PROJECT_SOURCE_DIR}/cmake/QuindleGame.cmake DESTINATION ${QUINDLE_CMAKE_DIR})
+  ${PROJECT_SOURCE_DIR}/cmake/QuindleGame.cmake ${PROJECT_SOURCE_DIR}/cmake/quindle-page.html.in
+  DESTINATION ${QUINDLE_CMAKE_DIR})
 
 # ----- pkg-config -----
 file(RELATIVE_PATH QUINDLE_PC_TO_PREFIX /prefix/${CMAKE_INSTALL_LIBDIR}/pkgconfig /prefix)

@@ -62,7 +62,8 @@ macro(quindle_find_dependencies)
                   PNG_FOUND libpng libpng-dev GIF_FOUND giflib libgif-dev
                   FREETYPE_FOUND FreeType libfreetype-dev)
   endif()
-  if(QUINDLE_WINDOW)
+  # In a web page the window is the page's canvas: no SDL2.
+  if(QUINDLE_WINDOW AND NOT EMSCRIPTEN)
     find_package(SDL2 QUIET)
     _quindle_need("the player's window (--window)" QUINDLE_WINDOW SDL2_FOUND SDL2 libsdl2-dev)
   endif()

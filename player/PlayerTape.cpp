@@ -117,6 +117,8 @@ int PlayerTape::Open(const std::string& record, const std::string& replay, bool 
         header.libraryVersion = QUINDLE_VERSION;
         header.step = *step;
         header.realClock = window ? 1 : 0;
+        header.platform = TapePlatform();
+        header.pointerBytes = sizeof(void*);
         for (char* a : *gameArgs)
             header.gameArgs.push_back(a);
         if (!mTape.Record(record, header, &error)) {
@@ -137,6 +139,16 @@ int PlayerTape::Open(const std::string& record, const std::string& replay, bool 
             std::fprintf(stderr, "quindle-player: %s: a tape of the game \"%s\" (%s), not of this folder's \"%s\" (%s)\n",
                          replay.c_str(), h.title.c_str(), h.library.c_str(), title.c_str(),
                          BaseName(library).c_str());
+            return 2;
+        }
+        // The game's objects are as large as the platform makes them, and a
+        // tape holds every allocation's size: on another data model the run
+        // would differ from its first frame.
+        if (h.pointerBytes != sizeof(void*)) {
+            std::fprintf(stderr, "quindle-player: %s: a tape from another platform (%s, %u-byte pointers; this is %s, "
+                         "%u-byte): its allocations differ in size, so it replays only where it was recorded\n",
+                         replay.c_str(), h.platform.c_str(), static_cast<unsigned>(h.pointerBytes), TapePlatform(),
+                         static_cast<unsigned>(sizeof(void*)));
             return 2;
         }
         if (h.libraryVersion != QUINDLE_VERSION)

@@ -5,6 +5,7 @@
 // See Usage() below, and docs/KERNEL.md for the game folder.
 #include "Check.h"
 #include "CrashReport.h"
+#include "FrameHash.h"
 #include "GameFolder.h"
 #include "HostReports.h"
 #include "Overlay.h"
@@ -22,6 +23,9 @@
 #endif
 
 #include <dlfcn.h>
+#ifdef __EMSCRIPTEN__
+#include <emscripten.h>
+#endif
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -31,6 +35,10 @@
 #include <set>
 #include <string>
 #include <vector>
+
+#ifdef __EMSCRIPTEN__
+extern "C" int QuindleGameStart(const QuindleHost* host, QuindleGameLoop* loop);
+#endif
 
 namespace {
 
@@ -50,6 +58,8 @@ void Usage(std::FILE* out)
                  "  --out DIR         where frames go (default quindle-out); made if missing\n"
                  "  --frame T[,T...]  write the frame drawn at tick T as DIR/frame-T.png\n"
                  "  --every N         write every Nth tick's frame as a PNG\n"
+                 "  --hashes T[,T...] print the SHA-256 of the frame's palette indices at tick T\n"
+                 "                    as 'hash T <hex>' on standard output\n"
                  "  --gif FILE        the whole run as an animated GIF (default DIR/run.gif)\n"
                  "  --no-gif          no GIF\n"
                  "  --gif-every N     one GIF frame every N ticks (default 2)\n"
@@ -104,6 +114,7 @@ struct Options {
     std::string script;
     std::string out = "quindle-out";
     std::set<std::uint32_t> frames;
+    std::set<std::uint32_t> hashes;
     std::uint32_t every = 0;
     std::string gif;
     bool noGif = false;
@@ -167,7 +178,7 @@ bool ParseOptions(int argc, char** argv, Options* o, std::string* error)
             if (!need("a directory"))
                 return false;
             o->out = next;
-        } else if (a == "--frame") {
+        } else if (a == "--frame" || a == "--hashes") {
             if (!need("ticks"))
                 return false;
             std::string list = next;
@@ -177,10 +188,10 @@ bool ParseOptions(int argc, char** argv, Options* o, std::string* error)
                 if (comma == std::string::npos)
                     comma = list.size();
                 if (!Number(list.substr(at, comma - at).c_str(), 0, 0x7FFFFFFF, &v)) {
-                    *error = "--frame needs ticks separated by commas, not '" + list + "'";
+                    *error = a + " needs ticks separated by commas, not '" + list + "'";
                     return false;
                 }
-                o->frames.insert(static_cast<std::uint32_t>(v));
+                (a == "--frame" ? o->frames : o->hashes).insert(static_cast<std::uint32_t>(v));
                 at = comma + 1;
             }
         } else if (a == "--every" || a == "--gif-every" || a == "--step" || a == "--scale") {
@@ -346,8 +357,9 @@ void OnModal(SoftKernel& k, void* data)
     bool end = false;
 #ifdef QUINDLE_HAVE_WINDOW
     if (run.shown) {
-        ::usleep(1000); // the loop waits for the player: it need not spin the processor
-        run.shown->Pump(k);
+        // The loop waits for the player: it need not spin the processor, and
+        // in a page the browser gets its turn.
+        run.shown->Idle(k);
         e.quit = run.shown->QuitAsked();
         e.closed = run.shown->Closed();
     }
@@ -379,6 +391,24 @@ void OnFrame(SoftKernel& k, void* data)
     PlayerOverlay::Status status;
     status.frameMillis = o.step * 1000.0 / 60; // the virtual clock's: the same frames every run
     const std::uint8_t* frame = run.overlay ? run.overlay->Draw(k, status) : k.Frame();
+    if (o.hashes.count(tick))
+        std::printf("hash %u %s\n", tick,
+                    Sha256Hex(k.Frame(), static_cast<std::size_t>(SoftKernel::kWidth) * SoftKernel::kHeight).c_str());
+#ifdef __EMSCRIPTEN__
+    // A page runs the whole game in one call: now and then it lets the browser
+    // draw and answer. The time from one frame's hook to the next is what a
+    // frame costs the page's main thread (the page keeps them, in
+    // Module.quindleFrameMillis by tick, for a test to read).
+    static double lastYield = 0, lastFrame = 0;
+    const double now = emscripten_get_now();
+    if (lastFrame > 0)
+        EM_ASM({ (Module.quindleFrameMillis = Module.quindleFrameMillis || [])[$0] = $1; }, tick, now - lastFrame);
+    if (now - lastYield > 100) {
+        emscripten_sleep(0);
+        lastYield = emscripten_get_now();
+    }
+    lastFrame = emscripten_get_now();
+#endif
     if (o.frames.count(tick) || (o.every && tick % o.every == 0)) {
         char name[32];
         std::snprintf(name, sizeof name, "/frame-%06u.png", tick);
@@ -528,11 +558,16 @@ int main(int argc, char** argv)
     k.SetFrameHook(&OnFrame, &run);
     k.SetModalHook(&OnModal, &run);
 
+#ifdef __EMSCRIPTEN__
+    // A web page is one game: its library is linked in.
+    QuindleGameStartFunction start = &QuindleGameStart;
+#else
     QuindleGameStartFunction start = nullptr;
     if (const int failed = LoadGameLibrary(game.library, &start, &error)) {
         std::fprintf(stderr, "quindle-player: %s\n", error.c_str());
         return failed;
     }
+#endif
 
     // The game folder is the directory of the room libraries, and the game's
     // working directory: what it reads by a relative name is in its folder.
@@ -568,7 +603,11 @@ int main(int argc, char** argv)
         return done;
     }
 
+#ifdef __EMSCRIPTEN__
+    const bool progress = false; // a page's console is no terminal, whatever isatty says
+#else
     const bool progress = !o.quiet && !o.window && ::isatty(2);
+#endif
     int status = 0;
     bool quit = false, closed = false;
     std::uint32_t shown = 0;

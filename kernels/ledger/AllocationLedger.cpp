@@ -7,7 +7,9 @@
 #include <windows.h>
 #else
 #include <dlfcn.h>
+#ifndef __EMSCRIPTEN__
 #include <sys/uio.h>
+#endif
 #include <unistd.h>
 #endif
 
@@ -74,6 +76,14 @@ bool ReadMemory(const void* address, void* out, std::size_t n)
 #if defined(_WIN32)
     SIZE_T read = 0;
     return ::ReadProcessMemory(::GetCurrentProcess(), address, out, n, &read) && read == n;
+#elif defined(__EMSCRIPTEN__)
+    // One linear memory, readable wherever it reaches; nothing past its end.
+    const std::uintptr_t at = reinterpret_cast<std::uintptr_t>(address);
+    const std::uintptr_t end = __builtin_wasm_memory_size(0) * 65536u;
+    if (at == 0 || at > end || n > end - at)
+        return false;
+    std::memcpy(out, address, n);
+    return true;
 #else
     iovec local{out, n};
     iovec remote{const_cast<void*>(address), n};

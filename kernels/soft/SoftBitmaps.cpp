@@ -52,7 +52,7 @@ int ClampSize(int pixelSize)
     return std::max(6, std::min(96, pixelSize));
 }
 
-const char* const kFontName = "DejaVu Sans";
+[[maybe_unused]] const char* const kFontName = "DejaVu Sans";
 const char* const kDebianFontPath = "/usr/share/fonts/truetype/dejavu/DejaVuSans.ttf";
 
 bool IsFile(const std::string& path)

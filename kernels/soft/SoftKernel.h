@@ -134,7 +134,8 @@ public:
     // (talker 1): <text>", "robot 10 starts", "movie 300.VMD starts".
     // Called when GetEvent is asked again within one frame with nothing due
     // (a modal input loop), after the virtual clock has moved on: a window
-    // gathers its input here, and a host may end the run from here.
+    // gathers its input here (a web page hands control back to the browser,
+    // which would otherwise never deliver it), and a host may end the run from here.
     void SetModalHook(void (*hook)(SoftKernel&, void*), void* data)
     {
         mModalHook = hook;

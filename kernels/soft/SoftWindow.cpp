@@ -1,6 +1,8 @@
 // SoftWindow.cpp - see SoftWindow.h.
 #include "SoftWindow.h"
 
+#include "SoftMixer.h"
+
 #include <SDL.h>
 #include <fcntl.h>
 #include <unistd.h>
@@ -248,6 +250,12 @@ void SoftWindow::Pump(SoftKernel& kernel)
         Mix(kernel);
 }
 
+void SoftWindow::Idle(SoftKernel& kernel)
+{
+    Pump(kernel);
+    SDL_Delay(1);
+}
+
 void SoftWindow::Hold(bool hold)
 {
     mHeld = hold;
@@ -255,9 +263,7 @@ void SoftWindow::Hold(bool hold)
         SDL_ClearQueuedAudio(mAudio);
 }
 
-// Keeps about a tenth of a second of sound queued. Each source is mixed from
-// where the kernel's clock says it is; a source that drifted more than a
-// tenth of a second (a pause, a restart) is moved back in step.
+// Keeps about a tenth of a second of sound queued.
 void SoftWindow::Mix(SoftKernel& kernel)
 {
     if (!mAudio)
@@ -267,37 +273,7 @@ void SoftWindow::Mix(SoftKernel& kernel)
     if (queued >= target)
         return;
     const int frames = static_cast<int>((target - queued) / 4);
-    std::vector<int> mix(static_cast<std::size_t>(frames) * 2, 0);
-    const auto sources = kernel.AudibleSources();
-    std::map<long long, double> cursors;
-    for (const auto& s : sources) {
-        const SoftWav& wav = *s.wav;
-        const double expected = static_cast<double>(s.elapsedTicks) * wav.rate / 60.0;
-        auto found = mCursors.find(s.id);
-        double pos = found == mCursors.end() || std::fabs(found->second - expected) > wav.rate / 10.0 ? expected
-                                                                                                   : found->second;
-        const double step = static_cast<double>(wav.rate) / mAudioRate;
-        const int left = s.volume * (s.pan <= 50 ? 100 : 100 - (s.pan - 50) * 2) / 100;
-        const int right = s.volume * (s.pan >= 50 ? 100 : s.pan * 2) / 100;
-        for (int i = 0; i < frames; i++, pos += step) {
-            const std::uint32_t f = static_cast<std::uint32_t>(pos);
-            if (f >= wav.frames)
-                break;
-            int l = wav.samples[static_cast<std::size_t>(f) * wav.channels];
-            int r = wav.channels == 2 ? wav.samples[static_cast<std::size_t>(f) * 2 + 1] : l;
-            if (s.distort > 0) {
-                const int bits = s.distort > 15 ? 15 : s.distort;
-                l = (l / (1 << bits)) * (1 << bits);
-                r = (r / (1 << bits)) * (1 << bits);
-            }
-            mix[static_cast<std::size_t>(i) * 2] += l * left / 127;
-            mix[static_cast<std::size_t>(i) * 2 + 1] += r * right / 127;
-        }
-        cursors[s.id] = pos;
-    }
-    mCursors = cursors;
-    std::vector<Sint16> out(mix.size());
-    for (std::size_t i = 0; i < mix.size(); i++)
-        out[i] = static_cast<Sint16>(std::clamp(mix[i], -32768, 32767));
+    std::vector<Sint16> out;
+    SoftMixSources(kernel.AudibleSources(), mAudioRate, frames, &mCursors, &out);
     SDL_QueueAudio(mAudio, out.data(), static_cast<Uint32>(out.size() * sizeof(Sint16)));
 }

@@ -37,6 +37,10 @@ public:
     // Hands waiting input to the kernel and feeds the sound. Function keys
     // F1..F12 go to the host's hook instead, never to the game.
     void Pump(SoftKernel& kernel);
+    // The game waits for input without drawing (the kernel's idle hook):
+    // gathers input as Pump does and gives a moment back to the system (in a
+    // web page, to the browser).
+    void Idle(SoftKernel& kernel);
     // The host's hook for function keys (n is 1..12).
     void SetFunctionKeyHook(void (*hook)(int n, void* data), void* data)
     {

@@ -145,6 +145,31 @@ void TapeFrame::Clear()
     found.clear();
 }
 
+const char* TapePlatform()
+{
+#if defined(__EMSCRIPTEN__)
+    return "wasm32-web";
+#else
+#if defined(__x86_64__) || defined(_M_X64)
+#define QUINDLE_TAPE_CPU "x86_64"
+#elif defined(__aarch64__) || defined(_M_ARM64)
+#define QUINDLE_TAPE_CPU "aarch64"
+#elif defined(__i386__) || defined(_M_IX86)
+#define QUINDLE_TAPE_CPU "i686"
+#else
+#define QUINDLE_TAPE_CPU "unknown"
+#endif
+#if defined(_WIN32)
+    return QUINDLE_TAPE_CPU "-windows";
+#elif defined(__linux__)
+    return QUINDLE_TAPE_CPU "-linux";
+#else
+    return QUINDLE_TAPE_CPU "-unknown";
+#endif
+#undef QUINDLE_TAPE_CPU
+#endif
+}
+
 const char* TapeEndingText(TapeEnding ending)
 {
     switch (ending) {
@@ -197,6 +222,8 @@ bool TapeWriter::Open(const std::string& path, const TapeHeader& header, std::st
     PutVar(&payload, header.gameArgs.size());
     for (const auto& a : header.gameArgs)
         PutString(&payload, a);
+    PutString(&payload, header.platform);
+    payload.push_back(static_cast<char>(header.pointerBytes));
     if (!Record(kTagHeader, payload)) {
         *error = path + ": cannot write the tape";
         return false;
@@ -415,6 +442,12 @@ bool TapeReader::Parse(const std::uint8_t* data, std::size_t size, const std::st
             const std::size_t args = h.Count(256);
             for (std::size_t i = 0; i < args && h.ok; i++)
                 mHeader.gameArgs.push_back(h.String());
+            mHeader.platform = "x86_64-linux";
+            mHeader.pointerBytes = 8;
+            if (h.ok && h.at < h.n) {
+                mHeader.platform = h.String();
+                mHeader.pointerBytes = h.Byte();
+            }
             if (!h.ok || h.at != h.n || mHeader.step == 0 || mHeader.step > 3600)
                 return fail("damaged header", start);
             haveHeader = true;

@@ -69,7 +69,16 @@ struct TapeHeader {
     std::uint32_t step = 1;     // ticks the clock advanced per frame (headless)
     std::uint8_t realClock = 0; // 1: played in a window on the real clock
     std::vector<std::string> gameArgs;
+    // Where the run was made (TapePlatform()) and the size of a pointer there,
+    // which the sizes of the game's allocations follow. A tape written before
+    // tapes named their platform reads as x86_64-linux with 8-byte pointers.
+    std::string platform;
+    std::uint8_t pointerBytes = 8;
 };
+
+// The platform this program runs on, as "<processor>-<system>": x86_64-linux,
+// aarch64-linux, wasm32-web, x86_64-windows, ...
+const char* TapePlatform();
 
 // How the recorded run ended.
 // kFault: the kernel met a fault or the library sent an error notice; kCrashed:

@@ -4,9 +4,11 @@
 // a window replayed headless. (That a replay draws the same frames is the
 // demo's test, on its playthrough.)
 #include "SoftTestSupport.h"
+#include "TapeFormat.h"
 
 #include <sys/wait.h>
 
+#include <algorithm>
 #include <csignal>
 #include <cstdio>
 #include <filesystem>
@@ -172,6 +174,28 @@ TEST_F(SoftTape, BrokenTapesAreRefusedNamingTheFileAndThePlace)
     const Result other = Play("--replay " + tape + " --no-gif --out " + game.Path("b"));
     EXPECT_EQ(other.status, 2) << other.output;
     EXPECT_NE(other.output.find(tape + ": a tape of the game \"tape test\""), std::string::npos) << other.output;
+}
+
+// A tape names where it was made; one from a platform whose pointers (and so
+// the game's allocations) have another size is refused in one line, before
+// it could diverge at its first frame.
+TEST_F(SoftTape, ATapeFromAPlatformOfAnotherPointerSizeIsRefusedInOneLine)
+{
+    TapeHeader header;
+    header.title = "tape test";
+    header.library = std::filesystem::path(TAPE_GAME).filename().string();
+    header.libraryVersion = "0";
+    header.platform = sizeof(void*) == 8 ? "wasm32-web" : "x86_64-linux";
+    header.pointerBytes = sizeof(void*) == 8 ? 4 : 8;
+    TapeWriter writer;
+    std::string error;
+    TapeFrame none;
+    ASSERT_TRUE(writer.Open(tape, header, &error)) << error;
+    ASSERT_TRUE(writer.WriteEnd(none, TapeEnding::kQuit, 0, ""));
+    const Result r = Play("--replay " + tape + " --no-gif --out " + game.Path("b"));
+    EXPECT_EQ(r.status, 2) << r.output;
+    EXPECT_NE(r.output.find(tape + ": a tape from another platform (" + header.platform), std::string::npos) << r.output;
+    EXPECT_EQ(std::count(r.output.begin(), r.output.end(), '\n'), 1) << r.output;
 }
 
 #ifdef QUINDLE_HAVE_WINDOW
