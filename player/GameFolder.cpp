@@ -77,11 +77,13 @@ int LoadGameLibrary(const std::string& path, QuindleGameStartFunction* start, st
     // The entry point must be the file's own: a lookup by handle also finds
     // it in the libraries this one needs (a room library needs the game's).
     void* entry = ::dlsym(library, QUINDLE_GAME_START);
+#ifndef __EMSCRIPTEN__ // a page links its one game in and loads none
     link_map* map = nullptr;
     Dl_info found;
     if (entry && (::dlinfo(library, RTLD_DI_LINKMAP, &map) != 0 || !::dladdr(entry, &found) || !map ||
                   std::strcmp(found.dli_fname, map->l_name) != 0))
         entry = nullptr;
+#endif
     *start = reinterpret_cast<QuindleGameStartFunction>(entry);
     if (!*start) {
         *error = path + ": exports no " QUINDLE_GAME_START ": not a game library";

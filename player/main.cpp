@@ -475,6 +475,7 @@ int main(int argc, char** argv)
         return 2;
     }
 
+#ifndef __EMSCRIPTEN__ // a page is its own display
     if (o.window) {
         // Without a display SDL would fall back to a driver that shows nothing.
         const char* driver = std::getenv("SDL_VIDEODRIVER");
@@ -483,9 +484,14 @@ int main(int argc, char** argv)
             return 3;
         }
     }
+#endif
     SoftKernel k;
     PlayerTape tape(k);
+#ifdef __EMSCRIPTEN__
+    const bool sessionTape = false; // a page keeps no files once it is closed
+#else
     const bool sessionTape = o.window && !o.noRecord && o.record.empty() && o.replay.empty();
+#endif
     if (sessionTape) {
         // Every crash a tester sees in a window comes with its replay.
         o.record = SessionTapePath(game.title, &error);
