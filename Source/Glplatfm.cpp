@@ -181,25 +181,6 @@ const char* GLPlatformLoadError()
     return gszLoadError;
 }
 
-std::FILE* GLPlatformOpenText(const char* pName, char* pWhy, std::size_t uWhySize)
-{
-    FolderFileError refusal;
-    std::uint64_t uSize = 0;
-    const int fd = FolderFileOpen(pName, kFolderText, &uSize, &refusal);
-    std::FILE* pFile = fd >= 0 ? ::fdopen(fd, "r") : 0;
-    if (fd >= 0 && !pFile) {
-        std::snprintf(refusal.text, sizeof refusal.text, "%s: cannot be read (%s)", pName, std::strerror(errno));
-        ::close(fd);
-    }
-    if (!pFile) {
-        // The refusal starts with the file's name, which the caller has.
-        const std::size_t uName = std::strlen(pName);
-        const int fNamed = std::strncmp(refusal.text, pName, uName) == 0 && refusal.text[uName] == ':';
-        std::snprintf(pWhy, uWhySize, "%s", refusal.text + (fNamed ? uName + 2 : 0));
-    }
-    return pFile;
-}
-
 void GLPlatformDefaultNotice(const char* pText, const char* pTitle)
 {
     // Linux has no message box: the same text goes to the error stream, under

@@ -4,6 +4,8 @@
 #include "gldll.h"
 #include "glplatfm.h"
 
+#include "FolderFile.h"
+
 // After the library's headers: the system's macros (UnlockResource among
 // them) would rename members of the kernel's interface.
 #define WIN32_LEAN_AND_MEAN
@@ -72,6 +74,35 @@ int ProgramDirectory(char* pBuffer, std::size_t uSize)
     return TRUE;
 }
 
+// Why the last load failed.
+char gszLoadError[kPathSize + 256];
+
+// Whether anything is there by that name (a file, or something the folder
+// reader will refuse as one).
+int Exists(const char* pPath)
+{
+    return ::GetFileAttributesA(pPath) != INVALID_FILE_ATTRIBUTES;
+}
+
+// The loader's reason, in the system's words without their line break and
+// full stop, after the file's name.
+void KeepLoaderError(const char* pPath, DWORD uError)
+{
+    char szWords[512];
+    const DWORD uLength =
+        ::FormatMessageA(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS, 0, uError,
+                         MAKELANGID(LANG_NEUTRAL, SUBLANG_DEFAULT), szWords, sizeof szWords, 0);
+    std::size_t n = uLength;
+    while (n > 0 && (szWords[n - 1] == '\r' || szWords[n - 1] == '\n' || szWords[n - 1] == ' ' || szWords[n - 1] == '.'))
+        n--;
+    szWords[n] = '\0';
+    if (n == 0)
+        std::snprintf(gszLoadError, sizeof gszLoadError, "%s: the loader refused it (error %lu)", pPath,
+                      static_cast<unsigned long>(uError));
+    else
+        std::snprintf(gszLoadError, sizeof gszLoadError, "%s: %s", pPath, szWords);
+}
+
 int IsFullyAbsolute(const char* pName)
 {
     const int fDrive = ((pName[0] >= 'A' && pName[0] <= 'Z') || (pName[0] >= 'a' && pName[0] <= 'z')) &&
@@ -118,6 +149,7 @@ int GLPlatformAbsolutePath(const char* pName, char* pBuffer, std::size_t uSize)
 
 void* GLPlatformLoadLibrary(const char* pDirectory, const char* pName)
 {
+    gszLoadError[0] = '\0';
     char szDirectory[kPathSize];
     if (!pDirectory) {
         if (!ProgramDirectory(szDirectory, sizeof szDirectory))
@@ -127,21 +159,36 @@ void* GLPlatformLoadLibrary(const char* pDirectory, const char* pName)
     // The room is loaded by its full path or not at all: neither the working
     // directory nor PATH may supply it.
     char szPath[kPathSize];
-    if (!MakeLibraryPath(szPath, sizeof szPath, pDirectory, pName) || !IsFile(szPath))
+    if (!MakeLibraryPath(szPath, sizeof szPath, pDirectory, pName) || !Exists(szPath))
         return 0;
+    // Whatever stands there decides: a directory, a device or a file that is
+    // no library for this machine is refused before the loader sees it.
+    FolderFileError refusal;
+    if (!FolderFileIsLibrary(szPath, &refusal)) {
+        std::snprintf(gszLoadError, sizeof gszLoadError, "%s", refusal.text);
+        return 0;
+    }
     // The libraries the room itself needs are looked for beside it, beside the
     // program and in the system's directory, and a file that is no library is
     // refused here rather than with a dialog of the system's.
     DWORD uErrorMode = 0;
     ::SetThreadErrorMode(SEM_FAILCRITICALERRORS | SEM_NOOPENFILEERRORBOX, &uErrorMode);
     HMODULE hLibrary = ::LoadLibraryExA(szPath, 0, LOAD_LIBRARY_SEARCH_DLL_LOAD_DIR | LOAD_LIBRARY_SEARCH_DEFAULT_DIRS);
+    const DWORD uError = ::GetLastError();
     ::SetThreadErrorMode(uErrorMode, 0);
+    if (!hLibrary)
+        KeepLoaderError(szPath, uError);
     return reinterpret_cast<void*>(hLibrary);
 }
 
 void* GLPlatformFindExport(void* pLibrary, const char* pName)
 {
     return reinterpret_cast<void*>(::GetProcAddress(static_cast<HMODULE>(pLibrary), pName));
+}
+
+const char* GLPlatformLoadError()
+{
+    return gszLoadError;
 }
 
 void GLPlatformFreeLibrary(void* pLibrary)
