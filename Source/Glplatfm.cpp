@@ -181,6 +181,14 @@ const char* GLPlatformLoadError()
     return gszLoadError;
 }
 
+int GLPlatformReplaceFile(const char* pFrom, const char* pTo, char* pWhy, std::size_t uWhySize)
+{
+    if (std::rename(pFrom, pTo) == 0)
+        return TRUE;
+    std::snprintf(pWhy, uWhySize, "%s", std::strerror(errno));
+    return FALSE;
+}
+
 void GLPlatformDefaultNotice(const char* pText, const char* pTitle)
 {
     // Linux has no message box: the same text goes to the error stream, under

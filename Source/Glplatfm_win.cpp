@@ -84,25 +84,6 @@ int Exists(const char* pPath)
     return ::GetFileAttributesA(pPath) != INVALID_FILE_ATTRIBUTES;
 }
 
-// The loader's reason, in the system's words without their line break and
-// full stop, after the file's name.
-void KeepLoaderError(const char* pPath, DWORD uError)
-{
-    char szWords[512];
-    const DWORD uLength =
-        ::FormatMessageA(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS, 0, uError,
-                         MAKELANGID(LANG_NEUTRAL, SUBLANG_DEFAULT), szWords, sizeof szWords, 0);
-    std::size_t n = uLength;
-    while (n > 0 && (szWords[n - 1] == '\r' || szWords[n - 1] == '\n' || szWords[n - 1] == ' ' || szWords[n - 1] == '.'))
-        n--;
-    szWords[n] = '\0';
-    if (n == 0)
-        std::snprintf(gszLoadError, sizeof gszLoadError, "%s: the loader refused it (error %lu)", pPath,
-                      static_cast<unsigned long>(uError));
-    else
-        std::snprintf(gszLoadError, sizeof gszLoadError, "%s: %s", pPath, szWords);
-}
-
 int IsFullyAbsolute(const char* pName)
 {
     const int fDrive = ((pName[0] >= 'A' && pName[0] <= 'Z') || (pName[0] >= 'a' && pName[0] <= 'z')) &&
@@ -176,8 +157,12 @@ void* GLPlatformLoadLibrary(const char* pDirectory, const char* pName)
     HMODULE hLibrary = ::LoadLibraryExA(szPath, 0, LOAD_LIBRARY_SEARCH_DLL_LOAD_DIR | LOAD_LIBRARY_SEARCH_DEFAULT_DIRS);
     const DWORD uError = ::GetLastError();
     ::SetThreadErrorMode(uErrorMode, 0);
-    if (!hLibrary)
-        KeepLoaderError(szPath, uError);
+    if (!hLibrary) {
+        // The loader's reason after the file's name.
+        char szWords[512];
+        FolderFileSystemWords(uError, szWords, sizeof szWords);
+        std::snprintf(gszLoadError, sizeof gszLoadError, "%s: %s", szPath, szWords);
+    }
     return reinterpret_cast<void*>(hLibrary);
 }
 
@@ -194,6 +179,15 @@ const char* GLPlatformLoadError()
 void GLPlatformFreeLibrary(void* pLibrary)
 {
     ::FreeLibrary(static_cast<HMODULE>(pLibrary));
+}
+
+int GLPlatformReplaceFile(const char* pFrom, const char* pTo, char* pWhy, std::size_t uWhySize)
+{
+    // A rename alone would refuse a name that is taken.
+    if (::MoveFileExA(pFrom, pTo, MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH))
+        return TRUE;
+    FolderFileSystemWords(::GetLastError(), pWhy, uWhySize);
+    return FALSE;
 }
 
 void GLPlatformMessageBox(const char* pText, const char* pTitle, unsigned int)

@@ -59,6 +59,11 @@ const char* GLPlatformLoadError();
 // the buffer, when it cannot be read. The caller closes the file with fclose.
 std::FILE* GLPlatformOpenText(const char* pName, char* pWhy, std::size_t uWhySize);
 
+// Puts the file pFrom in the place of pTo in one step, replacing whatever
+// pTo was: a reader sees the old file or the new one, never a part. FALSE,
+// with the system's reason in the buffer, when it cannot.
+int GLPlatformReplaceFile(const char* pFrom, const char* pTo, char* pWhy, std::size_t uWhySize);
+
 // Shows the text under the title through the notice the assertion reporter
 // uses (GLSetAssertNotice) and returns once it is dismissed. The notice has no
 // styles, so the style (OK button, icon) is not passed on.

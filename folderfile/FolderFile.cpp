@@ -127,14 +127,10 @@ bool FolderFileIsLibrary(const char* path, FolderFileError* error)
 
 #else
 
-namespace {
-
-// The system's words for an error, without the line break and full stop the
-// system ends them with.
-void SystemWords(DWORD uError, char* pBuffer, std::size_t uSize)
+void FolderFileSystemWords(unsigned long uError, char* pBuffer, std::size_t uSize)
 {
     const DWORD uLength =
-        ::FormatMessageA(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS, 0, uError,
+        ::FormatMessageA(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS, 0, static_cast<DWORD>(uError),
                          MAKELANGID(LANG_NEUTRAL, SUBLANG_DEFAULT), pBuffer, static_cast<DWORD>(uSize), 0);
     std::size_t n = uLength;
     while (n > 0 && (pBuffer[n - 1] == '\r' || pBuffer[n - 1] == '\n' || pBuffer[n - 1] == ' ' || pBuffer[n - 1] == '.'))
@@ -145,7 +141,6 @@ void SystemWords(DWORD uError, char* pBuffer, std::size_t uSize)
         pBuffer[n] = '\0';
 }
 
-} // namespace
 
 int FolderFileOpen(const char* path, FolderFileKind kind, std::uint64_t* size, FolderFileError* error)
 {
@@ -162,7 +157,7 @@ int FolderFileOpen(const char* path, FolderFileKind kind, std::uint64_t* size, F
             e == ERROR_BAD_NETPATH) {
             Refuse(error, 1, "%s: no such file", path);
         } else {
-            SystemWords(e, words, sizeof words);
+            FolderFileSystemWords(e, words, sizeof words);
             Refuse(error, 0, "%s: cannot be read (%s)", path, words);
         }
         return -1;
@@ -172,7 +167,7 @@ int FolderFileOpen(const char* path, FolderFileKind kind, std::uint64_t* size, F
     if (::GetFileType(file) != FILE_TYPE_DISK) {
         Refuse(error, 0, "%s: is a FIFO, socket or device, not a file", path);
     } else if (!::GetFileInformationByHandle(file, &info)) {
-        SystemWords(::GetLastError(), words, sizeof words);
+        FolderFileSystemWords(::GetLastError(), words, sizeof words);
         Refuse(error, 0, "%s: cannot be read (%s)", path, words);
     } else if (info.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) {
         Refuse(error, 0, "%s: is a directory, not a file", path);
