@@ -71,6 +71,7 @@ function(quindle_add_game target)
   _quindle_line_info(${target})
   set_target_properties(${target} PROPERTIES
     LIBRARY_OUTPUT_DIRECTORY "$<1:${folder}>"
+    RUNTIME_OUTPUT_DIRECTORY "$<1:${folder}>"
     QUINDLE_GAME_FOLDER "${folder}")
 
   # game.txt names the library relative to the folder, so the folder can move.
@@ -126,13 +127,17 @@ function(quindle_add_room game number)
   _quindle_check_arguments("quindle_add_room(${game} ${number})" "${arg_UNPARSED_ARGUMENTS}" "${arg_SOURCES}"
                            "SOURCES names no file")
   # One module per room, named by its number: the room manager loads <number>.so
-  # from the game folder.
+  # (on Windows <number>.dll) from the game folder.
   set(room ${game}_room_${number})
+  set(suffix ".so")
+  if(WIN32)
+    set(suffix ".dll")
+  endif()
   add_library(${room} MODULE ${arg_SOURCES})
   target_link_libraries(${room} PRIVATE ${game})
   _quindle_line_info(${room})
   set_target_properties(${room} PROPERTIES
-    OUTPUT_NAME "${number}" PREFIX "" SUFFIX ".so" LIBRARY_OUTPUT_DIRECTORY "$<1:${folder}>")
+    OUTPUT_NAME "${number}" PREFIX "" SUFFIX "${suffix}" LIBRARY_OUTPUT_DIRECTORY "$<1:${folder}>")
 endfunction()
 
 # What a test that runs the player needs, checked at configure time: the game
