@@ -1,10 +1,7 @@
 // Glplatfm_posix.cpp - what the platform layer does the same way on every
-// system with POSIX files (Linux, and a web page's file system): opening a
-// game folder's text files through the one reader of game folder files, the
-// default notice, and what a path looks like. See glplatfm.h.
+// system with POSIX files (Linux, and a web page's file system): replacing a
+// file, the default notice, and what a path looks like. See glplatfm.h.
 #include "glplatfm.h"
-
-#include "FolderFile.h"
 
 #include <cerrno>
 #include <climits>
@@ -16,23 +13,12 @@
 
 const char kGLPathSeparator = '/';
 
-std::FILE* GLPlatformOpenText(const char* pName, char* pWhy, std::size_t uWhySize)
+int GLPlatformReplaceFile(const char* pFrom, const char* pTo, char* pWhy, std::size_t uWhySize)
 {
-    FolderFileError refusal;
-    std::uint64_t uSize = 0;
-    const int fd = FolderFileOpen(pName, kFolderText, &uSize, &refusal);
-    std::FILE* pFile = fd >= 0 ? ::fdopen(fd, "r") : 0;
-    if (fd >= 0 && !pFile) {
-        std::snprintf(refusal.text, sizeof refusal.text, "%s: cannot be read (%s)", pName, std::strerror(errno));
-        ::close(fd);
-    }
-    if (!pFile) {
-        // The refusal starts with the file's name, which the caller has.
-        const std::size_t uName = std::strlen(pName);
-        const int fNamed = std::strncmp(refusal.text, pName, uName) == 0 && refusal.text[uName] == ':';
-        std::snprintf(pWhy, uWhySize, "%s", refusal.text + (fNamed ? uName + 2 : 0));
-    }
-    return pFile;
+    if (std::rename(pFrom, pTo) == 0)
+        return TRUE;
+    std::snprintf(pWhy, uWhySize, "%s", std::strerror(errno));
+    return FALSE;
 }
 
 void GLPlatformDefaultNotice(const char* pText, const char* pTitle)

@@ -4,6 +4,8 @@
 #include "gldll.h"
 #include "glplatfm.h"
 
+#include "FolderFile.h"
+
 // After the library's headers: the system's macros (UnlockResource among
 // them) would rename members of the kernel's interface.
 #define WIN32_LEAN_AND_MEAN
@@ -72,6 +74,16 @@ int ProgramDirectory(char* pBuffer, std::size_t uSize)
     return TRUE;
 }
 
+// Why the last load failed.
+char gszLoadError[kPathSize + 256];
+
+// Whether anything is there by that name (a file, or something the folder
+// reader will refuse as one).
+int Exists(const char* pPath)
+{
+    return ::GetFileAttributesA(pPath) != INVALID_FILE_ATTRIBUTES;
+}
+
 int IsFullyAbsolute(const char* pName)
 {
     const int fDrive = ((pName[0] >= 'A' && pName[0] <= 'Z') || (pName[0] >= 'a' && pName[0] <= 'z')) &&
@@ -118,6 +130,7 @@ int GLPlatformAbsolutePath(const char* pName, char* pBuffer, std::size_t uSize)
 
 void* GLPlatformLoadLibrary(const char* pDirectory, const char* pName)
 {
+    gszLoadError[0] = '\0';
     char szDirectory[kPathSize];
     if (!pDirectory) {
         if (!ProgramDirectory(szDirectory, sizeof szDirectory))
@@ -127,15 +140,29 @@ void* GLPlatformLoadLibrary(const char* pDirectory, const char* pName)
     // The room is loaded by its full path or not at all: neither the working
     // directory nor PATH may supply it.
     char szPath[kPathSize];
-    if (!MakeLibraryPath(szPath, sizeof szPath, pDirectory, pName) || !IsFile(szPath))
+    if (!MakeLibraryPath(szPath, sizeof szPath, pDirectory, pName) || !Exists(szPath))
         return 0;
+    // Whatever stands there decides: a directory, a device or a file that is
+    // no library for this machine is refused before the loader sees it.
+    FolderFileError refusal;
+    if (!FolderFileIsLibrary(szPath, &refusal)) {
+        std::snprintf(gszLoadError, sizeof gszLoadError, "%s", refusal.text);
+        return 0;
+    }
     // The libraries the room itself needs are looked for beside it, beside the
     // program and in the system's directory, and a file that is no library is
     // refused here rather than with a dialog of the system's.
     DWORD uErrorMode = 0;
     ::SetThreadErrorMode(SEM_FAILCRITICALERRORS | SEM_NOOPENFILEERRORBOX, &uErrorMode);
     HMODULE hLibrary = ::LoadLibraryExA(szPath, 0, LOAD_LIBRARY_SEARCH_DLL_LOAD_DIR | LOAD_LIBRARY_SEARCH_DEFAULT_DIRS);
+    const DWORD uError = ::GetLastError();
     ::SetThreadErrorMode(uErrorMode, 0);
+    if (!hLibrary) {
+        // The loader's reason after the file's name.
+        char szWords[512];
+        FolderFileSystemWords(uError, szWords, sizeof szWords);
+        std::snprintf(gszLoadError, sizeof gszLoadError, "%s: %s", szPath, szWords);
+    }
     return reinterpret_cast<void*>(hLibrary);
 }
 
@@ -144,9 +171,23 @@ void* GLPlatformFindExport(void* pLibrary, const char* pName)
     return reinterpret_cast<void*>(::GetProcAddress(static_cast<HMODULE>(pLibrary), pName));
 }
 
+const char* GLPlatformLoadError()
+{
+    return gszLoadError;
+}
+
 void GLPlatformFreeLibrary(void* pLibrary)
 {
     ::FreeLibrary(static_cast<HMODULE>(pLibrary));
+}
+
+int GLPlatformReplaceFile(const char* pFrom, const char* pTo, char* pWhy, std::size_t uWhySize)
+{
+    // A rename alone would refuse a name that is taken.
+    if (::MoveFileExA(pFrom, pTo, MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH))
+        return TRUE;
+    FolderFileSystemWords(::GetLastError(), pWhy, uWhySize);
+    return FALSE;
 }
 
 void GLPlatformMessageBox(const char* pText, const char* pTitle, unsigned int)

@@ -658,9 +658,12 @@ int GLSaveGame::Save(const char* fileName)
     int failed = put != static_cast<std::size_t>(length) || std::fflush(file) != 0;
     const int error = errno;
     failed = std::fclose(file) != 0 || failed;
-    if (failed || std::rename(temporary.c_str(), fileName) != 0) {
+    char why[256];
+    if (failed)
+        std::snprintf(why, sizeof why, "%s", std::strerror(error));
+    if (failed || !GLPlatformReplaceFile(temporary.c_str(), fileName, why, sizeof why)) {
         char reason[300];
-        std::snprintf(reason, sizeof reason, "cannot be written (%s)", std::strerror(failed ? error : errno));
+        std::snprintf(reason, sizeof reason, "cannot be written (%s)", why);
         std::remove(temporary.c_str());
         return Refuse(fileName, reason);
     }

@@ -59,6 +59,11 @@ const char* GLPlatformLoadError();
 // the buffer, when it cannot be read. The caller closes the file with fclose.
 std::FILE* GLPlatformOpenText(const char* pName, char* pWhy, std::size_t uWhySize);
 
+// Puts the file pFrom in the place of pTo in one step, replacing whatever
+// pTo was: a reader sees the old file or the new one, never a part. FALSE,
+// with the system's reason in the buffer, when it cannot.
+int GLPlatformReplaceFile(const char* pFrom, const char* pTo, char* pWhy, std::size_t uWhySize);
+
 #ifdef __EMSCRIPTEN__
 // A web page links its rooms in: each export of room uNumber is registered by
 // its name before the game starts, and GLPlatformLoadLibrary then finds the

@@ -83,6 +83,7 @@ function(quindle_add_game target)
   _quindle_line_info(${target})
   set_target_properties(${target} PROPERTIES
     LIBRARY_OUTPUT_DIRECTORY "$<1:${folder}>"
+    RUNTIME_OUTPUT_DIRECTORY "$<1:${folder}>"
     QUINDLE_GAME_FOLDER "${folder}")
 
   # game.txt names the library relative to the folder, so the folder can move.
@@ -196,12 +197,16 @@ function(quindle_add_room game number)
     return()
   endif()
   # One module per room, named by its number: the room manager loads <number>.so
-  # from the game folder.
+  # (on Windows <number>.dll) from the game folder.
+  set(suffix ".so")
+  if(WIN32)
+    set(suffix ".dll")
+  endif()
   add_library(${room} MODULE ${arg_SOURCES})
   target_link_libraries(${room} PRIVATE ${game})
   _quindle_line_info(${room})
   set_target_properties(${room} PROPERTIES
-    OUTPUT_NAME "${number}" PREFIX "" SUFFIX ".so" LIBRARY_OUTPUT_DIRECTORY "$<1:${folder}>")
+    OUTPUT_NAME "${number}" PREFIX "" SUFFIX "${suffix}" LIBRARY_OUTPUT_DIRECTORY "$<1:${folder}>")
 endfunction()
 
 # A room in a web page: its five exports are renamed after the room, so that

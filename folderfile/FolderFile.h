@@ -63,4 +63,10 @@ bool FolderFileRead(const std::string& path, FolderFileKind kind, std::string* b
 // asked first.
 bool FolderFileIsLibrary(const char* path, FolderFileError* error);
 
+#ifdef _WIN32
+// The system's words for an error code of GetLastError, without the line
+// break and full stop the system ends them with, as strerror gives them.
+void FolderFileSystemWords(unsigned long uError, char* pBuffer, std::size_t uSize);
+#endif
+
 #endif

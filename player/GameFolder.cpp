@@ -4,12 +4,36 @@
 #include "FolderFile.h"
 #include "SoftText.h"
 
+#ifdef _WIN32
+#define WIN32_LEAN_AND_MEAN
+#ifndef NOMINMAX
+#define NOMINMAX
+#endif
+#include <windows.h>
+#else
 #include <dlfcn.h>
 #include <link.h>
+#endif
 
 #include <cstring>
 
 #include <vector>
+
+namespace {
+
+bool IsAbsolute(const std::string& path)
+{
+#ifdef _WIN32
+    // "C:\games" or "C:/games", and "\\server\share".
+    if (path.size() >= 3 && path[1] == ':' && (path[2] == '\\' || path[2] == '/'))
+        return true;
+    if (path.size() >= 2 && (path[0] == '\\' || path[0] == '/') && (path[1] == '\\' || path[1] == '/'))
+        return true;
+#endif
+    return path[0] == '/';
+}
+
+} // namespace
 
 bool ReadGameFile(const std::string& folder, GameFile* g, std::string* error)
 {
@@ -33,7 +57,7 @@ bool ReadGameFile(const std::string& folder, GameFile* g, std::string* error)
         if (w.empty())
             continue;
         if (w[0] == "library" && w.size() == 2 && !w[1].empty())
-            g->library = w[1][0] == '/' ? w[1] : folder + "/" + w[1];
+            g->library = IsAbsolute(w[1]) ? w[1] : folder + "/" + w[1];
         else if (w[0] == "title" && w.size() == 2)
             g->title = w[1];
         else {
@@ -47,6 +71,83 @@ bool ReadGameFile(const std::string& folder, GameFile* g, std::string* error)
     }
     return true;
 }
+
+#ifdef _WIN32
+
+namespace {
+
+// The loader's last words, in the system's own.
+std::string LoaderError()
+{
+    char words[512];
+    FolderFileSystemWords(::GetLastError(), words, sizeof words);
+    return words;
+}
+
+// Loads by the full path; the libraries it needs come from its own folder,
+// the program's and the system's.
+HMODULE Load(const std::string& path)
+{
+    DWORD mode = 0;
+    ::SetThreadErrorMode(SEM_FAILCRITICALERRORS | SEM_NOOPENFILEERRORBOX, &mode);
+    HMODULE library = ::LoadLibraryExA(path.c_str(), nullptr,
+                                       LOAD_LIBRARY_SEARCH_DLL_LOAD_DIR | LOAD_LIBRARY_SEARCH_DEFAULT_DIRS);
+    const DWORD error = ::GetLastError();
+    ::SetThreadErrorMode(mode, nullptr);
+    ::SetLastError(error);
+    return library;
+}
+
+} // namespace
+
+int LoadGameLibrary(const std::string& path, QuindleGameStartFunction* start, std::string* error)
+{
+    FolderFileError refusal;
+    if (!FolderFileIsLibrary(path.c_str(), &refusal)) {
+        *error = refusal.missing ? path + ": cannot load the game library (no such file)"
+                                 : std::string(refusal.text) + " (the game library)";
+        return refusal.missing ? 3 : 2;
+    }
+    HMODULE library = Load(path);
+    if (!library) {
+        *error = path + ": cannot load the game library (" + LoaderError() + ")";
+        return 3;
+    }
+    // A module's own export table is all GetProcAddress looks at: the entry
+    // found is the file's own.
+    *start = reinterpret_cast<QuindleGameStartFunction>(
+        reinterpret_cast<void*>(::GetProcAddress(library, QUINDLE_GAME_START)));
+    if (!*start) {
+        *error = path + ": exports no " QUINDLE_GAME_START ": not a game library";
+        return 2;
+    }
+    return 0;
+}
+
+bool CheckRoomLibrary(const std::string& path, std::string* error)
+{
+    FolderFileError refusal;
+    if (!FolderFileIsLibrary(path.c_str(), &refusal)) {
+        *error = std::string(refusal.text) + " (a room library)";
+        return false;
+    }
+    HMODULE library = Load(path);
+    if (!library) {
+        *error = path + ": the room library cannot be loaded (" + LoaderError() + ")";
+        return false;
+    }
+    static const char* const kExports[] = {"roomDLLInit", "roomInit", "roomDoIt", "roomHandleEvent", "roomDispose"};
+    std::string lacking;
+    for (const char* name : kExports)
+        if (!::GetProcAddress(library, name))
+            lacking += (lacking.empty() ? "" : ", ") + std::string(name);
+    ::FreeLibrary(library);
+    if (!lacking.empty())
+        *error = path + ": a room library without " + lacking;
+    return lacking.empty();
+}
+
+#else
 
 namespace {
 
@@ -116,3 +217,5 @@ bool CheckRoomLibrary(const std::string& path, std::string* error)
         *error = path + ": a room library without " + lacking;
     return lacking.empty();
 }
+
+#endif

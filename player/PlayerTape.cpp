@@ -2,6 +2,7 @@
 #include "PlayerTape.h"
 
 #include "CrashReport.h"
+#include "Portable.h"
 #include "gldefs.h"
 #ifdef QUINDLE_HAVE_WINDOW
 #include "SoftWindow.h"
@@ -15,6 +16,7 @@
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <ctime>
 
 namespace {
@@ -27,6 +29,23 @@ std::string BaseName(const std::string& path)
 {
     const std::size_t slash = path.rfind('/');
     return slash == std::string::npos ? path : path.substr(slash + 1);
+}
+
+// Whether a tape's game library is this folder's. On Windows a tape made on
+// Linux names the library "<name>.so", which is "<name>.dll" here.
+bool SameGameLibrary(const std::string& onTape, const std::string& here)
+{
+#ifdef _WIN32
+    const auto stem = [](const std::string& name, const char* extension) {
+        const std::size_t n = std::strlen(extension);
+        return name.size() > n && name.compare(name.size() - n, n, extension) == 0 ? name.substr(0, name.size() - n)
+                                                                                    : std::string();
+    };
+    const std::string fromLinux = stem(onTape, ".so");
+    if (!fromLinux.empty() && fromLinux == stem(here, ".dll"))
+        return true;
+#endif
+    return onTape == here;
 }
 
 void Stopped(TapeKernel::Stop why, const std::string& report, void*)
@@ -45,7 +64,7 @@ bool MakeDirectories(const std::string& path)
             continue;
         const std::string part = path.substr(0, at);
         struct stat st;
-        if (::stat(part.c_str(), &st) != 0 && ::mkdir(part.c_str(), 0777) != 0)
+        if (::stat(part.c_str(), &st) != 0 && PortableMakeDirectory(part.c_str()) != 0)
             return false;
     }
     return true;
@@ -90,7 +109,7 @@ std::string SessionTapePath(const std::string& title, std::string* error)
         std::remove((dir + "/" + old[i]).c_str());
     const std::time_t now = std::time(nullptr);
     std::tm local{};
-    ::localtime_r(&now, &local);
+    PortableLocalTime(now, &local);
     char stamp[32];
     std::strftime(stamp, sizeof stamp, "%Y%m%d-%H%M%S", &local);
     std::string path = dir + "/session-" + stamp + ".tape";
@@ -136,7 +155,7 @@ int PlayerTape::Open(const std::string& record, const std::string& replay, bool 
             return 2;
         }
         const TapeHeader& h = mReader.Header();
-        if (h.title != title || h.library != BaseName(library)) {
+        if (h.title != title || !SameGameLibrary(h.library, BaseName(library))) {
             std::fprintf(stderr, "quindle-player: %s: a tape of the game \"%s\" (%s), not of this folder's \"%s\" (%s)\n",
                          replay.c_str(), h.title.c_str(), h.library.c_str(), title.c_str(),
                          BaseName(library).c_str());

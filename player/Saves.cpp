@@ -5,6 +5,8 @@
 #include "glgame.h"
 #include "glsave.h"
 
+#include "Portable.h"
+
 #include <sys/stat.h>
 
 #include <cerrno>
@@ -45,7 +47,7 @@ bool MakeFolders(const std::string& path)
         if (at < path.size() && path[at] != '/')
             continue;
         const std::string part = path.substr(0, at);
-        if (::mkdir(part.c_str(), 0777) != 0 && errno != EEXIST)
+        if (PortableMakeDirectory(part.c_str()) != 0 && errno != EEXIST)
             return false;
     }
     return true;

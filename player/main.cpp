@@ -6,6 +6,7 @@
 #include "Check.h"
 #include "CrashReport.h"
 #include "FrameHash.h"
+#include "Portable.h"
 #include "GameFolder.h"
 #include "HostReports.h"
 #include "Overlay.h"
@@ -22,11 +23,14 @@
 #include "WindowKeys.h"
 #endif
 
-#include <dlfcn.h>
 #ifdef __EMSCRIPTEN__
 #include <emscripten.h>
 #endif
 #include <sys/stat.h>
+#ifdef _WIN32
+#include <fcntl.h>
+#include <io.h>
+#endif
 #include <unistd.h>
 
 #include <cstdio>
@@ -445,13 +449,19 @@ bool MakeDirectory(const std::string& dir)
     struct stat st;
     if (::stat(dir.c_str(), &st) == 0)
         return S_ISDIR(st.st_mode);
-    return ::mkdir(dir.c_str(), 0777) == 0;
+    return PortableMakeDirectory(dir.c_str()) == 0;
 }
 
 } // namespace
 
 int main(int argc, char** argv)
 {
+#ifdef _WIN32
+    // What the player prints is the same bytes as on Linux: no carriage
+    // returns are put before the line ends.
+    ::_setmode(::_fileno(stdout), _O_BINARY);
+    ::_setmode(::_fileno(stderr), _O_BINARY);
+#endif
     Options o;
     std::string error;
     if (!ParseOptions(argc, argv, &o, &error)) {

@@ -194,6 +194,56 @@ TEST_F(RoomTest, LoadingIsRefusedForALongerNumberWhileARoomIsInMemoryOrWhenTheLi
     EXPECT_GL_ASSERT(manager.LoadRoom(4242), "Source/Glrmmgr.cpp", "!\"There is a room still in memory!!\"");
 }
 
+#ifdef _WIN32
+// What stands at a room's name is looked at before the loader sees it: a
+// directory, and images that are no DLL for this machine, are refused with
+// the reason.
+TEST_F(RoomTest, ADirectoryOrAnImageForAnotherMachineOrNoDllIsRefusedWithItsReason)
+{
+    // The old header's "MZ" with the offset of the new header (64), then
+    // "PE\0\0", the machine, the characteristics and the optional header's
+    // magic number.
+    const auto image = [](unsigned machine, unsigned characteristics, unsigned magic) {
+        std::string bytes(64 + 26, '\0');
+        bytes[0] = 'M';
+        bytes[1] = 'Z';
+        bytes[60] = 64;
+        bytes.replace(64, 4, std::string("PE\0\0", 4));
+        const unsigned fields[][2] = {{68, machine}, {86, characteristics}, {88, magic}};
+        for (const auto& f : fields) {
+            bytes[f[0]] = static_cast<char>(f[1] & 0xff);
+            bytes[f[0] + 1] = static_cast<char>(f[1] >> 8);
+        }
+        return bytes;
+    };
+    const struct {
+        const char* number;
+        std::string bytes; // empty: a directory
+        const char* reason;
+    } cases[] = {
+        {"7001", "", "is a directory, not a file"},
+        {"7002", image(0x14c, 0x2102, 0x10b), "not a library for this machine \\(made for PE machine 0x14c, 32-bit\\)"},
+        {"7003", image(0x8664, 0x0022, 0x20b), "not a shared library \\(not a DLL\\)"},
+        {"7004", std::string("\x7f" "ELF\2\1\1", 7) + std::string(57, '\0'), "not a shared library \\(no PE header\\)"},
+    };
+    for (const auto& c : cases) {
+        const std::string file = RoomFile(kWorkingDirectory, c.number);
+        if (c.bytes.empty())
+            std::filesystem::create_directory(file);
+        else
+            std::ofstream(file, std::ios::binary) << c.bytes;
+    }
+    GLSetRoomDirectory(kWorkingDirectory.c_str());
+    for (const auto& c : cases)
+        EXPECT_DEATH(manager.LoadRoom(static_cast<std::uint32_t>(std::atoi(c.number))),
+                     std::string(c.number) + "\\.dll: " + c.reason + "\\)\n")
+            << c.number;
+    GLSetRoomDirectory(kRoomDirectory.c_str());
+    for (const auto& c : cases)
+        std::filesystem::remove(RoomFile(kWorkingDirectory, c.number));
+}
+#endif
+
 // ----- the room's life, frame by frame -----
 
 TEST_F(RoomTest, ARoomIsCalledInOrderAndEveryFrameOnlyWhileItRunsAndMayRunAgain)

@@ -20,6 +20,9 @@
 #include "Sound.h"
 
 #include <sys/stat.h>
+#ifdef _WIN32
+#include <direct.h>
+#endif
 
 #include <cmath>
 #include <cstdio>
@@ -252,7 +255,11 @@ int main(int argc, char** argv)
     }
     gDir = argv[1];
     for (const char* sub : {"", "/views", "/pictures", "/robots", "/movies", "/audio", "/sfx", "/speech", "/tracks", "/walk"})
+#ifdef _WIN32
+        ::_mkdir((gDir + sub).c_str());
+#else
         ::mkdir((gDir + sub).c_str(), 0777);
+#endif
     gPalette = MakePalette();
 
     Text("palette.txt", PaletteText(gPalette));

@@ -9,6 +9,15 @@
 #endif
 
 #include <sys/stat.h>
+#ifdef _WIN32
+#define WIN32_LEAN_AND_MEAN
+#ifndef NOMINMAX
+#define NOMINMAX
+#endif
+#include <windows.h>
+// The system's macro would rename the kernel's DrawText.
+#undef DrawText
+#endif
 
 #include <algorithm>
 #include <climits>
@@ -87,12 +96,36 @@ std::string FontconfigMatch(const char* name)
 }
 #endif
 
+#ifdef _WIN32
+// Windows has no font configuration to ask: the program's package carries the
+// font, in fonts/ beside the program.
+std::string PackagedFont()
+{
+    char path[MAX_PATH + 1];
+    const DWORD length = ::GetModuleFileNameA(nullptr, path, sizeof path);
+    if (length == 0 || length >= sizeof path)
+        return std::string();
+    std::string folder(path, length);
+    const std::size_t slash = folder.find_last_of("\\/");
+    folder.resize(slash == std::string::npos ? 0 : slash + 1);
+    return folder + "fonts\\DejaVuSans.ttf";
+}
+#endif
+
 // The font behind DrawText when the host named none: what the system's font
-// configuration finds for DejaVu Sans, else Debian's own path for it. Empty,
-// with `error` set, when neither gives a readable file.
+// configuration finds for DejaVu Sans, else Debian's own path for it (on
+// Windows, the one the package carries). Empty, with `error` set, when
+// neither gives a readable file.
 std::string FindFont(std::string* error)
 {
     std::string tried;
+#ifdef _WIN32
+    const std::string packaged = PackagedFont();
+    if (IsFile(packaged))
+        return packaged;
+    *error = "no font for text: " + packaged + " does not exist (name a font with SetFontPath)";
+    return std::string();
+#endif
 #if defined(QUINDLE_HAVE_FONTCONFIG)
     const std::string matched = FontconfigMatch(kFontName);
     if (IsFile(matched))

@@ -246,7 +246,12 @@ bool SoftGifWriter::Open(const std::string& path, int width, int height, std::st
 {
     int code = 0;
     // Opened here rather than by giflib, which would make the file private to its owner.
+#ifdef O_BINARY
+    // Windows would change the bytes of line ends in a text-mode file.
+    const int fd = ::open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_BINARY, 0666);
+#else
     const int fd = ::open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0666);
+#endif
     if (fd < 0) {
         *error = path + ": cannot create GIF";
         return false;
