@@ -86,7 +86,7 @@ endmacro()
 # One line of what is built and one of what is not, at the end of configuring.
 function(quindle_report_parts)
   set(on)
-  foreach(part SOFT PLAYER WINDOW DEMO TESTS BENCH FUZZ INSTALL)
+  foreach(part KIT SOFT PLAYER WINDOW DEMO TESTS BENCH FUZZ INSTALL)
     if(QUINDLE_${part})
       list(APPEND on ${part})
     endif()
