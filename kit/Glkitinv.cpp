@@ -152,9 +152,10 @@ void GLKitInventory::Refresh()
                                     kFullSizeScale);
             GL_ASSERT(item.cel);
             item.cel->Show();
+            item.cel->Update(); // the hit test takes the rectangle drawn
             mThings.push_back(Thing{item.cel, item.key, item.handler});
         } else if (item.cel->GetPos().GetX() != pos.GetX() || item.cel->GetPos().GetY() != pos.GetY()) {
-            item.cel->SetPos(pos, TRUE);
+            item.cel->SetPos(pos, FALSE);
             item.cel->Update();
         }
         slot++;
