@@ -5,6 +5,7 @@
 // See Usage() below, and docs/KERNEL.md for the game folder.
 #include "Check.h"
 #include "GameFolder.h"
+#include "KitCheck.h"
 #include "HostReports.h"
 #include "Overlay.h"
 #include "quindle_game.h"
@@ -55,6 +56,9 @@ void Usage(std::FILE* out)
                  "  --window          play in a window instead (real clock, mouse and keyboard)\n"
                  "  --scale N         window scale 1..8 (default: the largest that fits the\n"
                  "                    display); Ctrl+Q quits the game\n"
+                 "  --lang CODE       play in the language of lang/CODE/ in the game folder\n"
+                 "                    (what it lacks comes from the default files); in a\n"
+                 "                    window the user's locale chooses when the folder has it\n"
                  "  --check           read the whole folder without running the game; print\n"
                  "                    every problem as FILE:LINE: error|warning: WHAT\n"
                  "  --strict          warnings are faults too\n"
@@ -103,6 +107,8 @@ struct Options {
     bool trace = false;
     int scale = 0; // the largest that fits the display
     std::string record, replay;
+    std::string lang;
+    bool langGiven = false;
     std::vector<char*> gameArgs;
 };
 
@@ -178,6 +184,11 @@ bool ParseOptions(int argc, char** argv, Options* o, std::string* error)
             if (!need("a file"))
                 return false;
             o->gif = next;
+        } else if (a == "--lang") {
+            if (!need("a language code"))
+                return false;
+            o->lang = next;
+            o->langGiven = true;
         } else if (a == "--record" || a == "--replay") {
             if (!need("a tape file"))
                 return false;
@@ -299,6 +310,9 @@ int main(int argc, char** argv)
         std::fprintf(stderr, "quindle-player: %s\n", k.Fault().c_str());
         return 2;
     }
+    if (o.window && !o.langGiven)
+        o.lang = LocaleLanguage(o.folder);
+    k.Resources().SetLanguage(o.lang);
     if (!o.script.empty()) {
         std::vector<SoftInputEvent> events;
         if (!SoftReadScript(o.script, &events, &error)) {
@@ -364,7 +378,7 @@ int main(int argc, char** argv)
 
     o.gameArgs.insert(o.gameArgs.begin(), argv[0]);
     QuindleHost host{QUINDLE_HOST_VERSION, tape.Kernel(), &k, o.folder.c_str(), static_cast<int>(o.gameArgs.size()),
-                     o.gameArgs.data()};
+                     o.gameArgs.data(), o.lang.c_str()};
     QuindleGameLoop loop{nullptr, nullptr, nullptr};
     if (start(&host, &loop) != 0 || !loop.step) {
         std::fprintf(stderr, "quindle-player: %s: the game did not start\n", game.library.c_str());

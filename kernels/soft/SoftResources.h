@@ -127,6 +127,10 @@ public:
     bool SoundExists(int type, int number) const;
     // A WAV named by path relative to the folder (speech).
     const SoftWav* Wav(const std::string& path, std::string* error);
+    // Messages of a language: lang/<code>/messages.txt replaces the default's
+    // messages with the same keys (and adds its own); "" is the default only.
+    void SetLanguage(const std::string& code);
+    const std::string& Language() const { return mLanguage; }
     // Path of a file in the folder.
     std::string PathOf(const std::string& relative) const;
     // Registers a view made in memory (tests, generated games); replaces a cached one.
@@ -142,6 +146,7 @@ private:
         std::unique_ptr<T> value;
         std::string error;
     };
+    void OverlayLanguage();
     bool ReadBitmap(const std::string& path, SoftBitmap* out, std::string* error, const SoftPalette* palette = nullptr);
 
     std::string mFolder = ".";
@@ -151,6 +156,7 @@ private:
     std::map<std::uint32_t, Slot<SoftRobot>> mRobots;
     std::map<std::string, Slot<SoftMovie>> mMovies;
     std::map<std::string, Slot<SoftWav>> mWavs;
+    std::string mLanguage;
     bool mMessagesRead = false;
     std::vector<SoftMessage> mMessages;
     std::string mMessagesError;
