@@ -401,7 +401,8 @@ void GLKitDialog::Follow(const GLKitLead& lead)
             Enter(next);
             return;
         }
-        GLKitNotify(0, mScript.mPath, lead.mLine, TRUE, "no node \"" + lead.mGoto + "\"");
+        GLKitNotify(0, mScript.mPath, lead.mLine, TRUE,
+                    "goes to node \"" + lead.mGoto + "\", which the dialogue lacks");
     }
     End(0, lead.mHow);
 }
@@ -481,7 +482,7 @@ int GLKitDialog::HandleEvent(GLEvent* pEvent)
             End(1, "cut");
         return TRUE;
     }
-    if (pEvent->type != kEventPointerDown && pEvent->type != kEventPointerMove)
+    if (pEvent->type != kEventPointerUp && pEvent->type != kEventPointerMove)
         return TRUE;
     // The event reaches a hog in screen coordinates.
     ZOR_Point at(pEvent->where.GetX(), pEvent->where.GetY());
@@ -492,7 +493,9 @@ int GLKitDialog::HandleEvent(GLEvent* pEvent)
         if (at.y >= r.top && at.y <= r.bottom && at.x >= r.left && at.x <= r.left + mScript.mWidth)
             over = static_cast<int>(i);
     }
-    if (pEvent->type == kEventPointerDown) {
+    // An option is chosen as the button comes up, so the release reaches no
+    // one else (a narrator of the next line would take it as "go on").
+    if (pEvent->type == kEventPointerUp) {
         if (over >= 0)
             Choose(over);
         return TRUE;

@@ -246,9 +246,10 @@ void GLKitInventory::Hold(const std::string& key)
     mHeld = key;
     GLKitLog("take " + key + " in hand");
     if (theGame && theGame->GetCursor()) {
-        mCursorBefore = theGame->GetCursor()->GetCurrCelRes();
+        // The normal picture only: a wait or highlight the game shows meanwhile stays its own.
+        mCursorBefore = theGame->GetCursor()->GetNormCelRes();
         GLCelRes icon = mItems[static_cast<std::size_t>(FindItem(key))].icon;
-        theGame->GetCursor()->SetCurrCelRes(icon);
+        theGame->GetCursor()->SetNormCelRes(icon);
     }
 }
 
@@ -259,7 +260,7 @@ void GLKitInventory::PutBack()
     GLKitLog("put " + mHeld + " back");
     mHeld.clear();
     if (theGame && theGame->GetCursor())
-        theGame->GetCursor()->SetCurrCelRes(mCursorBefore);
+        theGame->GetCursor()->SetNormCelRes(mCursorBefore);
     ShowLabel(std::string());
 }
 

@@ -28,7 +28,8 @@
 //                            offers its choice again (without its lines).
 //
 // The options offered stand one under another on a plane of their own; a
-// click on one, or the key of its number (1-9), chooses it. While it offers a
+// click on one (as the button comes up), or the key of its number (1-9),
+// chooses it; the one under the pointer is drawn in the highlight ink. While it offers a
 // choice the dialogue takes every input event. When it ends, the object that
 // started it is cued with the dialogue as cuer, the value 0 (1 when the player
 // cut it short with Escape at a choice) and GetEnding() telling how.

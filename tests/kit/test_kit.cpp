@@ -165,6 +165,9 @@ TEST_F(KitTest, DialogueOffersChoosesAndEnds)
     // A click on the first line shown: its effects, its node's effects and lines, its end.
     k.PushEvent(kEventPointerDown, 0, 0, 20, 10);
     Frame(k.ticks + 1);
+    EXPECT_TRUE(dialog.IsChoosing()); // chosen as the button comes up
+    k.PushEvent(kEventPointerUp, 0, 0, 20, 10);
+    Frame(k.ticks + 1);
     EXPECT_EQ(dialog.GetNode(), "gate");
     EXPECT_EQ(state.Get("asked"), 1);
     EXPECT_TRUE(state.IsCarried("bell"));
