@@ -1,6 +1,8 @@
 // DemoGame.cpp - the demo's game object and the start of the game library.
 #include "DemoGame.h"
 
+#include "Kit.h"
+
 #include "glcursor.h"
 #include "gldll.h"
 #include "glquithd.h"
@@ -16,8 +18,9 @@
 #include <cstdio>
 #include <cstring>
 
-DemoGame::DemoGame(SoftKernelExtras* pExtras, const char* gameFolder)
-    : mpExtras(pExtras), mpQuitHandler(0), mpSound(0), mpRooms(0), mRoom(0), mCameFrom(0), mNextRoom(0),
+DemoGame::DemoGame(SoftKernelExtras* pExtras, const char* gameFolder, const char* language)
+    : mpExtras(pExtras), mpQuitHandler(0), mpSound(0), mpRooms(0), mpKit(new DemoKit(pExtras, gameFolder, language)),
+      mRoom(0), mCameFrom(0), mNextRoom(0),
       mRoomsEntered(0), mCues(0), mLines(0), mConversations(0)
 {
     std::snprintf(mFolder, sizeof mFolder, "%s", gameFolder);
@@ -44,6 +47,8 @@ void DemoGame::Start()
     mpUser->mpPrimaDonnas->AddToEnd(mpQuitHandler);
     mpUser->IsHandsOn(TRUE);
 
+    // The inventory and the label stay from room to room.
+    mpKit->Start();
     EnterRoom(kCourtyard);
 }
 
@@ -53,6 +58,7 @@ DemoGame::~DemoGame()
         LeaveRoom();
     Log("the game ends: %d rooms entered, %d conversations (%d lines said), %d cues delivered", mRoomsEntered,
         mConversations, mLines, mCues);
+    delete mpKit;
     mpUser->mpPrimaDonnas->Remove(mpQuitHandler);
     delete mpQuitHandler;
     delete mpRooms;
@@ -170,6 +176,12 @@ void DemoGame::ConversationOver(int room, int cutShort)
     Cued("conversation %d/1 %s (messager)", room, cutShort ? "cut short" : "said to its end");
 }
 
+void DemoGame::DialogueOver(int room, int cutShort, const char* how)
+{
+    mConversations++;
+    Cued("dialogue %d %s%s%s (kit)", room, cutShort ? "cut short" : "over", *how ? ": " : "", how);
+}
+
 const char* DemoGame::FolderFile(const char* name)
 {
     std::snprintf(mPath, sizeof mPath, "%s/%s", mFolder, name);
@@ -200,7 +212,7 @@ extern "C" __attribute__((visibility("default"))) int QuindleGameStart(const Qui
         return 1;
     }
     DLLInit(host->kernel);
-    DemoGame* game = new DemoGame(host->extras, host->gameFolder);
+    DemoGame* game = new DemoGame(host->extras, host->gameFolder, host->language);
     GLDLLInit(game);
     game->Start();
     loop->state = game;

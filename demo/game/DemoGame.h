@@ -19,6 +19,7 @@
 #include "glgame.h"
 #include "kernel.h"
 
+class DemoKit;
 class GLQuitHandler;
 class GLRoomManager;
 class GLSndManager;
@@ -67,7 +68,8 @@ const int kOnlyLoop = 0;
 
 class DEMO_API DemoGame : public GLGame {
 public:
-    DemoGame(SoftKernelExtras* pExtras, const char* gameFolder);
+    // The game's text is in `language` (the code of lang/<code>/, "" for the default).
+    DemoGame(SoftKernelExtras* pExtras, const char* gameFolder, const char* language);
     // Leaves the room we are in and gives back what Start made.
     virtual ~DemoGame();
 
@@ -108,10 +110,14 @@ public:
     // said to its end), logged and counted.
     void Said(const char* talker, const char* line);
     void ConversationOver(int room, int cutShort);
+    // A dialogue of the kit over, with how it ended ("" when it just ended).
+    void DialogueOver(int room, int cutShort, const char* how);
 
     GLSndManager* Sound() { return mpSound; }
     // Memory bitmaps and text, for the narrator's speech balloons.
     SoftKernelExtras* Extras() { return mpExtras; }
+    // The adventure kit: the inventory, names, dialogues and the story's state.
+    DemoKit* Kit() { return mpKit; }
     // A file of the game folder, for things the library reads by file name.
     const char* FolderFile(const char* name);
 
@@ -125,6 +131,7 @@ private:
     GLQuitHandler* mpQuitHandler;
     GLSndManager* mpSound;
     GLRoomManager* mpRooms;
+    DemoKit* mpKit;
     int mRoom;
     int mCameFrom;
     int mNextRoom;
