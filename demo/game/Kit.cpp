@@ -3,7 +3,6 @@
 
 #include "../assets/Palette.h"
 #include "DemoGame.h"
-#include "SoftExtras.h"
 
 #include "glplane.h"
 #include "glplanes.h"
@@ -64,30 +63,4 @@ DemoKit::~DemoKit()
 GLKitDialog* DemoKit::NewDialog(GLMessager* pMessager)
 {
     return new GLKitDialog(pMessager, &mText, mpChoices, mStyle, &mState, mpInventory);
-}
-
-std::uint16_t DemoKit::TextOps::CreateMemBitmap(int width, int height, int fillColor, int skipColor)
-{
-    return mpExtras->CreateMemBitmap(width, height, fillColor, skipColor);
-}
-
-void DemoKit::TextOps::FreeMemBitmap(std::uint16_t memId)
-{
-    mpExtras->FreeMemBitmap(memId);
-}
-
-void DemoKit::TextOps::FillMemBitmap(std::uint16_t memId, int left, int top, int right, int bottom, int color)
-{
-    mpExtras->FillMemBitmap(memId, left, top, right, bottom, color);
-}
-
-int DemoKit::TextOps::DrawText(std::uint16_t memId, int x, int y, const char* text, int color, int pixelSize,
-                               int maxWidth)
-{
-    return mpExtras->DrawText(memId, x, y, text, color, pixelSize, maxWidth);
-}
-
-int DemoKit::TextOps::TextWidth(const char* text, int pixelSize)
-{
-    return mpExtras->TextWidth(text, pixelSize);
 }

@@ -4,8 +4,7 @@
 // bell is, which options were said), the names in the player's language, the
 // inventory on a plane along the bottom of the screen with the label that
 // names what is under the pointer, and a plane for the options of a
-// conversation. The kit draws its text with the soft kernel's bitmap text,
-// through the small adapter below.
+// conversation. The kit draws its text with the soft kernel's bitmap text.
 #ifndef DEMO_KIT_H
 #define DEMO_KIT_H
 
@@ -15,8 +14,9 @@
 #include "glkitdlg.h"
 #include "glkitinv.h"
 
+#include "SoftExtras.h"
+
 class GLTransparentPlane;
-class SoftKernelExtras;
 
 class DEMO_API DemoKit {
 public:
@@ -34,21 +34,7 @@ public:
     GLKitDialog* NewDialog(GLMessager* pMessager);
 
 private:
-    class TextOps : public GLKitTextOps {
-    public:
-        explicit TextOps(SoftKernelExtras* pExtras) : mpExtras(pExtras) {}
-        std::uint16_t CreateMemBitmap(int width, int height, int fillColor, int skipColor) override;
-        void FreeMemBitmap(std::uint16_t memId) override;
-        void FillMemBitmap(std::uint16_t memId, int left, int top, int right, int bottom, int color) override;
-        int DrawText(std::uint16_t memId, int x, int y, const char* text, int color, int pixelSize,
-                     int maxWidth) override;
-        int TextWidth(const char* text, int pixelSize) override;
-
-    private:
-        SoftKernelExtras* mpExtras;
-    };
-
-    TextOps mText;
+    GLKitTextAdapter<SoftKernelExtras> mText;
     GLKitFolder mFolder;
     GLKitState mState;
     GLKitNames mNames;

@@ -44,6 +44,33 @@ public:
     virtual int TextWidth(const char* text, int pixelSize) = 0;
 };
 
+// The text operations of any host object that offers them under these names
+// and signatures (the soft kernel's SoftKernelExtras does): the game writes
+// GLKitTextAdapter<SoftKernelExtras> text(host->extras) and hands &text over.
+template <class Host>
+class GLKitTextAdapter : public GLKitTextOps {
+public:
+    explicit GLKitTextAdapter(Host* pHost) : mpHost(pHost) {}
+    std::uint16_t CreateMemBitmap(int width, int height, int fillColor, int skipColor) override
+    {
+        return mpHost->CreateMemBitmap(width, height, fillColor, skipColor);
+    }
+    void FreeMemBitmap(std::uint16_t memId) override { mpHost->FreeMemBitmap(memId); }
+    void FillMemBitmap(std::uint16_t memId, int left, int top, int right, int bottom, int color) override
+    {
+        mpHost->FillMemBitmap(memId, left, top, right, bottom, color);
+    }
+    int DrawText(std::uint16_t memId, int x, int y, const char* text, int color, int pixelSize,
+                 int maxWidth) override
+    {
+        return mpHost->DrawText(memId, x, y, text, color, pixelSize, maxWidth);
+    }
+    int TextWidth(const char* text, int pixelSize) override { return mpHost->TextWidth(text, pixelSize); }
+
+private:
+    Host* mpHost;
+};
+
 // How the kit's text looks: the font's pixel size, the ink, the colour of the
 // box behind it (-1: none), the ink of a line under the pointer, and the
 // transparent colour of the game's palette.
