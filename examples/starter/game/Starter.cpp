@@ -13,6 +13,8 @@
 namespace {
 
 SoftKernelExtras* gExtras = nullptr;
+const char* gFolder = ".";
+const char* gLanguage = "";
 GLQuitHandler* gQuit = nullptr;
 GLRoomManager* gRooms = nullptr;
 
@@ -40,11 +42,23 @@ SoftKernelExtras* StarterExtras()
     return gExtras;
 }
 
+const char* StarterFolder()
+{
+    return gFolder;
+}
+
+const char* StarterLanguage()
+{
+    return gLanguage;
+}
+
 extern "C" __attribute__((visibility("default"))) int QuindleGameStart(const QuindleHost* host,
                                                                        QuindleGameLoop* loop)
 {
     DLLInit(host->kernel);
     gExtras = host->extras;
+    gFolder = host->gameFolder;
+    gLanguage = host->language ? host->language : "";
     GLDLLInit(new GLGame);
     // The quit key (Ctrl+Q in a window) ends the game.
     gQuit = new GLQuitHandler;
