@@ -144,24 +144,18 @@ int GLKitCheckFolder(const std::string& folder, GLKitCheckHost& host)
     Known known;
 
     // Items, and their icons.
-    std::vector<std::string> itemLines;
-    std::string error;
     const std::string itemsPath = base.Default("items.txt");
-    std::vector<std::pair<std::string, int>> itemAt; // key, line
-    if (GLKitFileExists(itemsPath) && GLKitReadLines(itemsPath, &itemLines, &error)) {
-        for (std::size_t i = 0; i < itemLines.size(); i++) {
-            char key[64];
-            int view = 0, loop = 0, cel = 0;
-            if (std::sscanf(itemLines[i].c_str(), "%63s %d %d %d", key, &view, &loop, &cel) != 4 || key[0] == '#')
-                continue;
-            known.items.insert(key);
-            itemAt.push_back({key, static_cast<int>(i + 1)});
-            if (!host.IconExists(view, loop, cel))
-                Relay(&c, itemsPath, static_cast<int>(i + 1), TRUE,
-                      "the icon of \"" + std::string(key) + "\" (view " + std::to_string(view) + " loop " +
-                          std::to_string(loop) + " cel " + std::to_string(cel) + ") is not there");
-        }
+    std::vector<GLKitItemLine> items;
+    if (GLKitFileExists(itemsPath))
+        GLKitReadItems(itemsPath, &items, Relay, &c);
+    for (const GLKitItemLine& item : items) {
+        known.items.insert(item.mKey);
+        if (!host.IconExists(item.mView, item.mLoop, item.mCel))
+            Relay(&c, itemsPath, item.mLine, TRUE,
+                  "the icon of \"" + item.mKey + "\" (view " + std::to_string(item.mView) + " loop " +
+                      std::to_string(item.mLoop) + " cel " + std::to_string(item.mCel) + ") is not there");
     }
+    std::string error;
     std::vector<std::string> values;
     if (GLKitFileExists(base.Default("values.txt")) && GLKitReadLines(base.Default("values.txt"), &values, &error))
         for (const std::string& v : values) {
@@ -187,9 +181,9 @@ int GLKitCheckFolder(const std::string& folder, GLKitCheckHost& host)
         names.Read(namesPath, Relay, &c);
         CheckNames(c, names, namesPath);
     }
-    for (const auto& item : itemAt)
-        if (!names.mLines.count(item.first))
-            Relay(&c, itemsPath, item.second, FALSE, "\"" + item.first + "\" has no name in names.txt");
+    for (const GLKitItemLine& item : items)
+        if (!names.mLines.count(item.mKey))
+            Relay(&c, itemsPath, item.mLine, FALSE, "\"" + item.mKey + "\" has no name in names.txt");
 
     // Each language: what it has is checked as the default is; what it lacks is a warning.
     for (const std::string& code : GLKitLanguages(folder)) {

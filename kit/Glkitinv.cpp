@@ -77,11 +77,9 @@ void GLKitInventory::AddItem(const std::string& key, const GLCelRes& icon, GLKit
     mItems.push_back(Item{key, icon, pHandler, 0});
 }
 
-int GLKitInventory::LoadItems(const GLKitFolder& folder, GLKitReport report, void* context)
+int GLKitReadItems(const std::string& path, std::vector<GLKitItemLine>* items, GLKitReport report, void* context)
 {
-    const std::string path = folder.Default("items.txt");
-    if (!GLKitFileExists(path))
-        return TRUE;
+    items->clear();
     std::vector<std::string> lines;
     std::string error;
     if (!GLKitReadLines(path, &lines, &error)) {
@@ -90,19 +88,38 @@ int GLKitInventory::LoadItems(const GLKitFolder& folder, GLKitReport report, voi
     }
     int ok = TRUE;
     for (std::size_t i = 0; i < lines.size(); i++) {
-        char key[64], extra = 0;
-        int view = 0, loop = 0, cel = 0, first = 0;
-        if (std::sscanf(lines[i].c_str(), " %n", &first) >= 0 &&
-            (lines[i].size() == static_cast<std::size_t>(first) || lines[i][static_cast<std::size_t>(first)] == '#'))
+        const std::size_t first = lines[i].find_first_not_of(" \t\r");
+        if (first == std::string::npos || lines[i][first] == '#')
             continue;
+        char key[64], extra = 0;
+        int view = 0, loop = 0, cel = 0;
         if (std::sscanf(lines[i].c_str(), "%63s %d %d %d %c", key, &view, &loop, &cel, &extra) != 4 || view < 0 ||
             loop < 0 || cel < 0 || loop > 32767 || cel > 32767) {
             report(context, path, static_cast<int>(i + 1), TRUE, "an item is \"<key> <view> <loop> <cel>\"");
             ok = FALSE;
             continue;
         }
-        AddItem(key, GLCelRes(static_cast<std::uint32_t>(view), static_cast<short>(loop), static_cast<short>(cel), 0));
+        GLKitItemLine item;
+        item.mKey = key;
+        item.mView = view;
+        item.mLoop = loop;
+        item.mCel = cel;
+        item.mLine = static_cast<int>(i + 1);
+        items->push_back(item);
     }
+    return ok;
+}
+
+int GLKitInventory::LoadItems(const GLKitFolder& folder, GLKitReport report, void* context)
+{
+    const std::string path = folder.Default("items.txt");
+    if (!GLKitFileExists(path))
+        return TRUE;
+    std::vector<GLKitItemLine> items;
+    const int ok = GLKitReadItems(path, &items, report, context);
+    for (const GLKitItemLine& item : items)
+        AddItem(item.mKey, GLCelRes(static_cast<std::uint32_t>(item.mView), static_cast<short>(item.mLoop),
+                                    static_cast<short>(item.mCel), 0));
     return ok;
 }
 

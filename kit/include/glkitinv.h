@@ -46,6 +46,18 @@ struct GLKIT_API GLKitAction {
     std::string Describe() const;
 };
 
+// One line of items.txt, read.
+struct GLKIT_API GLKitItemLine {
+    std::string mKey;
+    int mView = 0;
+    int mLoop = 0;
+    int mCel = 0;
+    int mLine = 0;
+};
+// Reads items.txt; a malformed line is reported and skipped. FALSE on a fault.
+GLKIT_API int GLKitReadItems(const std::string& path, std::vector<GLKitItemLine>* items,
+                             GLKitReport report = GLKitNotify, void* context = 0);
+
 // A thing's (or an item's) handler: answers TRUE when it took the action.
 class GLKIT_API GLKitHandler {
 public:

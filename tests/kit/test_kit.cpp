@@ -350,7 +350,7 @@ public:
 TEST_F(KitTest, CheckerNamesFileAndLine)
 {
     const std::string f = TempFolder();
-    Write(f + "/items.txt", "bell 120 0 0\nrope 99 0 0\n");
+    Write(f + "/items.txt", "bell 120 0 0\nrope 99 0 0\n\nhat x\n");
     Write(f + "/values.txt", "rung\n");
     Write(f + "/names.txt", "layout 100 15\nbell = the bell\ngate = a gate far too long to fit\n");
     Write(f + "/lang/de/names.txt", "bell = die Glocke\n");
@@ -363,8 +363,9 @@ TEST_F(KitTest, CheckerNamesFileAndLine)
                                 "  option set seen 1 : Look\n");
     CheckHost host;
     host.folder = f;
-    EXPECT_EQ(GLKitCheckFolder(f, host), 6);
+    EXPECT_EQ(GLKitCheckFolder(f, host), 7);
     EXPECT_EQ(host.lines, (std::vector<std::string>{
+                              "items.txt:4: error: an item is \"<key> <view> <loop> <cel>\"",
                               "items.txt:2: error: the icon of \"rope\" (view 99 loop 0 cel 0) is not there",
                               "dialogs/1.txt:4: error: no message 1 5 0 0 0",
                               "dialogs/1.txt:5: error: goes to node \"nowhere\", which the dialogue lacks",
