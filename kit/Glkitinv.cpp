@@ -25,7 +25,7 @@ std::string GLKitAction::Describe() const
 GLKitInventory::GLKitInventory(GLKitTextOps* pOps, AbsGLPlane* pPlane, const GLPoint& first, int step,
                                AbsGLPlane* pLabelPlane, const GLPoint& labelPos, const GLKitStyle& style,
                                GLKitState* pState, const GLKitNames* pNames)
-    : mpOps(pOps), mpPlane(pPlane), mFirst(first), mStep(step), mpState(pState), mpNames(pNames),
+    : mpPlane(pPlane), mFirst(first), mStep(step), mpState(pState), mpNames(pNames),
       mLabel(pOps, pLabelPlane, style, kLabelPriority), mLabelPos(labelPos)
 {
     GL_ASSERT(pPlane);

@@ -137,7 +137,6 @@ private:
     void Deliver(const GLKitAction& action);
     void ShowLabel(const std::string& text);
 
-    GLKitTextOps* mpOps;
     AbsGLPlane* mpPlane;
     GLPoint mFirst;
     int mStep;
