@@ -433,13 +433,13 @@ void GLKitDialog::Offer()
     // One option a line, numbered, from the plane's top-left corner down.
     const ZOR_Rect& rect = mpPlane->GetRect();
     const int width = rect.right - rect.left + 1 - 16;
-    const int maxWidth = width < mScript.mWidth ? width : mScript.mWidth;
+    mMaxWidth = width < mScript.mWidth ? width : mScript.mWidth;
     int y = 8;
     for (std::size_t i = 0; i < mShown.size(); i++) {
         GLKitText* line = GL_NEW GLKitText(mpOps, mpPlane, mStyle, 100);
         GL_ASSERT(line);
         const GLKitOption& option = node.mOptions[static_cast<std::size_t>(mShown[i])];
-        line->Show(std::to_string(i + 1) + ". " + option.mText, GLPoint(8, y), maxWidth);
+        line->Show(std::to_string(i + 1) + ". " + option.mText, GLPoint(8, y), mMaxWidth);
         const ZOR_Rect r = line->Rect();
         y += (r.IsEmpty() ? mStyle.mSize : r.bottom - r.top + 1) + 4;
         mLines.push_back(line);
@@ -490,7 +490,7 @@ int GLKitDialog::HandleEvent(GLEvent* pEvent)
     int over = -1;
     for (std::size_t i = 0; i < mLines.size(); i++) {
         const ZOR_Rect r = mLines[i]->Rect();
-        if (at.y >= r.top && at.y <= r.bottom && at.x >= r.left && at.x <= r.left + mScript.mWidth)
+        if (at.y >= r.top && at.y <= r.bottom && at.x >= r.left && at.x <= r.left + mMaxWidth)
             over = static_cast<int>(i);
     }
     // An option is chosen as the button comes up, so the release reaches no
@@ -505,8 +505,8 @@ int GLKitDialog::HandleEvent(GLEvent* pEvent)
         for (std::size_t i = 0; i < mLines.size(); i++) {
             const GLKitOption& option = node.mOptions[static_cast<std::size_t>(mShown[i])];
             const ZOR_Rect r = mLines[i]->Rect();
-            mLines[i]->Show(std::to_string(i + 1) + ". " + option.mText, GLPoint(r.left, r.top),
-                            mScript.mWidth, static_cast<int>(i) == over ? mStyle.mHighlight : mStyle.mInk);
+            mLines[i]->Show(std::to_string(i + 1) + ". " + option.mText, GLPoint(r.left, r.top), mMaxWidth,
+                            static_cast<int>(i) == over ? mStyle.mHighlight : mStyle.mInk);
         }
         mHovered = over;
     }

@@ -188,6 +188,11 @@ bool ParseOptions(int argc, char** argv, Options* o, std::string* error)
             if (!need("a language code"))
                 return false;
             o->lang = next;
+            if (o->lang.empty() || o->lang.find_first_not_of("abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ"
+                                                             "0123456789-_") != std::string::npos) {
+                *error = "--lang needs a language code of letters, digits, '-' and '_', not '" + o->lang + "'";
+                return false;
+            }
             o->langGiven = true;
         } else if (a == "--record" || a == "--replay") {
             if (!need("a tape file"))

@@ -168,6 +168,7 @@ private:
     std::vector<int> mShown;            // option indices of the node, as offered
     std::vector<GLKitText*> mLines;     // owned: one per option offered
     int mHovered = -1;
+    int mMaxWidth = 0;                  // the options wrap here: the layout's width, or less on a narrow plane
     std::string mEnding;
 };
 
