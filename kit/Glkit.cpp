@@ -4,7 +4,10 @@
 #include "gldefs.h"
 #include "glplane.h"
 
+#include "FolderFile.h"
+
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <cerrno>
 #include <cstdio>
@@ -122,29 +125,36 @@ int GLKitFileExists(const std::string& path)
 
 int GLKitReadLines(const std::string& path, std::vector<std::string>* lines, std::string* error)
 {
-    // The kind of file is asked before it is opened, so that a pipe or a
-    // device never blocks the game.
-    struct stat st;
-    if (::stat(path.c_str(), &st) != 0) {
-        *error = path + ": " + std::strerror(errno);
+    // Opened as every file of the game folder is: never waiting on a pipe or
+    // a device, a regular file only; its size is known before a byte is read.
+    std::uint64_t size = 0;
+    FolderFileError refused;
+    const int fd = FolderFileOpen(path.c_str(), kFolderText, &size, &refused);
+    if (fd < 0) {
+        *error = refused.text;
         return FALSE;
     }
-    if (!S_ISREG(st.st_mode)) {
-        *error = path + ": not a regular file";
-        return FALSE;
-    }
-    if (st.st_size > kMaxKitFile) {
+    if (size > static_cast<std::uint64_t>(kMaxKitFile)) {
+        ::close(fd);
         *error = path + ": larger than " + std::to_string(kMaxKitFile) + " bytes";
         return FALSE;
     }
-    std::FILE* f = std::fopen(path.c_str(), "rb");
-    if (!f) {
-        *error = path + ": " + std::strerror(errno);
-        return FALSE;
+    std::string bytes(static_cast<std::size_t>(size), '\0');
+    std::size_t got = 0;
+    while (got < bytes.size()) {
+        const ssize_t n = ::read(fd, &bytes[got], bytes.size() - got);
+        if (n < 0 && errno == EINTR)
+            continue;
+        if (n < 0) {
+            *error = path + ": " + std::strerror(errno);
+            ::close(fd);
+            return FALSE;
+        }
+        if (n == 0)
+            break;
+        got += static_cast<std::size_t>(n);
     }
-    std::string bytes(static_cast<std::size_t>(st.st_size), '\0');
-    const std::size_t got = bytes.empty() ? 0 : std::fread(&bytes[0], 1, bytes.size(), f);
-    std::fclose(f);
+    ::close(fd);
     bytes.resize(got);
     lines->clear();
     std::size_t start = 0;
