@@ -1,6 +1,7 @@
 # What `cmake --install` puts under the prefix, and the Debian package.
 #
 #   lib/libquindle.so.<version>          the library, SONAME libquindle.so.<QUINDLE_SOVERSION>
+#   lib/libquindle_kit.so.<version>      the adventure kit, beside it
 #   lib/libquindle_{ledger,folderfile,recording,soft}.a   the kernels and their readers
 #   include/quindle/                     every public header (cmake/QuindleHeaders.cmake)
 #   bin/quindle-player                   finds the library by a relative run path
@@ -32,6 +33,17 @@ if(TARGET quindle_soft)
   install(FILES ${QUINDLE_HEADERS_SOFT} DESTINATION ${QUINDLE_HEADER_DIR})
   install(EXPORT quindleSoftTargets NAMESPACE quindle:: DESTINATION ${QUINDLE_CMAKE_DIR})
   list(APPEND QUINDLE_COMPONENTS soft)
+endif()
+
+# ----- the adventure kit -----
+if(TARGET quindle_kit)
+  file(GLOB QUINDLE_HEADERS_KIT ${PROJECT_SOURCE_DIR}/kit/include/*.h)
+  # It finds the library beside it.
+  set_target_properties(quindle_kit PROPERTIES INSTALL_RPATH "$ORIGIN")
+  install(TARGETS quindle_kit EXPORT quindleKitTargets LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
+  install(FILES ${QUINDLE_HEADERS_KIT} DESTINATION ${QUINDLE_HEADER_DIR})
+  install(EXPORT quindleKitTargets NAMESPACE quindle:: DESTINATION ${QUINDLE_CMAKE_DIR})
+  list(APPEND QUINDLE_COMPONENTS kit)
 endif()
 
 # ----- the player -----

@@ -1,8 +1,9 @@
 // Fuzz target: the checker on a generated game folder. The input is cut at
 // each "\n=====\n" into the folder's files in a fixed order (game.txt, the
 // palette, a view manifest, messages.txt, a robot, a movie, a sound track, an
-// input script); the checker reads them all, with the game folder's file
-// reader, every manifest reader and the library's track reader. Whatever the
+// input script, then the adventure kit's dialogue, names, items and a
+// language's names); the checker reads them all, with the game folder's file
+// reader, every manifest reader, the library's track reader and the kit's. Whatever the
 // bytes, it must stay inside its buffers, give a status of 0 or 2 with a count
 // line, and never call an error what it counted as none.
 #include "Check.h"
@@ -17,8 +18,9 @@
 
 namespace {
 
-const char* const kFiles[] = {"game.txt", "palette.txt", "views/1.txt", "messages.txt",
-                              "robots/1.txt", "1.VMD", "tracks/1.txt", "script.txt"};
+const char* const kFiles[] = {"game.txt",      "palette.txt",   "views/1.txt", "messages.txt",
+                              "robots/1.txt",  "1.VMD",         "tracks/1.txt", "script.txt",
+                              "dialogs/1.txt", "names.txt",     "items.txt",    "lang/xx/names.txt"};
 
 // The folder's name, kept in a buffer without a destructor: it is still
 // there when the folder is removed at exit.
@@ -29,7 +31,7 @@ void RemoveFolder()
 {
     for (const char* name : kFiles)
         std::remove((std::string(gFolder) + "/" + name).c_str());
-    for (const char* dir : {"/views", "/robots", "/tracks", ""})
+    for (const char* dir : {"/views", "/robots", "/tracks", "/dialogs", "/lang/xx", "/lang", ""})
         ::rmdir((std::string(gFolder) + dir).c_str());
 }
 
@@ -37,7 +39,7 @@ std::string Folder()
 {
     if (!gFolder[0]) {
         std::snprintf(gFolder, sizeof gFolder, "/tmp/quindle_fuzz_folder_%d", static_cast<int>(getpid()));
-        for (const char* dir : {"", "/views", "/robots", "/tracks"})
+        for (const char* dir : {"", "/views", "/robots", "/tracks", "/dialogs", "/lang", "/lang/xx"})
             ::mkdir((std::string(gFolder) + dir).c_str(), 0777);
         std::atexit(RemoveFolder);
     }

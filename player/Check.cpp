@@ -2,6 +2,7 @@
 #include "Check.h"
 
 #include "GameFolder.h"
+#include "KitCheck.h"
 #include "SoftKernel.h"
 #include "SoftResources.h"
 #include "SoftScript.h"
@@ -207,6 +208,12 @@ int CheckGameFolder(const std::string& folder, const std::string& script, bool s
         CheckResources(folder, p);
         CheckTracks(folder, p);
         CheckWalkAreas(folder, p);
+        CheckKitFiles(
+            folder,
+            [](void* problems, bool error, const std::string& where, const std::string& what) {
+                static_cast<Problems*>(problems)->Add(error, where, what);
+            },
+            &p);
     }
     std::vector<SoftInputEvent> events;
     std::string error;

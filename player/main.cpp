@@ -8,6 +8,7 @@
 #include "FrameHash.h"
 #include "Portable.h"
 #include "GameFolder.h"
+#include "KitCheck.h"
 #include "HostReports.h"
 #include "Overlay.h"
 #include "quindle_game.h"
@@ -72,6 +73,9 @@ void Usage(std::FILE* out)
                  "  --window          play in a window instead (real clock, mouse and keyboard)\n"
                  "  --scale N         window scale 1..8 (default: the largest that fits the\n"
                  "                    display); Ctrl+Q quits the game\n"
+                 "  --lang CODE       play in the language of lang/CODE/ in the game folder\n"
+                 "                    (what it lacks comes from the default files); in a\n"
+                 "                    window the user's locale chooses when the folder has it\n"
                  "  --check           read the whole folder without running the game; print\n"
                  "                    every problem as FILE:LINE: error|warning: WHAT\n"
                  "  --strict          warnings are faults too\n"
@@ -134,6 +138,8 @@ struct Options {
     bool noRecord = false;
     int scale = 0; // the largest that fits the display
     std::string record, replay;
+    std::string lang;
+    bool langGiven = false;
     std::vector<char*> gameArgs;
     SaveOptions saves;
 };
@@ -215,6 +221,16 @@ bool ParseOptions(int argc, char** argv, Options* o, std::string* error)
             if (!need("a file"))
                 return false;
             o->gif = next;
+        } else if (a == "--lang") {
+            if (!need("a language code"))
+                return false;
+            o->lang = next;
+            if (o->lang.empty() || o->lang.find_first_not_of("abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ"
+                                                             "0123456789-_") != std::string::npos) {
+                *error = "--lang needs a language code of letters, digits, '-' and '_', not '" + o->lang + "'";
+                return false;
+            }
+            o->langGiven = true;
         } else if (a == "--record" || a == "--replay") {
             if (!need("a tape file"))
                 return false;
@@ -526,6 +542,9 @@ int main(int argc, char** argv)
         return 2;
     }
     std::vector<SoftInputEvent> events;
+    if (o.window && !o.langGiven)
+        o.lang = LocaleLanguage(o.folder);
+    k.Resources().SetLanguage(o.lang);
     if (!o.script.empty()) {
         if (!SoftReadScript(o.script, &events, &error)) {
             std::fprintf(stderr, "quindle-player: %s\n", error.c_str());
@@ -596,7 +615,7 @@ int main(int argc, char** argv)
 
     o.gameArgs.insert(o.gameArgs.begin(), argv[0]);
     QuindleHost host{QUINDLE_HOST_VERSION, tape.Kernel(), &k, o.folder.c_str(), static_cast<int>(o.gameArgs.size()),
-                     o.gameArgs.data()};
+                     o.gameArgs.data(), o.lang.c_str()};
     QuindleGameLoop loop{nullptr, nullptr, nullptr};
     if (start(&host, &loop) != 0 || !loop.step) {
         std::fprintf(stderr, "quindle-player: %s: the game did not start\n", game.library.c_str());

@@ -39,6 +39,8 @@ struct QuindleHost {
     const char* gameFolder;    // the game folder; also the directory of the room libraries
     int argc;                  // the player's arguments after "--"
     char** argv;
+    const char* language;      // the language asked for (--lang, or the locale in a
+                               // window): the code of lang/<code>/; "" or null: the default
 };
 
 // What the game hands back.

@@ -34,7 +34,7 @@ SoftKernel& Demo()
         GLSetRoomDirectory(DEMO_FOLDER);
         static char name[] = "bench_overlay";
         static char* argv[] = {name};
-        QuindleHost host{QUINDLE_HOST_VERSION, kernel, kernel, DEMO_FOLDER, 1, argv};
+        QuindleHost host{QUINDLE_HOST_VERSION, kernel, kernel, DEMO_FOLDER, 1, argv, ""};
         QuindleGameLoop loop{nullptr, nullptr, nullptr};
         if (start(&host, &loop) != 0)
             std::exit(1);

@@ -39,7 +39,7 @@ GLSaveGame& Demo()
         GLSetRoomDirectory(DEMO_FOLDER);
         static char name[] = "bench_save";
         static char* argv[] = {name};
-        QuindleHost host{QUINDLE_HOST_VERSION, kernel, kernel, DEMO_FOLDER, 1, argv};
+        QuindleHost host{QUINDLE_HOST_VERSION, kernel, kernel, DEMO_FOLDER, 1, argv, ""};
         QuindleGameLoop loop{nullptr, nullptr, nullptr};
         if (start(&host, &loop) != 0 || !GLSaveGame::Installed())
             std::exit(1);

@@ -80,7 +80,7 @@ int main(int argc, char** argv)
         return Fail(game.library + ": cannot be loaded or has no " + QUINDLE_GAME_START);
     GLSetRoomDirectory(folder.c_str());
     char* gameArgv[] = {argv[0], nullptr};
-    QuindleHost host{QUINDLE_HOST_VERSION, &k, &k, folder.c_str(), 1, gameArgv};
+    QuindleHost host{QUINDLE_HOST_VERSION, &k, &k, folder.c_str(), 1, gameArgv, ""};
     QuindleGameLoop loop{nullptr, nullptr, nullptr};
     if (start(&host, &loop) != 0 || !loop.step)
         return Fail(game.library + ": the game did not start");

@@ -14,7 +14,7 @@
 //   audio/*.wav, sfx/*.wav   wind, birds, bell, chirp, gate, click (synthesised)
 //   speech/*.wav             a voice for one line of the conversation
 //   tracks/ambient.txt       the courtyard's ambient sound track
-//   messages.txt (the build writes game.txt)
+//   (the build writes game.txt and copies the text of demo/text/)
 //   walk/100.txt, walk/200.txt   where Pip may walk in each room
 #include "Art.h"
 #include "Sound.h"
@@ -274,16 +274,6 @@ int main(int argc, char** argv)
     Swallow();
     Film();
     Sounds();
-
-    // The conversations; the first line has recorded speech.
-    Text("messages.txt", "# key1 key2 key3 key4 sequence talker \"text\" [speech file]\n"
-                         "# keys: room, noun, verb, case. Talker 1 is Pip, 2 the voice of the story.\n"
-                         "100 1 1 0 1 1 \"Evening, old well. Any wishes left in you?\" speech speech/pip-1.wav\n"
-                         "100 1 1 0 2 2 \"The well keeps its own counsel, as wells do.\"\n"
-                         "100 1 1 0 3 1 \"Then I'll ring the bell and see who answers.\"\n"
-                         "100 1 1 0 4 2 \"Somewhere beyond the arch, a gate creaks.\"\n"
-                         "200 1 1 0 1 1 \"A television! I wonder what's on.\"\n"
-                         "200 1 1 0 2 2 \"The television hums, as if it were waiting for him.\"\n");
 
     // The courtyard's ambience, in the track's own form (it has no comments):
     // the wind at volume 50; a pause of a second; then a bird picked at

@@ -1,6 +1,8 @@
 // DemoGame.cpp - the demo's game object and the start of the game library.
 #include "DemoGame.h"
 
+#include "Kit.h"
+
 #include "glcursor.h"
 #include "gldll.h"
 #include "glquithd.h"
@@ -70,6 +72,7 @@ void DemoSaves::Declare()
     store->DeclareInt("gallery.swallow.flown", 0);
     store->DeclareInt("gallery.glow.cel", 0);
     store->DeclareInt("gallery.glow.age", 0);
+    GLKitDeclareState(store);
 }
 
 DemoSaves gSaves;
@@ -122,6 +125,7 @@ void DemoGame::Keep(GLSaveStore* pStore)
 #else
     pStore->SetInt("bell.tolls", gBellRung);
 #endif
+    GLKitKeepState(mpKit->State(), mpKit->Inventory(), pStore);
     if (gpRoomKeeper)
         gpRoomKeeper(pStore);
 }
@@ -145,6 +149,9 @@ void DemoGame::StartSavedRoom(int room)
 #else
     gBellRung = store->GetInt("bell.tolls");
 #endif
+    // The kit's story comes back before the room starts, which reads it.
+    if (!GLKitRestoreState(*store, &mpKit->State(), mpKit->Inventory()))
+        Log("the save's kit state has entries the kit does not know; they are left out");
     StartRoomLibrary(room);
 }
 
@@ -161,8 +168,9 @@ void DemoGame::SaveOrRestore()
         Log("the game could not be %s: %s", asked == 's' ? "saved" : "restored", gSaves.LastError());
 }
 
-DemoGame::DemoGame(SoftKernelExtras* pExtras, const char* gameFolder)
-    : mpExtras(pExtras), mpQuitHandler(0), mpSound(0), mpRooms(0), mRoom(0), mCameFrom(0), mNextRoom(0),
+DemoGame::DemoGame(SoftKernelExtras* pExtras, const char* gameFolder, const char* language)
+    : mpExtras(pExtras), mpQuitHandler(0), mpSound(0), mpRooms(0), mpKit(new DemoKit(pExtras, gameFolder, language)),
+      mRoom(0), mCameFrom(0), mNextRoom(0),
       mRoomsEntered(0), mCues(0), mLines(0), mConversations(0)
 {
     std::snprintf(mFolder, sizeof mFolder, "%s", gameFolder);
@@ -190,6 +198,8 @@ void DemoGame::Start()
     mpUser->mpPrimaDonnas->AddToEnd(mpQuitHandler);
     mpUser->IsHandsOn(TRUE);
 
+    // The inventory and the label stay from room to room.
+    mpKit->Start();
     EnterRoom(kCourtyard);
 }
 
@@ -199,6 +209,7 @@ DemoGame::~DemoGame()
         LeaveRoom();
     Log("the game ends: %d rooms entered, %d conversations (%d lines said), %d cues delivered", mRoomsEntered,
         mConversations, mLines, mCues);
+    delete mpKit;
     mpUser->mpPrimaDonnas->Remove(mpQuitHandler);
     delete mpQuitHandler;
     delete mpRooms;
@@ -325,6 +336,12 @@ void DemoGame::ConversationOver(int room, int cutShort)
     Cued("conversation %d/1 %s (messager)", room, cutShort ? "cut short" : "said to its end");
 }
 
+void DemoGame::DialogueOver(int room, int cutShort, const char* how)
+{
+    mConversations++;
+    Cued("dialogue %d %s%s%s (kit)", room, cutShort ? "cut short" : "over", *how ? ": " : "", how);
+}
+
 const char* DemoGame::FolderFile(const char* name)
 {
     std::snprintf(mPath, sizeof mPath, "%s/%s", mFolder, name);
@@ -349,7 +366,7 @@ void Finish(void* state)
 void* Start(const QuindleHost* host)
 {
     DLLInit(host->kernel);
-    DemoGame* game = new DemoGame(host->extras, host->gameFolder);
+    DemoGame* game = new DemoGame(host->extras, host->gameFolder, host->language);
     GLDLLInit(game);
     game->Start();
     return game;

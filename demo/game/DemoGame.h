@@ -21,6 +21,7 @@
 #include "glgame.h"
 #include "kernel.h"
 
+class DemoKit;
 class GLEvent;
 class GLQuitHandler;
 class GLSaveGame;
@@ -72,7 +73,8 @@ const int kOnlyLoop = 0;
 
 class DEMO_API DemoGame : public GLGame {
 public:
-    DemoGame(SoftKernelExtras* pExtras, const char* gameFolder);
+    // The game's text is in `language` (the code of lang/<code>/, "" for the default).
+    DemoGame(SoftKernelExtras* pExtras, const char* gameFolder, const char* language);
     // Leaves the room we are in and gives back what Start made.
     virtual ~DemoGame();
 
@@ -113,6 +115,8 @@ public:
     // said to its end), logged and counted.
     void Said(const char* talker, const char* line);
     void ConversationOver(int room, int cutShort);
+    // A dialogue of the kit over, with how it ended ("" when it just ended).
+    void DialogueOver(int room, int cutShort, const char* how);
 
     // ----- saving -----
     // The game's saves. A room names the items a save puts back (Name) and
@@ -135,6 +139,8 @@ public:
     GLSndManager* Sound() { return mpSound; }
     // Memory bitmaps and text, for the narrator's speech balloons.
     SoftKernelExtras* Extras() { return mpExtras; }
+    // The adventure kit: the inventory, names, dialogues and the story's state.
+    DemoKit* Kit() { return mpKit; }
     // A file of the game folder, for things the library reads by file name.
     const char* FolderFile(const char* name);
 
@@ -150,6 +156,7 @@ private:
     GLQuitHandler* mpQuitHandler;
     GLSndManager* mpSound;
     GLRoomManager* mpRooms;
+    DemoKit* mpKit;
     int mRoom;
     int mCameFrom;
     int mNextRoom;

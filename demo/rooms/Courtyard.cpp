@@ -2,18 +2,24 @@
 // 100.so; the five functions at the end are what the room manager calls.
 //
 // Pip stands by the well. Click the cobbles and he walks there, around the
-// well and the tree if they are in his way. The Talk button starts a conversation between
-// Pip and the voice of the story (the cursor waits meanwhile; a click or
-// Enter moves on to the next line, Escape cuts it short). The Ring button
-// rings the bell over the well (the button holds the input while pressed:
-// let go elsewhere and it does not ring). The pointed arch on the right is a hot spot of irregular shape:
-// pointing at it lights its outline and turns the cursor into a hand;
-// clicking it plays a little scene: Pip walks to the gate, the gate creaks
-// open, he steps through, and we are in the gallery. All the while the wind
-// blows and now and then a bird sings: the ambient track.
+// well and the tree if they are in his way. The Talk button starts a
+// conversation with the voice of the story (dialogs/100.txt): its lines are
+// said one by one (a click or Enter moves on, Escape skips), then Pip
+// chooses what to ask, by a click on an option or its number. The Ring
+// button rings the bell over the well (the button holds the input while
+// pressed: let go elsewhere and it does not ring). The bell can be taken
+// down (a click on it, or the story gives it): it goes to the inventory at
+// the bottom right. The pointed arch on the right is the gate, of irregular
+// shape: pointing at it lights its outline and turns the cursor into a hand.
+// It is shut; the bell used on it (its icon clicked, then the gate) rings,
+// and a little scene plays: Pip walks to the gate, the gate creaks open, he
+// steps through, and we are in the gallery. Once open, a click on the arch
+// takes him through. What is under the pointer is named at the bottom. All
+// the while the wind blows and now and then a bird sings: the ambient track.
 #include "../assets/Palette.h"
 #include "../game/DemoButton.h"
 #include "../game/DemoGame.h"
+#include "../game/Kit.h"
 #include "../game/Talk.h"
 #include "../game/Walker.h"
 
@@ -39,7 +45,8 @@ const int kTollVolume = 127;
 
 // The room is an object: it works every frame, takes the clicks nobody else
 // took, and is cued by what it started (the bell's sound, the conversation).
-class Courtyard : public GLObject {
+// It is also the handler of the gate: the kit hands it "use bell on gate".
+class Courtyard : public GLObject, public GLKitHandler {
 public:
     Courtyard();
     virtual ~Courtyard();
@@ -47,11 +54,15 @@ public:
     virtual void DoIt();
     virtual int HandleEvent(GLEvent* pEvent);
     virtual void Cue(GLCue* pCue);
+    virtual int KitAction(const GLKitAction& action);
 
     void RingBell();
     void Talk();
+    void TakeBell();
     void ThroughTheGate();
     void HearAmbience();
+    // Shows the bell over the well unless Pip has it.
+    void PlaceBell();
 
     GLPicturePlane* mpBack;      // the picture: sky, wall, well, cobbles
     GLTransparentPlane* mpFront; // everything that moves or takes clicks
@@ -64,6 +75,7 @@ public:
     GLPoly* mpArch;
     GLScript* mpScene;
     Conversation* mpConversation;
+    GLKitDialog* mpDialog;
     Balloon* mpPipSays;
     Balloon* mpStorySays;
     GLSndTrack* mpAmbience; // owned by the sound manager
@@ -95,8 +107,18 @@ void OnTalk(GLEvent*, GLObject*)
 
 void OnArch(GLEvent* pEvent, GLObject*)
 {
-    if (pEvent->type == kEventPointerDown)
+    if (pEvent->type != kEventPointerDown)
+        return;
+    if (Demo()->Kit()->State().Get("gate_open"))
         gCourtyard->ThroughTheGate();
+    else
+        Demo()->Log("the gate is shut: it opens to the bell");
+}
+
+void OnBell(GLEvent* pEvent, GLObject*)
+{
+    if (pEvent->type == kEventPointerDown)
+        gCourtyard->TakeBell();
 }
 
 // ----- the scene through the gate: a script, one state at a time -----
@@ -172,8 +194,9 @@ Courtyard::Courtyard() : mpScene(0)
     // The bell hangs from the well's beam.
     mpBell = new GLCel(mpFront, kBellView, kOnlyLoop, kBellAtRest, GLPoint(320, 272), kBehindPip, kFullSizeScale);
     mpBell->SetCycleSpeed(5);
-    mpBell->Show();
+    mpBell->SetSelectFunction(&OnBell);
     mpBellSwing = new GLPingPongCycler();
+    PlaceBell();
 
     mpTalk = new DemoButton(mpFront, kButtonView, kTalkButton, GLPoint(16, 442), &OnTalk);
     mpRing = new DemoButton(mpFront, kButtonView, kRingButton, GLPoint(96, 442), &OnRing);
@@ -185,6 +208,7 @@ Courtyard::Courtyard() : mpScene(0)
     mpConversation = new Conversation;
     mpConversation->Cast(1, mpPipSays);
     mpConversation->Cast(2, mpStorySays);
+    mpDialog = Demo()->Kit()->NewDialog(mpConversation);
 
     // The arch: a pointed outline, not a rectangle.
     GLPoint arch[] = {GLPoint(500, 300), GLPoint(500, 215), GLPoint(510, 192), GLPoint(527, 177), GLPoint(545, 170),
@@ -193,6 +217,12 @@ Courtyard::Courtyard() : mpScene(0)
     mpArch->SetColor(Shade(kGold, 14), FALSE);
     mpArch->SetSelectFunction(&OnArch);
     mpArch->Init();
+
+    // What the pointer names at the bottom of the screen; the gate takes the bell.
+    GLKitInventory* inventory = Demo()->Kit()->Inventory();
+    inventory->Name(mpArch, "gate", this);
+    inventory->Name(mpBell, "bell");
+    inventory->Name(mpPip->Cel(), "pip");
 
     // Wind and birds, read from a track file: the track plays at once.
     mpAmbience = Demo()->Sound()->CreateSndTrack(Demo()->FolderFile("tracks/ambient.txt"));
@@ -246,13 +276,19 @@ Courtyard::~Courtyard()
     GLCycler* opening = mpScene ? static_cast<GLCycler*>(mpScene->mpData) : 0;
     if (opening && opening->IsCycling())
         opening->Done(); // the game ends while the gate opens: the cycler lets go of the scene
+    GLKitInventory* inventory = Demo()->Kit()->Inventory();
+    inventory->Forget(mpArch);
+    inventory->Forget(mpBell);
+    inventory->Forget(mpPip->Cel());
     Demo()->CancelCuesTo(this);
+    Demo()->CancelCuesTo(mpDialog);
     Demo()->CancelCuesTo(mpPip);
     Demo()->CancelCuesTo(mpScene);
     delete opening;
     if (mpAmbience)
         Demo()->Sound()->DeleteSndTrack(mpAmbience->mTrackId);
     delete mpScene;
+    delete mpDialog;
     delete mpConversation;
     delete mpStorySays;
     delete mpPipSays;
@@ -272,14 +308,18 @@ Courtyard::~Courtyard()
 
 void Courtyard::DoIt()
 {
+    // The bell leaves the beam however Pip came by it (a click, or the story).
+    HearAmbience();
+    PlaceBell();
     // Pointing at the arch lights its outline and shows the hand; the
     // cursor's other modes (hands off during the scene) take precedence.
-    HearAmbience();
     GLCursor* cursor = theGame->mpCursor;
     if (mpScene)
         return;
+    // With an item in hand the cursor is the item: the label names the use.
     GLPoint at = theGame->GetMousePos();
-    const int over = mpArch->OnMe(at) && (cursor->IsNormal() || cursor->IsHighlighted());
+    const int over = mpArch->OnMe(at) && (cursor->IsNormal() || cursor->IsHighlighted()) &&
+                     Demo()->Kit()->Inventory()->Held().empty();
     if (over && !cursor->IsHighlighted()) {
         cursor->BeginHighlight();
         mpArch->Show();
@@ -305,6 +345,10 @@ void Courtyard::RingBell()
 {
     if (mpBellSwing->IsCycling())
         return; // still ringing
+    if (Demo()->Kit()->State().IsCarried("bell")) {
+        Demo()->Log("no bell hangs over the well");
+        return;
+    }
     Demo()->Log("the bell rings");
     Demo()->BellRung();
     mpBellSwing->Add(mpBell, kJoinStopped);
@@ -313,25 +357,57 @@ void Courtyard::RingBell()
     Demo()->Sound()->Play(kBellToll, kWholeSample, kTollVolume, kPlainStart, this, kNoTag);
 }
 
-// Noun 1, verb 1 of room 100 in messages.txt: four lines, the first spoken.
+// dialogs/100.txt: the lines of noun 1, verb 1 of room 100 in messages.txt,
+// then Pip's choice.
 void Courtyard::Talk()
 {
-    Demo()->Log("conversation 100/1 begins");
+    if (mpDialog->IsRunning())
+        return;
     mpPip->Stop(); // stand still to talk
     mpPip->Face(Walker::kToward);
-    theGame->mpCursor->BeginWait();
     mpTalk->Disable(TRUE);
     mpRing->Disable(TRUE);
-    mpConversation->Say(kCourtyard, kTalkNoun, kTalkVerb, kNoCondition, kWholeConversation, this);
+    mpDialog->Start(Demo()->Kit()->Folder(), kCourtyard, this);
+}
+
+void Courtyard::TakeBell()
+{
+    if (mpScene || Demo()->Kit()->State().IsCarried("bell"))
+        return;
+    Demo()->Log("Pip takes the bell down from the beam");
+    Demo()->Kit()->Inventory()->PickUp("bell");
+    PlaceBell();
+}
+
+void Courtyard::PlaceBell()
+{
+    if (Demo()->Kit()->State().IsCarried("bell") || Demo()->Kit()->State().Get("gate_open")) {
+        if (mpBell->IsVisible())
+            mpBell->Hide();
+    } else if (!mpBell->IsVisible()) {
+        mpBell->Show();
+    }
+}
+
+int Courtyard::KitAction(const GLKitAction& action)
+{
+    if (action.mItem != "bell" || action.mTarget != "gate" || mpScene)
+        return FALSE;
+    // The gate knows the bell's voice: it rings, and the gate opens for good.
+    Demo()->Log("the bell rings at the gate");
+    Demo()->Sound()->Play(kBellToll, kWholeSample, kTollVolume, kPlainStart, kNobodyToCue, kNoTag);
+    Demo()->Kit()->State().Set("gate_open", 1);
+    ThroughTheGate();
+    return TRUE;
 }
 
 void Courtyard::Cue(GLCue* pCue)
 {
-    if (pCue->mpCuer == mpConversation) {
-        Demo()->ConversationOver(kCourtyard, pCue->mValue);
-        theGame->mpCursor->EndWait();
+    if (pCue->mpCuer == mpDialog) {
+        Demo()->DialogueOver(kCourtyard, pCue->mValue, mpDialog->GetEnding().c_str());
         mpTalk->Enable(TRUE);
         mpRing->Enable(TRUE);
+        PlaceBell(); // the story may have given Pip the bell
     } else if (pCue->mpCuer == Demo()->Sound()) {
         Demo()->Cued("the bell's toll has died away (sound manager)");
         mpBellSwing->Stop();
@@ -347,7 +423,8 @@ void Courtyard::ThroughTheGate()
     Demo()->Log("Pip heads for the arch");
     // The cursor's modes do not stack: the hand goes before hands off comes.
     theGame->mpCursor->EndHighlight();
-    mpArch->Hide();
+    if (mpArch->IsVisible()) // not lit when the bell in hand opened the gate
+        mpArch->Hide();
     mpScene = new GLScript(&GateScene);
 }
 

@@ -10,6 +10,7 @@
 #include "../assets/Palette.h"
 #include "../game/DemoButton.h"
 #include "../game/DemoGame.h"
+#include "../game/Kit.h"
 #include "../game/Talk.h"
 #include "../game/Walker.h"
 
@@ -125,6 +126,8 @@ Gallery::Gallery()
     mpTelevision->SetCycleSpeed(static_cast<std::uint32_t>(kGlowSpeed - age));
     mpGlow = new GLCycler(mpTelevision);
     mpTelevision->SetCycleSpeed(kGlowSpeed);
+    Demo()->Kit()->Inventory()->Name(mpTelevision, "television");
+    Demo()->Kit()->Inventory()->Name(mpPip->Cel(), "pip");
 
     mpBackButton = new DemoButton(mpFront, kButtonView, kBackButton, GLPoint(16, 442), &OnBack);
 
@@ -151,6 +154,8 @@ Gallery::Gallery()
 
 Gallery::~Gallery()
 {
+    Demo()->Kit()->Inventory()->Forget(mpTelevision);
+    Demo()->Kit()->Inventory()->Forget(mpPip->Cel());
     // The order is the ownership read backwards. A timer that has not fired
     // yet may be deleted, and nothing may cue us once we are gone. Then the
     // robot, which plays on the front plane, the conversation before the

@@ -88,17 +88,63 @@ TEST(DemoPlaythrough, EveryCueArrives)
 {
     const PlayRun& run = Playthrough();
     for (const char* cue :
-         {"conversation 100/1 said to its end", "the bell's toll has died away", "half a second in the gallery",
-          "the swallow passes the window", "the chirp is over", "the swallow has flown past",
-          "conversation 200/1 cut short", "Pip stands before the television", "gate scene: Pip is at the gate",
-          "gate scene: the gate is open", "gate scene: a breath taken", "gate scene: the scene ends"})
+         {"dialogue 100 over: goodbye (kit)", "half a second in the gallery", "the swallow passes the window",
+          "the chirp is over", "the swallow has flown past", "conversation 200/1 cut short",
+          "Pip stands before the television", "gate scene: Pip is at the gate", "gate scene: the gate is open",
+          "gate scene: a breath taken", "gate scene: the scene ends"})
         EXPECT_EQ(Lines(run.log, cue).size(), 1u) << cue << "\n" << run.log;
-    // Four lines said in the courtyard; Escape cut the gallery's after one.
-    EXPECT_EQ(Lines(run.log, " says: ").size(), 5u) << run.log;
-    EXPECT_EQ(Lines(run.log, "3 rooms entered, 2 conversations (5 lines said)").size(), 1u) << run.log;
+    // Four lines and the two of the bell said in the courtyard; Escape cut
+    // the gallery's after one.
+    EXPECT_EQ(Lines(run.log, " says: ").size(), 7u) << run.log;
+    EXPECT_EQ(Lines(run.log, "3 rooms entered, 2 conversations (7 lines said)").size(), 1u) << run.log;
     EXPECT_EQ(Lines(run.log, "the film is over").size(), 1u) << run.log;
-    // Ring pressed and let go elsewhere rang nothing: the bell rang once.
+    // The bell rang once: at the gate.
     EXPECT_EQ(Lines(run.log, "the bell rings").size(), 1u) << run.log;
+}
+
+// The story of the playthrough, in the order the log tells it: a click
+// chose the second option and its branch gave Pip the bell, which he took
+// in hand and used on the gate; then he was in the gallery.
+const char* const kStory[] = {"dialogue 100 choose 2: May I take the bell?", "dialogue 100 node bell",
+                              "pick up bell", "dialogue 100 choose 2: Good night.", "dialogue 100 ends goodbye",
+                              "take bell in hand", "use bell on gate", "the bell rings at the gate",
+                              "room 200 entered"};
+
+void ExpectStory(const std::string& log, const char* const* story, std::size_t count)
+{
+    std::size_t at = 0;
+    for (std::size_t i = 0; i < count; i++) {
+        const std::size_t found = log.find(story[i], at);
+        ASSERT_NE(found, std::string::npos) << "no \"" << story[i] << "\" after the one before\n" << log;
+        at = found;
+    }
+}
+
+TEST(DemoPlaythrough, ChoosesByClickAndOpensTheGateWithTheBell)
+{
+    const PlayRun& run = Playthrough();
+    ExpectStory(run.log, kStory, sizeof kStory / sizeof kStory[0]);
+}
+
+// The same playthrough in the demo's second language: the lines and the
+// options are German, the story the same.
+TEST(DemoPlaythrough, SaysItsLinesInTheSecondLanguage)
+{
+    char dir[] = "/tmp/quindle-demo-de-XXXXXX";
+    ASSERT_TRUE(::mkdtemp(dir));
+    const std::string out = dir;
+    const int status = std::system((std::string(PLAYER) + " " + DEMO_FOLDER + " --lang de --no-gif --script " +
+                                    PLAYTHROUGH + " --ticks 4000 --out " + out + " > " + out + "/log.txt 2> " + out +
+                                    "/errors.txt")
+                                       .c_str());
+    const std::string log = ReadAll(out + "/log.txt");
+    EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0) << ReadAll(out + "/errors.txt");
+    EXPECT_EQ(Lines(log, "Pip says: \"Guten Abend, alter Brunnen.").size(), 1u) << log;
+    EXPECT_EQ(Lines(log, "says: \"Evening").size(), 0u) << log;
+    const char* const story[] = {"dialogue 100 choose 2: Darf ich die Glocke nehmen?", "dialogue 100 node bell",
+                                 "use bell on gate", "room 200 entered", "3 rooms entered"};
+    ExpectStory(log, story, sizeof story / sizeof story[0]);
+    (void)std::system(("rm -rf " + out).c_str());
 }
 
 // Heard from outside: the trace shows every sample the ambient track names
@@ -132,14 +178,15 @@ TEST(DemoPlaythrough, GivesBackEveryBlock)
 }
 
 // The game may end at any moment (the window is closed, the time is over):
-// mid-conversation, while the gate opens, in the gallery's greeting, during
-// the walk to the television. It still gives back every block.
+// mid-conversation, while the options are offered, with the bell in hand,
+// while the gate opens, in the gallery's greeting, during the walk to the
+// television. It still gives back every block.
 TEST(DemoPlaythrough, EndsCleanlyAtAnyMoment)
 {
     char dir[] = "/tmp/quindle-demo-end-XXXXXX";
     ASSERT_TRUE(::mkdtemp(dir));
     const std::string out = dir;
-    for (int ticks : {150, 1050, 1100, 1200, 1380}) {
+    for (int ticks : {150, 520, 1010, 1140, 1270, 1400}) {
         const std::string command = std::string(PLAYER) + " " + DEMO_FOLDER + " --no-gif --script " + PLAYTHROUGH +
                                     " --out " + out + " --ticks " + std::to_string(ticks) + " > " + out +
                                     "/log.txt 2> " + out + "/errors.txt";
@@ -264,6 +311,8 @@ TEST(BrokenFolder, EveryFaultIsNamedByThePlayerAndTheChecker)
         {"tracks/ambient.txt", Break::Write, "SOUND 1, 50  # wind\nPLAY\n", "tracks/ambient.txt:1", "reads as 0",
          "--strict"},
         {"tracks/ambient.txt", Break::Write, junk, "tracks/ambient.txt:1", "unknown keyword", "--strict"},
+        {"dialogs/100.txt", Break::Write, "node start\n  option goto nowhere : A\n  option goto nowhere : B\n",
+         "dialogs/100.txt:3", "goes to node \"nowhere\", which the dialogue lacks", ""},
         {"script.txt", Break::Write, "60 key enter\n30 key enter\n", "script.txt:2", "comes before tick 60", ""},
         {"script.txt", Break::Write, std::string("60 key enter\n7\0", 15), "script.txt:2", "a NUL byte", ""},
         {"script.txt", Break::Directory, "", "script.txt", "is a directory", ""},

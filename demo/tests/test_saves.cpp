@@ -91,9 +91,10 @@ std::string Frame(const std::string& out, unsigned tick)
     return ReadAll(out + name);
 }
 
-// Ticks at which the game is at rest (no walk, talk, movie or room change),
-// in both rooms and in both visits of the courtyard.
-const unsigned kAtRest[] = {750, 955, 1290, 1310, 1636, 1670, 1690};
+// Ticks at which the game is at rest (no walk, talk, dialogue, movie or room
+// change, nothing in hand), in both rooms and in both visits of the
+// courtyard; from the first on, Pip carries the bell.
+const unsigned kAtRest[] = {920, 1360, 1600, 1680, 1720, 1800, 1850};
 
 TEST(DemoSaves, RestoredInAFreshRunGoesOnAsTheRunThatWasSaved)
 {
@@ -108,7 +109,13 @@ TEST(DemoSaves, RestoredInAFreshRunGoesOnAsTheRunThatWasSaved)
         const std::string save = Dir() + "/at-" + std::to_string(t) + ".sav";
         const PlayRun saving = Play("--save-at " + std::to_string(t) + " " + save);
         ASSERT_EQ(saving.status, 0) << saving.errors;
-        EXPECT_LE(ReadAll(save).size(), 4096u);
+        const std::string saved = ReadAll(save);
+        EXPECT_LE(saved.size(), 4096u);
+        // The kit's state is in the save: the bell is carried, among the rest.
+        const std::size_t names = saved.find("\ntexts kit.names "), values = saved.find("\ntexts kit.values ");
+        ASSERT_TRUE(names != std::string::npos && values != std::string::npos) << saved;
+        EXPECT_NE(saved.substr(names, values - names).find(" place.bell"), std::string::npos) << saved;
+        EXPECT_NE(saved.substr(values, saved.find('\n', values + 1) - values).find(" carried"), std::string::npos);
         const PlayRun restored = Play("--load " + save + " --frame " + std::to_string(t + 1));
         ASSERT_EQ(restored.status, 0) << restored.errors;
         EXPECT_TRUE(Frame(Dir() + "/whole", t + 1) == Frame(Dir() + "/out", t + 1)) << "the first frame differs";
@@ -119,7 +126,7 @@ TEST(DemoSaves, RestoredInAFreshRunGoesOnAsTheRunThatWasSaved)
 TEST(DemoSaves, SavesTheGameCannotUseAreRefusedWithTheFileNamed)
 {
     const std::string good = Dir() + "/good.sav";
-    ASSERT_EQ(Play("--save-at 1290 " + good).status, 0);
+    ASSERT_EQ(Play("--save-at 1360 " + good).status, 0);
     const std::string text = ReadAll(good);
     std::string damaged = text, otherGame = text, later = text;
     damaged[damaged.find("int log.cues") + 13] ^= 1;
@@ -161,7 +168,7 @@ TEST(DemoSaves, SavesTheGameCannotUseAreRefusedWithTheFileNamed)
     WriteAll(slot + "/game.sav", damaged);
     const std::string script = Dir() + "/restore-key.txt";
     std::string events = ReadAll(PLAYTHROUGH);
-    events.insert(events.find("\n1320 ") + 1, "1300 key 108\n");
+    events.insert(events.find("\n1370 ") + 1, "1360 key 108\n");
     WriteAll(script, events);
     const PlayRun inGame = Play("", DEMO_FOLDER, script);
     const PlayRun whole = Play("");
@@ -177,8 +184,8 @@ TEST(DemoSaves, SavesTheGameCannotUseAreRefusedWithTheFileNamed)
 TEST(DemoSaves, AnOlderSaveLoadsIntoTheNextVersion)
 {
     const std::string old = Dir() + "/old.sav", again = Dir() + "/again.sav";
-    ASSERT_EQ(Play("--save-at 1290 " + old).status, 0);
-    const PlayRun next = Play("--load " + old + " --save-at 1300 " + again, DEMO_NEXT_FOLDER);
+    ASSERT_EQ(Play("--save-at 1360 " + old).status, 0);
+    const PlayRun next = Play("--load " + old + " --save-at 1365 " + again, DEMO_NEXT_FOLDER);
     ASSERT_EQ(next.status, 0) << next.errors;
     // One notice for the key the next version dropped; the key it added has
     // its default; its upgrade function was told the old version.

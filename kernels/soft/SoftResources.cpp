@@ -368,6 +368,42 @@ void SoftResources::SetFolder(const std::string& folder)
     mMessagesError.clear();
 }
 
+void SoftResources::SetLanguage(const std::string& code)
+{
+    mLanguage = code;
+    mMessagesRead = false;
+    mMessages.clear();
+    mMessagesError.clear();
+}
+
+// The language's messages replace those with the same keys; the rest stay
+// as the default file has them. A language without a messages file changes
+// nothing.
+void SoftResources::OverlayLanguage()
+{
+    const std::string path = PathOf("lang/" + mLanguage + "/messages.txt");
+    std::string text;
+    bool missing = false;
+    std::vector<SoftMessage> translated;
+    if (!SoftReadFile(path, &text, &mMessagesError, &missing)) {
+        if (missing)
+            mMessagesError.clear();
+        return;
+    }
+    if (!SoftParseMessages(text, path, &translated, &mMessagesError))
+        return;
+    std::map<std::vector<int>, std::size_t> at;
+    for (std::size_t i = 0; i < mMessages.size(); i++)
+        at[std::vector<int>(mMessages[i].keys, mMessages[i].keys + 5)] = i;
+    for (SoftMessage& m : translated) {
+        auto found = at.find(std::vector<int>(m.keys, m.keys + 5));
+        if (found != at.end())
+            mMessages[found->second] = m;
+        else
+            mMessages.push_back(m);
+    }
+}
+
 std::string SoftResources::PathOf(const std::string& relative) const
 {
     if (!relative.empty() && relative[0] == '/')
@@ -596,6 +632,8 @@ const std::vector<SoftMessage>* SoftResources::Messages(std::string* error)
             SoftParseMessages(text, path, &mMessages, &mMessagesError);
         else
             mMessagesError += " (the game asks for a message)";
+        if (mMessagesError.empty() && !mLanguage.empty())
+            OverlayLanguage();
     }
     if (!mMessagesError.empty()) {
         *error = mMessagesError;

@@ -139,6 +139,10 @@ public:
     bool SoundExists(int type, int number) const;
     // A WAV named by path relative to the folder (speech).
     const SoftWav* Wav(const std::string& path, std::string* error);
+    // Messages of a language: lang/<code>/messages.txt replaces the default's
+    // messages with the same keys (and adds its own); "" is the default only.
+    void SetLanguage(const std::string& code);
+    const std::string& Language() const { return mLanguage; }
     // Path of a file in the folder.
     std::string PathOf(const std::string& relative) const;
     // Registers a view made in memory (tests, generated games); replaces a cached one.
@@ -162,6 +166,7 @@ private:
     // held already; else false with `error` naming the file that passes
     // kSoftMaxHeldPixels. Asked before any of them is decoded.
     bool Reserve(const std::vector<std::string>& paths, std::string* error) const;
+    void OverlayLanguage();
     bool ReadBitmap(const std::string& path, SoftBitmap* out, std::string* error, const SoftPalette* palette = nullptr);
 
     std::string mFolder = ".";
@@ -171,6 +176,7 @@ private:
     std::map<std::uint32_t, Slot<SoftRobot>> mRobots;
     std::map<std::string, Slot<SoftMovie>> mMovies;
     std::map<std::string, Slot<SoftWav>> mWavs;
+    std::string mLanguage;
     bool mMessagesRead = false;
     std::vector<SoftMessage> mMessages;
     std::string mMessagesError;

@@ -8,26 +8,42 @@
 #include "glgame.h"
 #include "glquithd.h"
 #include "glrmmgr.h"
+#include "glkitinv.h"
 #include "glsave.h"
 #include "gluser.h"
 
 namespace {
 
 SoftKernelExtras* gExtras = nullptr;
+const char* gFolder = ".";
+const char* gLanguage = "";
 GLQuitHandler* gQuit = nullptr;
 GLRoomManager* gRooms = nullptr;
 int gGreeted = FALSE;
+// The kit's story (the choice made, where the badge is), which outlives the
+// room and goes into a save.
+GLKitState gKitState;
+GLKitInventory* gInventory = nullptr; // the room's, while it is there
 
 // The starter's saves: the room, the hero (by name: the library puts him
-// back where he stood), and one fact of the story in the store. Kept in
+// back where he stood), one fact of the story and the kit's state in the
+// store. Kept in
 // static storage, they take nothing from the kernel until the first save.
 class Saves : public GLSaveGame {
 public:
     Saves() : GLSaveGame("starter", 1) {}
 
 protected:
-    void Declare() override { Store()->DeclareInt("meadow.greeted", FALSE); }
-    void Keep() override { Store()->SetInt("meadow.greeted", gGreeted); }
+    void Declare() override
+    {
+        Store()->DeclareInt("meadow.greeted", FALSE);
+        GLKitDeclareState(Store());
+    }
+    void Keep() override
+    {
+        Store()->SetInt("meadow.greeted", gGreeted);
+        GLKitKeepState(gKitState, gInventory, Store());
+    }
     int CurrentRoom() override { return 1; }
     // Restoring: the room goes and comes back; the store already holds the
     // saved values, which the room reads as it starts.
@@ -65,6 +81,8 @@ void* Start(const QuindleHost* host)
 {
     DLLInit(host->kernel);
     gExtras = host->extras;
+    gFolder = host->gameFolder;
+    gLanguage = host->language ? host->language : "";
     GLDLLInit(new GLGame);
     // The quit key (Ctrl+Q in a window) ends the game.
     gQuit = new GLQuitHandler;
@@ -84,6 +102,26 @@ void* Start(const QuindleHost* host)
 SoftKernelExtras* StarterExtras()
 {
     return gExtras;
+}
+
+const char* StarterFolder()
+{
+    return gFolder;
+}
+
+const char* StarterLanguage()
+{
+    return gLanguage;
+}
+
+GLKitState* StarterKitState()
+{
+    return &gKitState;
+}
+
+void StarterSetInventory(GLKitInventory* pInventory)
+{
+    gInventory = pInventory;
 }
 
 GLSaveGame* StarterSaves()
