@@ -12,10 +12,8 @@
 #include "glmsg.h"
 #include "glsave.h"
 
-#include <sys/stat.h>
-#include <unistd.h>
-
 #include <cstdio>
+#include <filesystem>
 #include <fstream>
 #include <map>
 #include <string>
@@ -66,20 +64,21 @@ void Keep(const char* line)
     gLog.push_back(line);
 }
 
+// A new, empty folder for each call, under the test's own temporary folder.
 std::string TempFolder()
 {
-    char name[] = "/tmp/quindle-kit-XXXXXX";
-    return ::mkdtemp(name);
+    static int made = 0;
+    const std::filesystem::path folder = std::filesystem::path(::testing::TempDir()) /
+                                         ("quindle-kit-" + std::to_string(++made));
+    std::filesystem::remove_all(folder);
+    std::filesystem::create_directories(folder);
+    return folder.generic_string();
 }
 
 void Write(const std::string& path, const std::string& text)
 {
-    const std::size_t slash = path.rfind('/');
-    std::string dir;
-    for (std::size_t i = 0; i <= slash; i++)
-        if (path[i] == '/' && i > 0)
-            ::mkdir(path.substr(0, i).c_str(), 0755);
-    std::ofstream(path) << text;
+    std::filesystem::create_directories(std::filesystem::path(path).parent_path());
+    std::ofstream(path, std::ios::binary) << text;
 }
 
 const char* const kDialogue = "layout 300 15\n"
