@@ -3,7 +3,7 @@
 #define STARTER_H
 
 class GLKitInventory;
-class GLKitState;
+struct GLKitState;
 class GLSaveGame;
 class SoftKernelExtras;
 
