@@ -1,5 +1,6 @@
 // GameFolder.cpp - see GameFolder.h.
 #include "GameFolder.h"
+#include "Portable.h"
 
 #include "FolderFile.h"
 #include "SoftText.h"
@@ -18,22 +19,6 @@
 #include <cstring>
 
 #include <vector>
-
-namespace {
-
-bool IsAbsolute(const std::string& path)
-{
-#ifdef _WIN32
-    // "C:\games" or "C:/games", and "\\server\share".
-    if (path.size() >= 3 && path[1] == ':' && (path[2] == '\\' || path[2] == '/'))
-        return true;
-    if (path.size() >= 2 && (path[0] == '\\' || path[0] == '/') && (path[1] == '\\' || path[1] == '/'))
-        return true;
-#endif
-    return path[0] == '/';
-}
-
-} // namespace
 
 bool ReadGameFile(const std::string& folder, GameFile* g, std::string* error)
 {
@@ -57,7 +42,7 @@ bool ReadGameFile(const std::string& folder, GameFile* g, std::string* error)
         if (w.empty())
             continue;
         if (w[0] == "library" && w.size() == 2 && !w[1].empty())
-            g->library = IsAbsolute(w[1]) ? w[1] : folder + "/" + w[1];
+            g->library = PortableIsAbsolute(w[1]) ? w[1] : folder + "/" + w[1];
         else if (w[0] == "title" && w.size() == 2)
             g->title = w[1];
         else {

@@ -456,7 +456,7 @@ void OnFrame(SoftKernel& k, void* data)
 // game runs in its own folder.
 void Absolute(std::string* path, const std::string& from)
 {
-    if (!path->empty() && (*path)[0] != '/')
+    if (!path->empty() && !PortableIsAbsolute(*path))
         *path = from + "/" + *path;
 }
 
