@@ -109,27 +109,20 @@ int LoadGameLibrary(const std::string& path, QuindleGameStartFunction* start, st
     return 0;
 }
 
-bool CheckRoomLibrary(const std::string& path, std::string* error)
+// A room library's handle, its exports and its release on this system.
+static void* OpenRoom(const std::string& path)
 {
-    FolderFileError refusal;
-    if (!FolderFileIsLibrary(path.c_str(), &refusal)) {
-        *error = std::string(refusal.text) + " (a room library)";
-        return false;
-    }
-    HMODULE library = Load(path);
-    if (!library) {
-        *error = path + ": the room library cannot be loaded (" + LoaderError() + ")";
-        return false;
-    }
-    static const char* const kExports[] = {"roomDLLInit", "roomInit", "roomDoIt", "roomHandleEvent", "roomDispose"};
-    std::string lacking;
-    for (const char* name : kExports)
-        if (!::GetProcAddress(library, name))
-            lacking += (lacking.empty() ? "" : ", ") + std::string(name);
-    ::FreeLibrary(library);
-    if (!lacking.empty())
-        *error = path + ": a room library without " + lacking;
-    return lacking.empty();
+    return Load(path);
+}
+
+static bool HasExport(void* library, const char* name)
+{
+    return ::GetProcAddress(static_cast<HMODULE>(library), name) != nullptr;
+}
+
+static void CloseRoom(void* library)
+{
+    ::FreeLibrary(static_cast<HMODULE>(library));
 }
 
 #else
@@ -180,6 +173,23 @@ int LoadGameLibrary(const std::string& path, QuindleGameStartFunction* start, st
     return 0;
 }
 
+static void* OpenRoom(const std::string& path)
+{
+    return ::dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
+}
+
+static bool HasExport(void* library, const char* name)
+{
+    return ::dlsym(library, name) != nullptr;
+}
+
+static void CloseRoom(void* library)
+{
+    ::dlclose(library);
+}
+
+#endif
+
 bool CheckRoomLibrary(const std::string& path, std::string* error)
 {
     FolderFileError refusal;
@@ -187,7 +197,7 @@ bool CheckRoomLibrary(const std::string& path, std::string* error)
         *error = std::string(refusal.text) + " (a room library)";
         return false;
     }
-    void* library = ::dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
+    void* library = OpenRoom(path);
     if (!library) {
         *error = path + ": the room library cannot be loaded (" + LoaderError() + ")";
         return false;
@@ -195,12 +205,12 @@ bool CheckRoomLibrary(const std::string& path, std::string* error)
     static const char* const kExports[] = {"roomDLLInit", "roomInit", "roomDoIt", "roomHandleEvent", "roomDispose"};
     std::string lacking;
     for (const char* name : kExports)
-        if (!::dlsym(library, name))
+        if (!HasExport(library, name))
             lacking += (lacking.empty() ? "" : ", ") + std::string(name);
-    ::dlclose(library);
+    CloseRoom(library);
     if (!lacking.empty())
         *error = path + ": a room library without " + lacking;
     return lacking.empty();
 }
 
-#endif
+
